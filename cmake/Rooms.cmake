@@ -1,0 +1,26 @@
+# quillory_room(<folder> LINKS <targets...>): the static library of one folder of src/.
+# quillory_tests(<folder> LINKS <targets...>): the test program of one folder of tests/.
+# Sources are whatever stands in the folder, so that a new file needs no edit here.
+
+function(quillory_room room)
+  cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  add_library(quillory_${room} STATIC ${sources})
+  target_link_libraries(quillory_${room} PUBLIC quillory_flags ${ARG_LINKS})
+endfunction()
+
+function(quillory_tests room)
+  cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${room}_tests ${sources})
+  target_link_libraries(${room}_tests PRIVATE quillory_test_support ${ARG_LINKS})
+  target_compile_definitions(${room}_tests PRIVATE
+    QUILLORY_SOURCE_DIR="${PROJECT_SOURCE_DIR}" QUILLORY_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  gtest_discover_tests(${room}_tests
+    TEST_PREFIX ${room}. DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+    PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8" TIMEOUT 300)
+endfunction()
