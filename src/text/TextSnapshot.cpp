@@ -1,0 +1,272 @@
+#include "text/TextSnapshot.h"
+
+#include "text/LineMetrics.h"
+#include "text/TextBuilder.h"
+
+#include <string>
+
+namespace quillory {
+
+namespace {
+
+struct LeafPlace
+{
+    const TextLeaf* leaf;
+    TextOffset start; ///< of the leaf, in the text
+};
+
+/// The leaf that holds the unit at \a offset; the last one for the text's end.
+LeafPlace leafAt(const TextNode* node, TextOffset offset)
+{
+    TextOffset start = 0;
+    while (node->height > 0) {
+        const auto* branch = static_cast<const TextBranch*>(node);
+        const size_t child = size_t(branch->childAtUnit(offset - start));
+        start += branch->unitsBefore[child];
+        node = branch->children[child].data();
+    }
+    return {static_cast<const TextLeaf*>(node), start};
+}
+
+void appendUnits(std::u16string& string, const TextLeaf& leaf, TextOffset from, TextOffset to)
+{
+    if (leaf.wide) {
+        const auto units = leaf.wideUnits().subspan(size_t(from), size_t(to - from));
+        string.append(units.begin(), units.end());
+    } else {
+        const auto units = leaf.narrowUnits().subspan(size_t(from), size_t(to - from));
+        string.append(units.begin(), units.end());
+    }
+}
+
+TextNodePointer partOf(const TextLeaf& leaf, TextOffset from, TextOffset to)
+{
+    std::u16string string;
+    appendUnits(string, leaf, from, to);
+    return TextNodePointer(new TextLeaf(string));
+}
+
+TextNodePointer cutBefore(const TextNodePointer& root, TextOffset offset)
+{
+    if (!root || offset <= 0)
+        return {};
+    if (offset >= root->metrics.units)
+        return root;
+    const auto [leaf, start] = leafAt(root.data(), offset);
+    const TextNodePointer whole = treeBefore(root, start);
+    return offset == start ? whole : concatenated(whole, partOf(*leaf, 0, offset - start));
+}
+
+TextNodePointer cutAfter(const TextNodePointer& root, TextOffset offset)
+{
+    if (!root || offset <= 0)
+        return root;
+    if (offset >= root->metrics.units)
+        return {};
+    const auto [leaf, start] = leafAt(root.data(), offset);
+    if (offset == start)
+        return treeAfter(root, start);
+    const TextOffset end = start + leaf->metrics.units;
+    return concatenated(partOf(*leaf, offset - start, end - start), treeAfter(root, end));
+}
+
+/// Cuts \a string into leaves of like size, none of which ends inside what belongs together.
+TextNodePointer treeOf(std::u16string_view string)
+{
+    std::vector<TextNodePointer> leaves;
+    // One unit below the maximum, since a cut may move by one.
+    const size_t most = size_t(TextLeaf::maximumUnits) - 1;
+    const size_t count = (string.size() + most - 1) / most;
+    size_t begin = 0;
+    for (size_t i = 1; i <= count; ++i) {
+        size_t end = string.size() * i / count;
+        if (end < string.size() && belongTogether(string[end - 1], string[end]))
+            --end;
+        leaves.emplace_back(new TextLeaf(string.substr(begin, end - begin)));
+        begin = end;
+    }
+    return treeOfLeaves(std::move(leaves));
+}
+
+/// \a left followed by \a right, with their seam mended: small leaves beside it are merged, and
+/// what belongs together comes into one leaf.
+TextNodePointer sewn(TextNodePointer left, TextNodePointer right)
+{
+    if (!left || !right)
+        return left ? left : right;
+    const TextLeaf* last = leafAt(left.data(), left->metrics.units).leaf;
+    const TextLeaf* first = leafAt(right.data(), 0).leaf;
+    const TextOffset lastUnits = last->metrics.units;
+    const TextOffset firstUnits = first->metrics.units;
+    if (lastUnits >= TextLeaf::minimumUnits && firstUnits >= TextLeaf::minimumUnits &&
+        !belongTogether(last->at(lastUnits - 1), first->at(0)))
+        return concatenated(left, right);
+
+    std::u16string seam;
+    seam.reserve(size_t(lastUnits + firstUnits));
+    appendUnits(seam, *last, 0, lastUnits);
+    appendUnits(seam, *first, 0, firstUnits);
+    left = treeBefore(left, left->metrics.units - lastUnits);
+    right = treeAfter(right, firstUnits);
+    if (left && TextOffset(seam.size()) < TextLeaf::minimumUnits) {
+        const auto [before, start] = leafAt(left.data(), left->metrics.units);
+        std::u16string longer;
+        appendUnits(longer, *before, 0, before->metrics.units);
+        seam.insert(0, longer);
+        left = treeBefore(left, start);
+    }
+    return concatenated(concatenated(left, treeOf(seam)), right);
+}
+
+} // namespace
+
+TextSnapshot::TextSnapshot(QStringView string)
+{
+    TextBuilder builder;
+    builder.append(string);
+    m_root = builder.finish().m_root;
+}
+
+char16_t TextSnapshot::at(TextOffset offset) const
+{
+    Q_ASSERT(offset >= 0 && offset < length());
+    const auto [leaf, start] = leafAt(m_root.data(), offset);
+    return leaf->at(offset - start);
+}
+
+QString TextSnapshot::string(TextRange range) const
+{
+    Q_ASSERT(range.location >= 0 && range.length >= 0 && range.end() <= length());
+    QString result;
+    result.reserve(range.length);
+    forEachPiece(range, [&](const TextPiece& piece) {
+        std::visit([&](auto units) { result.append(units); }, piece.units);
+    });
+    return result;
+}
+
+TextSnapshot TextSnapshot::slice(TextRange range) const
+{
+    Q_ASSERT(range.location >= 0 && range.length >= 0 && range.end() <= length());
+    if (range.isEmpty())
+        return {};
+    return TextSnapshot(cutAfter(cutBefore(m_root, range.end()), range.location));
+}
+
+TextSnapshot TextSnapshot::replacing(TextRange range, const TextSnapshot& replacement) const
+{
+    Q_ASSERT(range.location >= 0 && range.length >= 0 && range.end() <= length());
+    return TextSnapshot(sewn(sewn(cutBefore(m_root, range.location), replacement.m_root),
+                             cutAfter(m_root, range.end())));
+}
+
+LineIndex TextSnapshot::lineAt(TextOffset offset) const
+{
+    Q_ASSERT(offset >= 0 && offset <= length());
+    if (!m_root)
+        return LineIndex(0);
+    const TextNode* node = m_root.data();
+    qsizetype breaks = 0;
+    while (node->height > 0) {
+        const auto* branch = static_cast<const TextBranch*>(node);
+        const size_t child = size_t(branch->childAtUnit(offset));
+        breaks += branch->breaksBefore[child];
+        offset -= branch->unitsBefore[child];
+        node = branch->children[child].data();
+    }
+    const auto* leaf = static_cast<const TextLeaf*>(node);
+    return LineIndex(breaks + (leaf->wide ? breaksBefore(leaf->wideUnits(), offset)
+                                          : breaksBefore(leaf->narrowUnits(), offset)));
+}
+
+TextOffset TextSnapshot::lineStart(LineIndex line) const
+{
+    Q_ASSERT(line.value() >= 0);
+    if (line.value() == 0)
+        return 0;
+    if (line.value() >= lineCount())
+        return length();
+    const TextNode* node = m_root.data();
+    qsizetype number = line.value(); // the line starts where this break ends
+    TextOffset start = 0;
+    while (node->height > 0) {
+        const auto* branch = static_cast<const TextBranch*>(node);
+        const size_t child = size_t(branch->childAtBreak(number - 1));
+        number -= branch->breaksBefore[child];
+        start += branch->unitsBefore[child];
+        node = branch->children[child].data();
+    }
+    const auto* leaf = static_cast<const TextLeaf*>(node);
+    return start + (leaf->wide ? endOfBreak(leaf->wideUnits(), number)
+                               : endOfBreak(leaf->narrowUnits(), number));
+}
+
+TextRange TextSnapshot::line(LineIndex line) const
+{
+    const TextOffset start = lineStart(line);
+    return TextRange::between(start, lineStart(line + 1));
+}
+
+TextRange TextSnapshot::lineContent(LineIndex index) const
+{
+    TextRange range = line(index);
+    if (range.isEmpty() || !isLineBreak(at(range.end() - 1)))
+        return range;
+    --range.length;
+    if (range.length > 0 && at(range.end()) == u'\n' && at(range.end() - 1) == u'\r')
+        --range.length;
+    return range;
+}
+
+TextRange TextSnapshot::lineRangeForRange(TextRange range) const
+{
+    const LineIndex first = lineAt(range.location);
+    // A range that ends just after a line break does not touch the line that follows.
+    const LineIndex last = range.isEmpty() ? first : lineAt(range.end() - 1);
+    return TextRange::between(lineStart(first), lineStart(last + 1));
+}
+
+TextPiece TextSnapshot::pieceAt(TextOffset offset) const
+{
+    Q_ASSERT(offset >= 0 && offset <= length());
+    if (offset == length())
+        return {offset, QLatin1StringView()};
+    const auto [leaf, start] = leafAt(m_root.data(), offset);
+    if (leaf->wide)
+        return {start, QStringView(leaf->wideUnits().data(), leaf->metrics.units)};
+    return {start, QLatin1StringView(reinterpret_cast<const char*>(leaf->narrowUnits().data()),
+                                     leaf->metrics.units)};
+}
+
+bool TextSnapshot::operator==(const TextSnapshot& other) const
+{
+    if (m_root == other.m_root)
+        return true;
+    if (length() != other.length())
+        return false;
+    for (TextOffset offset = 0; offset < length();) {
+        const TextPiece mine = pieceAt(offset);
+        const TextPiece theirs = other.pieceAt(offset);
+        const TextOffset end =
+            std::min(mine.location + mine.length(), theirs.location + theirs.length());
+        const bool same = std::visit([](auto a, auto b) { return a == b; },
+                                     trimmed(mine, offset - mine.location, end - offset).units,
+                                     trimmed(theirs, offset - theirs.location, end - offset).units);
+        if (!same)
+            return false;
+        offset = end;
+    }
+    return true;
+}
+
+TextPiece trimmed(const TextPiece& piece, TextOffset skipped, TextOffset length)
+{
+    return std::visit(
+        [&](auto units) -> TextPiece {
+            return {piece.location + skipped,
+                    units.sliced(skipped, std::min(length, units.size() - skipped))};
+        },
+        piece.units);
+}
+
+} // namespace quillory
