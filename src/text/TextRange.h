@@ -83,6 +83,7 @@ struct TextChange
 
     constexpr TextOffset delta() const { return insertedLength - replaced.length; }
     constexpr TextRange inserted() const { return {replaced.location, insertedLength}; }
+    constexpr bool isEmpty() const { return replaced.isEmpty() && insertedLength == 0; }
     constexpr bool operator==(const TextChange&) const = default;
 };
 

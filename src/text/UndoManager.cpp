@@ -1,0 +1,280 @@
+#include "text/UndoManager.h"
+
+#include "text/LineMetrics.h"
+
+#include <QScopedValueRollback>
+
+namespace quillory {
+
+UndoManager::UndoManager(TextStorage& storage, QObject* parent)
+    : QObject(parent), m_storage(storage)
+{
+    connect(&storage, &TextStorage::edited, this, &UndoManager::noteUnrecorded);
+}
+
+void UndoManager::replaceCharactersInRange(TextRange range, const TextSnapshot& replacement)
+{
+    range = range.clampedTo(m_storage.length());
+    if (range.isEmpty() && replacement.isEmpty())
+        return;
+    beginUndoGrouping();
+    m_group.deltas.push_back(apply({range, replacement}));
+    endUndoGrouping();
+}
+
+void UndoManager::beginUndoGrouping(const Selections& selections, UndoKind kind)
+{
+    if (m_depth++ > 0)
+        return;
+    m_group = Entry();
+    m_group.kind = kind;
+    m_group.selectionsBefore = selections;
+    m_group.serialBefore = m_state.serial;
+}
+
+void UndoManager::endUndoGrouping(const Selections& selections)
+{
+    Q_ASSERT(m_depth > 0);
+    if (--m_depth > 0)
+        return;
+    Entry group = std::exchange(m_group, {});
+    if (group.deltas.empty())
+        return;
+    std::reverse(group.deltas.begin(), group.deltas.end());
+    group.selectionsAfter = selections;
+    closeGroup(std::move(group));
+}
+
+void UndoManager::setActionName(const QString& name)
+{
+    if (m_depth > 0)
+        m_group.name = name;
+    else if (!m_undo.empty() && !m_undo.back().change)
+        m_undo.back().name = name;
+    Q_EMIT stepsChanged();
+}
+
+bool UndoManager::canUndo() const
+{
+    return m_depth == 0 && lastStep(m_undo) != nullptr;
+}
+
+bool UndoManager::canRedo() const
+{
+    return m_depth == 0 && lastStep(m_redo) != nullptr;
+}
+
+QString UndoManager::undoActionName() const
+{
+    const Entry* step = lastStep(m_undo);
+    return step ? step->name : QString();
+}
+
+QString UndoManager::redoActionName() const
+{
+    const Entry* step = lastStep(m_redo);
+    return step ? step->name : QString();
+}
+
+void UndoManager::undo()
+{
+    if (canUndo())
+        take(m_undo, m_redo);
+}
+
+void UndoManager::redo()
+{
+    if (canRedo())
+        take(m_redo, m_undo);
+}
+
+void UndoManager::removeAllActions()
+{
+    m_undo.clear();
+    m_redo.clear();
+    m_mayCoalesce = false;
+    Q_EMIT stepsChanged();
+}
+
+void UndoManager::markClean()
+{
+    const bool was = isClean();
+    m_cleanState = m_state;
+    m_mayCoalesce = false; // or the marked text would lie inside a step
+    if (!was)
+        Q_EMIT cleanChanged(true);
+}
+
+void UndoManager::markDirty()
+{
+    setState({m_state.epoch + 1, ++m_lastSerial});
+}
+
+void UndoManager::noteUnrecorded(const TextChange& change)
+{
+    if (m_applying)
+        return;
+    m_redo.push_back(unrecorded(change));
+    TextChange before = change; // as it would have been before the open group's edits
+    for (auto delta = m_group.deltas.rbegin(); delta != m_group.deltas.rend(); ++delta)
+        rebase(*delta, before);
+    if (!before.isEmpty())
+        m_undo.push_back(unrecorded(before));
+    m_mayCoalesce = false;
+    markDirty();
+}
+
+void UndoManager::closeGroup(Entry group)
+{
+    m_redo.clear();
+    const bool joins = m_mayCoalesce && !m_undo.empty() && coalesces(m_undo.back(), group);
+    m_mayCoalesce = group.kind != UndoKind::Other;
+    if (joins)
+        merge(m_undo.back(), std::move(group));
+    else
+        m_undo.push_back(std::move(group));
+    setState({m_state.epoch, ++m_lastSerial});
+    Q_EMIT stepsChanged();
+}
+
+/// Typing goes on in a step as long as the caret stays where typing left it and no word begins
+/// after a blank; a line break begins a step and ends it.
+bool UndoManager::coalesces(const Entry& step, const Entry& next) const
+{
+    if (step.change || step.kind != next.kind || step.selectionsAfter != next.selectionsBefore ||
+        step.selectionsAfter.empty())
+        return false;
+    if (next.kind == UndoKind::Deleting)
+        return true;
+    const TextRange typed = next.deltas.front().range;
+    const TextSnapshot& text = m_storage.snapshot();
+    if (typed.isEmpty() || typed.location == 0)
+        return false;
+    const QChar first = text.at(typed.location);
+    const QChar before = text.at(typed.location - 1);
+    if (isLineBreak(first.unicode()) || isLineBreak(before.unicode()))
+        return false;
+    return first.isSpace() || !before.isSpace();
+}
+
+/// Makes \a step undo \a next as well. Deltas at one place grow into one.
+void UndoManager::merge(Entry& step, Entry next)
+{
+    step.selectionsAfter = std::move(next.selectionsAfter);
+    if (step.deltas.size() == 1 && next.deltas.size() == 1) {
+        Delta& earlier = step.deltas.front();
+        const Delta& later = next.deltas.front(); // undone first
+        if (later.replacement.isEmpty() && later.range.location == earlier.range.end()) {
+            earlier.range.length += later.range.length;
+            return;
+        }
+        if (later.range.isEmpty() && earlier.range.isEmpty()) {
+            const TextOffset inside = earlier.range.location - later.range.location;
+            if (inside >= 0 && inside <= later.replacement.length()) {
+                earlier.replacement = later.replacement.replacing({inside, 0}, earlier.replacement);
+                earlier.range = later.range;
+                return;
+            }
+        }
+    }
+    step.deltas.insert(step.deltas.begin(), std::make_move_iterator(next.deltas.begin()),
+                       std::make_move_iterator(next.deltas.end()));
+}
+
+void UndoManager::take(Stack& from, Stack& to)
+{
+    // The unrecorded changes above the step, last one first.
+    std::vector<TextChange> changes;
+    while (from.back().change) {
+        changes.push_back(*from.back().change);
+        from.pop_back();
+    }
+    Entry step = std::move(from.back());
+    from.pop_back();
+    // The step is older than the changes: it goes past the earliest of them first.
+    for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
+        for (Delta& delta : step.deltas)
+            rebase(delta, *change);
+    }
+    for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
+        if (!change->isEmpty())
+            from.push_back(unrecorded(*change));
+    }
+
+    m_storage.beginEditing();
+    for (Delta& delta : step.deltas)
+        delta = apply(delta);
+    std::reverse(step.deltas.begin(), step.deltas.end());
+    m_storage.endEditing();
+
+    const State reached{m_state.epoch, step.serialBefore};
+    step.serialBefore = m_state.serial;
+    std::swap(step.selectionsBefore, step.selectionsAfter);
+    const Selections selections = step.selectionsAfter;
+    to.push_back(std::move(step));
+    m_mayCoalesce = false;
+    setState(reached);
+    Q_EMIT stepsChanged();
+    Q_EMIT stepTaken(selections);
+}
+
+UndoManager::Delta UndoManager::apply(const Delta& delta)
+{
+    const QScopedValueRollback applying(m_applying, true);
+    Delta inverse{{delta.range.location, delta.replacement.length()},
+                  m_storage.snapshot().slice(delta.range)};
+    m_storage.replaceCharactersInRange(delta.range, delta.replacement);
+    return inverse;
+}
+
+void UndoManager::setState(State state)
+{
+    const bool was = isClean();
+    m_state = state;
+    if (isClean() != was)
+        Q_EMIT cleanChanged(isClean());
+}
+
+UndoManager::Entry UndoManager::unrecorded(const TextChange& change)
+{
+    Entry entry;
+    entry.change = change;
+    return entry;
+}
+
+const UndoManager::Entry* UndoManager::lastStep(const Stack& stack)
+{
+    const auto step = std::find_if(stack.rbegin(), stack.rend(),
+                                   [](const Entry& entry) { return !entry.change; });
+    return step == stack.rend() ? nullptr : &*step;
+}
+
+/// \a delta and \a change are both made for the same text; makes \a delta fit the text after
+/// \a change, and \a change the text after the old \a delta.
+void UndoManager::rebase(Delta& delta, TextChange& change)
+{
+    const TextRange d = delta.range;
+    const TextRange c = change.replaced;
+    const TextOffset inserted = change.insertedLength;
+    const TextOffset growth = delta.replacement.length() - d.length;
+    if (c.end() <= d.location) {
+        delta.range.location += change.delta();
+    } else if (c.location >= d.end()) {
+        change.replaced.location += growth;
+    } else if (c.location >= d.location && c.end() <= d.end()) {
+        delta.range.length += change.delta();
+        change = {{d.location, 0}, 0};
+    } else if (c.location < d.location && c.end() <= d.end()) {
+        delta.range = TextRange::between(c.location + inserted, d.end() + change.delta());
+        change.replaced = TextRange::between(c.location, d.location);
+    } else if (c.location >= d.location) {
+        delta.range = TextRange::between(d.location, c.location);
+        change.replaced = {d.location + delta.replacement.length(), c.end() - d.end()};
+    } else {
+        change.replaced = {c.location, c.length + growth};
+        delta = {{c.location + inserted, 0}, TextSnapshot()};
+        // What the delta would have put back is inside the rewritten stretch, and stays gone.
+    }
+}
+
+} // namespace quillory
