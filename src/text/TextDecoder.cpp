@@ -1,0 +1,206 @@
+#include "text/TextDecoder.h"
+
+#include "text/ByteLayout.h"
+#include "text/ByteTable.h"
+#include "text/Converter.h"
+#include "text/NonLossyAscii.h"
+#include "text/TextBuilder.h"
+#include "text/Utf8.h"
+
+#include <QtEndian>
+
+// Encodings in which ASCII stands for itself are decoded in two ways by turns: a run of ASCII that
+// would fill a leaf is handed to the builder as it lies in the file, and what stands between such
+// runs goes through a small buffer that is used again and again. Fresh memory, not work on the
+// bytes, is what decoding a large file costs.
+
+namespace quillory {
+
+namespace {
+
+constexpr qsizetype bufferUnits = 8192;
+
+/// A run of ASCII from which on it is handed over as it lies.
+constexpr qsizetype longRun = TextLeaf::minimumUnits;
+
+/// True when most of \a bytes is in long runs of ASCII, as far as samples tell.
+bool isMostlyAscii(QByteArrayView bytes)
+{
+    constexpr qsizetype samples = 64;
+    qsizetype ascii = 0;
+    for (qsizetype i = 0; i < samples; ++i) {
+        const QByteArrayView sample = bytes.sliced(bytes.size() / samples * i);
+        ascii += asciiPrefixLength(sample.first(std::min(sample.size(), longRun))) ==
+                 std::min(sample.size(), longRun);
+    }
+    return ascii > samples / 2;
+}
+
+/// Takes the text piece by piece.
+class Assembly
+{
+public:
+    explicit Assembly(const ByteBuffer& bytes)
+        : m_bytes(bytes), m_shares(isMostlyAscii(bytes.view()))
+    {}
+
+    void append(std::span<const char16_t> units)
+    {
+        m_builder.append(QStringView(units.data(), qsizetype(units.size())));
+    }
+
+    /// \a latin1 lies in the bytes given.
+    void appendFromBytes(QByteArrayView latin1)
+    {
+        if (m_shares)
+            m_builder.appendShared(m_bytes, latin1);
+        else
+            m_builder.append(QLatin1StringView(latin1));
+    }
+
+    /// Moves the long run of ASCII that leads \a rest, if one does, to the text.
+    void takeLongRun(QByteArrayView& rest)
+    {
+        if (rest.size() < longRun || asciiPrefixLength(rest.first(longRun)) < longRun)
+            return;
+        const qsizetype run = asciiPrefixLength(rest);
+        appendFromBytes(rest.first(run));
+        rest = rest.sliced(run);
+    }
+
+    std::span<char16_t> buffer() { return m_buffer; }
+    TextBuilder& builder() { return m_builder; }
+
+private:
+    const ByteBuffer& m_bytes;
+    bool m_shares;
+    TextBuilder m_builder;
+    std::vector<char16_t> m_buffer = std::vector<char16_t>(bufferUnits);
+};
+
+bool decodeUtf8Bytes(QByteArrayView rest, Assembly& text)
+{
+    while (!rest.isEmpty()) {
+        text.takeLongRun(rest);
+        const auto progress = decodeUtf8(rest, text.buffer().data(), bufferUnits, longRun);
+        text.append(text.buffer().first(size_t(progress.written)));
+        rest = rest.sliced(progress.read);
+        if (!progress.valid)
+            return false;
+    }
+    return true;
+}
+
+bool decodeByteTable(QByteArrayView rest, const EncodingInfo& info, const ByteBuffer& bytes,
+                     Assembly& text)
+{
+    if (info.encoding == StringEncoding::isoLatin1 || info.encoding == StringEncoding::ascii) {
+        if (info.encoding == StringEncoding::ascii && asciiPrefixLength(rest) < rest.size())
+            return false;
+        text.builder().appendShared(bytes, rest);
+        return true;
+    }
+    const ByteTable& table = ByteTable::of(info);
+    while (!rest.isEmpty()) {
+        text.takeLongRun(rest);
+        const auto units = text.buffer().first(size_t(std::min(rest.size(), longRun)));
+        bool valid = true;
+        for (size_t i = 0; i < units.size(); ++i) {
+            units[i] = table.unitFor(uchar(rest[qsizetype(i)]));
+            valid &= units[i] != ByteTable::undefined;
+        }
+        if (!valid)
+            return false;
+        text.append(units);
+        rest = rest.sliced(qsizetype(units.size()));
+    }
+    return true;
+}
+
+bool decodeWithConverter(QByteArrayView rest, const EncodingInfo& info, Assembly& text)
+{
+    Converter converter(info);
+    const std::span<char16_t> room = text.buffer();
+    for (bool isFull = false; !rest.isEmpty() || isFull || !converter.isAtRest();) {
+        if (info.form == EncodingForm::multiByte && converter.isAtRest())
+            text.takeLongRun(rest);
+        const QByteArrayView piece = rest.first(std::min(rest.size(), bufferUnits / 2));
+        const auto progress = converter.decode(piece, room, piece.size() == rest.size());
+        if (!progress.valid)
+            return false;
+        text.append(room.first(size_t(progress.written)));
+        isFull = progress.written == qsizetype(room.size());
+        rest = rest.sliced(progress.read);
+    }
+    return true;
+}
+
+bool decodeUtf16(QByteArrayView rest, bool bigEndian, Assembly& text)
+{
+    if (rest.size() % 2 != 0)
+        return false;
+    while (!rest.isEmpty()) {
+        const qsizetype units = std::min(rest.size() / 2, bufferUnits);
+        if (bigEndian)
+            qFromBigEndian<char16_t>(rest.data(), units, text.buffer().data());
+        else
+            qFromLittleEndian<char16_t>(rest.data(), units, text.buffer().data());
+        text.append(text.buffer().first(size_t(units)));
+        rest = rest.sliced(units * 2);
+    }
+    return true;
+}
+
+bool decodeUtf32(QByteArrayView rest, bool bigEndian, Assembly& text)
+{
+    if (rest.size() % 4 != 0)
+        return false;
+    while (!rest.isEmpty()) {
+        const QByteArrayView piece = rest.first(std::min(rest.size(), bufferUnits * 2));
+        char16_t* to = text.buffer().data();
+        for (qsizetype i = 0; i < piece.size(); i += 4) {
+            const char32_t character = bigEndian ? qFromBigEndian<char32_t>(piece.data() + i)
+                                                 : qFromLittleEndian<char32_t>(piece.data() + i);
+            if (character > QChar::LastValidCodePoint || QChar::isSurrogate(character))
+                return false;
+            for (const char16_t unit : QChar::fromUcs4(character))
+                *to++ = unit;
+        }
+        text.append(text.buffer().first(size_t(to - text.buffer().data())));
+        rest = rest.sliced(piece.size());
+    }
+    return true;
+}
+
+} // namespace
+
+std::optional<TextSnapshot> decode(const ByteBuffer& bytes, StringEncoding encoding)
+{
+    const EncodingInfo* info = encodingInfo(encoding);
+    if (!info)
+        return std::nullopt;
+    const ByteLayout layout = layoutOf(bytes.view(), encoding);
+    const QByteArrayView rest = bytes.view().sliced(byteOrderMark(encoding, layout).size());
+    Assembly text(bytes);
+    const bool isValid = [&] {
+        switch (info->form) {
+        case EncodingForm::utf8:
+            return decodeUtf8Bytes(rest, text);
+        case EncodingForm::utf16:
+            return decodeUtf16(rest, layout.bigEndian, text);
+        case EncodingForm::utf32:
+            return decodeUtf32(rest, layout.bigEndian, text);
+        case EncodingForm::byteTable:
+            return decodeByteTable(rest, *info, bytes, text);
+        case EncodingForm::nonLossyAscii:
+            return decodeNonLossyAscii(rest, text.builder());
+        case EncodingForm::multiByte:
+        case EncodingForm::stateful:
+            return decodeWithConverter(rest, *info, text);
+        }
+        return false;
+    }();
+    return isValid ? std::optional(text.builder().finish()) : std::nullopt;
+}
+
+} // namespace quillory
