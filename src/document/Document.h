@@ -1,0 +1,164 @@
+#pragma once
+
+#include "document/DocumentEnvironment.h"
+#include "document/DocumentReader.h"
+#include "document/DocumentRecord.h"
+#include "document/DocumentWriter.h"
+#include "document/EncodingList.h"
+#include "editing/QPTextView.h"
+#include "text/Overlay.h"
+
+#include <QObject>
+#include <QTimer>
+
+namespace quillory {
+
+class DocumentWindowHost;
+
+/// One open file: the record of its state, its text with undo and selections, and what opening,
+/// saving and changing its encoding or line breaks do to them. Knows no window but through
+/// DocumentWindowHost and its signals.
+///
+/// The life of a document: made; read (readFromURL, or readDocument on another thread and adopt);
+/// opened, once a window stands (windowControllerDidLoadNib); edited and saved; destroyed.
+class Document : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Document(const DocumentEnvironment& environment, QObject* parent = nullptr);
+
+    DocumentRecord& record() { return m_record; }
+    const DocumentRecord& record() const { return m_record; }
+    QPTextView& textView() { return m_textView; }
+    TextStorage& textStorage() { return m_storage; }
+    UndoManager& undoManager() { return m_undo; }
+    Overlay& overlay() { return m_overlay; }
+    EncodingList& encodingsArrayController() { return m_encodings; }
+    /// The document's cached copy of its text.
+    const TextSnapshot& completeString() const { return m_storage.snapshot(); }
+
+    QString path() const { return m_path; } ///< empty for a document that was never saved
+    QString type() const { return m_type; }
+    /// The file's name, or "Untitled" with a number that the controller gave.
+    QString displayName() const;
+    void setUntitledNumber(int number) { m_untitledNumber = number; }
+
+    /// True when saving would change what is on disk: the text, its encoding, its byte-order mark
+    /// or the line-break format chosen for it.
+    bool isDocumentEdited() const;
+
+    /// The file's bytes did not decode; nothing may be written over them yet.
+    bool isUndecoded() const { return m_undecoded; }
+    bool hasByteOrderMark() const;
+    /// Keeps or drops a UTF-8 byte-order mark at the next save.
+    void setHasByteOrderMark(bool mark);
+    /// The line breaks that the file had when it was read; all zero once it was saved.
+    const LineBreakCounts& lineBreaksOnDisk() const { return m_lineBreaks; }
+    /// False when writing the text as it is would not give the file's own bytes again.
+    bool encodesBack() const { return m_encodesBack; }
+
+    // Opening
+
+    static QString windowNibName() { return QStringLiteral("Document"); }
+    static bool autosavesInPlace() { return true; }
+    static bool applicationShouldTerminateAfterLastWindowClosed() { return false; }
+
+    /// Reads the file at \a path as a \a ofType into the record; false when it cannot be opened.
+    bool readFromURL(const QString& path, const QString& ofType);
+    /// Takes what was read on another thread.
+    void adopt(ReadResult result);
+    /// The open sequence: fills the text, the lists and the timers, once the window stands.
+    void windowControllerDidLoadNib(DocumentWindowHost* window);
+    /// Reads the file again, dropping the edits, in \a encoding or, when that is none, in the one
+    /// found out anew; the text is replaced as one undoable step. The answer and the message are
+    /// those of reading. Nothing changes when the bytes do not decode.
+    ReadResult revert(StringEncoding encoding = StringEncoding::none);
+    /// The same with what another thread has read.
+    void takeReread(ReadResult result);
+
+    /// Looks for a charset declaration or a mark in \a data. The guess is dropped: the answer is
+    /// the document's own encoding.
+    StringEncoding guessEncodingFromData(QByteArrayView data) const;
+
+    // Line breaks
+
+    static int detectLBFormatFromString(const TextSnapshot& text);
+    /// Brings the text into the record's lbFormat; \a ignored has no effect.
+    void changeLBFormatWithInt(int ignored);
+    /// The same as one undoable step, announced; the chooser has stored the format before.
+    void changeLBFormatAction(int tag);
+
+    // Encodings
+
+    void loadEncodings();
+    void selectEncoding();
+    void delayedSelectEncoding();
+    /// Takes the selected entry's encoding, and the text as it comes back from it; a text that does
+    /// not fit stays as it is.
+    void changeEncoding();
+    void changeEncodingAction();
+
+    // Saving
+
+    /// Writes the document; \a result, where given, tells what became of the bytes. The answer is
+    /// yes even in most cases in which they did not reach the disk.
+    bool writeToURL(const QString& path, const QString& ofType, SaveResult* result = nullptr);
+    /// The same in three steps, the middle one of which, SaveJob::run, may run on another thread.
+    SaveJob saveJob(const QString& path, const QString& ofType) const;
+    void finishSave(const SaveJob& job, const SaveResult& result);
+    /// The next save may replace a file that another program changed.
+    void acceptFileOnDisk() { m_identity.reset(); }
+
+public Q_SLOTS:
+    /// Applies the preferences to the text view, its colours and the visible page.
+    void textViewSettings();
+    void delayedSettingsSheet();
+
+Q_SIGNALS:
+    void settingsSheetRequested();
+    void settingsPopoverShouldClose();
+    /// The preferences changed, or what they apply to; the window follows.
+    void textViewSettingsApplied();
+    void editedChanged();
+    /// Encoding, line-break format, byte-order mark, path or definition changed.
+    void recordChanged();
+
+private:
+    void populateOnFirstStart();
+    void fillText();
+    void setText(const TextSnapshot& text);
+    void replaceWholeText(const TextSnapshot& text);
+
+    /// What a save wrote, beside the text.
+    struct SavedForm
+    {
+        StringEncoding encoding = StringEncoding::none;
+        int lbFormat = 0;
+        ByteLayout layout;
+        bool operator==(const SavedForm&) const = default;
+    };
+    SavedForm form() const { return {m_record.encoding, m_record.lbFormat, m_layout}; }
+
+    const DocumentEnvironment& m_environment;
+    DocumentRecord m_record;
+    TextStorage m_storage;
+    UndoManager m_undo;
+    QPTextView m_textView;
+    Overlay m_overlay;
+    EncodingList m_encodings;
+    QTimer m_settingsTimer;
+    QString m_path;
+    QString m_type;
+    int m_untitledNumber = 1;
+    std::optional<TextSnapshot> m_decoded; ///< read, not yet in the text view
+    ByteLayout m_layout;
+    LineBreakCounts m_lineBreaks;
+    std::optional<FileIdentity> m_identity;
+    SavedForm m_savedForm;
+    QString m_recoveryRecord;
+    bool m_undecoded = false;
+    bool m_encodesBack = true;
+};
+
+} // namespace quillory

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "document/DocumentRecord.h"
+#include "document/FileIdentity.h"
+#include "text/ByteLayout.h"
+#include "text/TextSnapshot.h"
+
+#include <QString>
+
+namespace quillory {
+
+class FileOps;
+class RecoveryStore;
+
+/// Why a save did not bring the text to the disk.
+enum class SaveProblem
+{
+    None,
+    Disk,           ///< the file system refused; nothing or everything of the old file is there
+    ChangedByOther, ///< the file is not the one that was read or written last
+    Unencodable,    ///< a character has no place in the encoding
+    UnparsablePropertyList,
+    NoEncoding ///< the file's bytes were never decoded; writing would destroy them
+};
+
+/// What a save came to.
+struct SaveResult
+{
+    bool answer = true;   ///< the document counts as saved
+    bool written = false; ///< the bytes are on disk, verified
+    SaveProblem problem = SaveProblem::None;
+    QString message;        ///< for the user: what happened to which file, and the way out
+    TextOffset offset = -1; ///< of the first character that does not fit, in the text as shown
+    LineIndex line;         ///< and column (from 0): where a property list stops making sense
+    TextOffset column = 0;
+    FileIdentity identity;  ///< of the file as written
+    QString recoveryRecord; ///< the record in the recovery store that holds the text; may be empty
+};
+
+/// All that a save needs: made on the GUI thread in O(1), run on any.
+struct SaveJob
+{
+    QString path;
+    QString type; ///< one of DocumentType
+    TextSnapshot text;
+    DocumentRecord record;
+    ByteLayout layout;
+    /// What the file must still be; nothing when any file there may be replaced.
+    std::optional<FileIdentity> expected;
+    /// The record that an earlier, failed save left in the recovery store.
+    QString recoveryRecord;
+
+    SaveResult run(FileOps& ops, RecoveryStore& recovery) const;
+};
+
+} // namespace quillory

@@ -1,0 +1,400 @@
+#include "editing/QPTextView.h"
+
+#include "text/TextBoundary.h"
+#include "text/TextBuilder.h"
+
+#include <QScopedValueRollback>
+
+namespace quillory {
+
+namespace {
+
+QString typingName()
+{
+    return QPTextView::tr("Typing");
+}
+
+} // namespace
+
+QPTextView::QPTextView(TextStorage& storage, UndoManager& undoManager, QObject* parent)
+    : QObject(parent), m_storage(storage), m_undo(undoManager)
+{
+    connect(&storage, &TextStorage::edited, this, &QPTextView::followEdit);
+    connect(&undoManager, &UndoManager::stepTaken, this, &QPTextView::restoreSelections);
+}
+
+std::vector<TextRange> QPTextView::selectedRanges() const
+{
+    std::vector<TextRange> ranges;
+    ranges.reserve(m_selections.size());
+    for (const Selection& selection : m_selections)
+        ranges.push_back(selection.range());
+    return ranges;
+}
+
+void QPTextView::setSelectedRange(TextRange range)
+{
+    setSelection(Selection::over(range));
+}
+
+void QPTextView::setSelectedRanges(const std::vector<TextRange>& ranges)
+{
+    std::vector<Selection> selections;
+    selections.reserve(ranges.size());
+    for (const TextRange range : ranges)
+        selections.push_back(Selection::over(range));
+    setSelections(std::move(selections), ranges.empty() ? 0 : ranges.size() - 1);
+}
+
+void QPTextView::setSelections(std::vector<Selection> selections, size_t primary)
+{
+    if (selections.empty())
+        return;
+    const TextOffset length = m_storage.length();
+    for (Selection& selection : selections) {
+        selection.anchor = std::clamp<TextOffset>(selection.anchor, 0, length);
+        selection.head = std::clamp<TextOffset>(selection.head, 0, length);
+    }
+    const Selection kept = selections[std::min(primary, selections.size() - 1)];
+    std::stable_sort(selections.begin(), selections.end(), [](const auto& a, const auto& b) {
+        return a.range().location < b.range().location;
+    });
+    std::vector<Selection> merged;
+    for (const Selection& next : selections) {
+        if (!merged.empty()) {
+            Selection& last = merged.back();
+            const TextRange a = last.range();
+            const TextRange b = next.range();
+            const bool touching = b.location == a.end();
+            if (b.location < a.end() || (touching && (a.isEmpty() || b.isEmpty()))) {
+                const TextRange both = TextRange::between(a.location, std::max(a.end(), b.end()));
+                const Selection& direction = last.isCaret() ? next : last;
+                const bool backwards = direction.head < direction.anchor;
+                last = backwards ? Selection{both.end(), both.location} : Selection::over(both);
+                continue;
+            }
+        }
+        merged.push_back(next);
+    }
+    const auto holder = std::find_if(merged.begin(), merged.end(), [&](const Selection& s) {
+        return s.range().location <= kept.range().location && kept.range().end() <= s.range().end();
+    });
+    const size_t newPrimary = holder == merged.end() ? 0 : size_t(holder - merged.begin());
+    if (merged == m_selections && newPrimary == m_primary)
+        return;
+    m_selections = std::move(merged);
+    m_primary = newPrimary;
+    if (!m_editing)
+        m_undo.breakCoalescing();
+    Q_EMIT selectionDidChange();
+}
+
+void QPTextView::selectAll()
+{
+    setSelectedRange(string().range());
+}
+
+void QPTextView::keepPrimarySelection(bool collapse)
+{
+    const Selection& primary = primarySelection();
+    setSelection(collapse ? Selection::caret(primary.head) : primary);
+}
+
+TextRange QPTextView::selectionRangeForProposedRange(TextRange proposed,
+                                                     SelectionGranularity granularity) const
+{
+    const TextSnapshot& text = string();
+    proposed = proposed.clampedTo(text.length());
+    switch (granularity) {
+    case SelectionGranularity::Character:
+        break;
+    case SelectionGranularity::Word: {
+        const TextRange first = wordAt(text, proposed.location);
+        const TextRange last = proposed.isEmpty() ? first : wordAt(text, proposed.end() - 1);
+        return TextRange::between(first.location, std::max(first.end(), last.end()));
+    }
+    case SelectionGranularity::Paragraph:
+        return text.lineRangeForRange(proposed);
+    }
+    const TextOffset start = characterStart(text, proposed.location);
+    const TextOffset end = characterStart(text, proposed.end());
+    return TextRange::between(start, end < proposed.end() ? characterAfter(text, end)
+                                                          : std::max(start, end));
+}
+
+void QPTextView::moveEach(const std::function<TextOffset(const Selection&)>& target, bool extending)
+{
+    std::vector<Selection> moved;
+    moved.reserve(m_selections.size());
+    for (const Selection& selection : m_selections) {
+        const TextOffset head = target(selection);
+        moved.push_back({extending ? selection.anchor : head, head});
+    }
+    setSelections(std::move(moved), m_primary);
+}
+
+void QPTextView::moveLeft(bool extending)
+{
+    moveEach(
+        [&](const Selection& selection) {
+            return extending || selection.isCaret() ? characterBefore(string(), selection.head)
+                                                    : selection.range().location;
+        },
+        extending);
+}
+
+void QPTextView::moveRight(bool extending)
+{
+    moveEach(
+        [&](const Selection& selection) {
+            return extending || selection.isCaret() ? characterAfter(string(), selection.head)
+                                                    : selection.range().end();
+        },
+        extending);
+}
+
+void QPTextView::moveWordLeft(bool extending)
+{
+    moveEach([&](const Selection& selection) { return wordStartBefore(string(), selection.head); },
+             extending);
+}
+
+void QPTextView::moveWordRight(bool extending)
+{
+    moveEach([&](const Selection& selection) { return wordEndAfter(string(), selection.head); },
+             extending);
+}
+
+void QPTextView::moveToBeginningOfParagraph(bool extending)
+{
+    moveEach(
+        [&](const Selection& selection) {
+            return string().lineStart(string().lineAt(selection.head));
+        },
+        extending);
+}
+
+void QPTextView::moveToEndOfParagraph(bool extending)
+{
+    moveEach(
+        [&](const Selection& selection) {
+            return string().lineContent(string().lineAt(selection.head)).end();
+        },
+        extending);
+}
+
+void QPTextView::moveParagraphBackward(bool extending)
+{
+    moveEach(
+        [&](const Selection& selection) {
+            const LineIndex line = string().lineAt(selection.head);
+            const TextOffset start = string().lineStart(line);
+            return selection.head > start || line.value() == 0 ? start
+                                                               : string().lineStart(line - 1);
+        },
+        extending);
+}
+
+void QPTextView::moveParagraphForward(bool extending)
+{
+    moveEach(
+        [&](const Selection& selection) {
+            return string().lineStart(string().lineAt(selection.head) + 1);
+        },
+        extending);
+}
+
+void QPTextView::moveToBeginningOfDocument(bool extending)
+{
+    moveEach([](const Selection&) { return TextOffset(0); }, extending);
+}
+
+void QPTextView::moveToEndOfDocument(bool extending)
+{
+    moveEach([&](const Selection&) { return string().length(); }, extending);
+}
+
+void QPTextView::insertText(const QString& text)
+{
+    replaceEach(&Selection::range, TextSnapshot(text), UndoKind::Typing, typingName());
+}
+
+void QPTextView::insertNewline()
+{
+    insertText(QStringLiteral("\n"));
+}
+
+void QPTextView::insertTab()
+{
+    insertText(QStringLiteral("\t"));
+}
+
+void QPTextView::deleteBackward()
+{
+    deleteEach([&](TextOffset head) { return characterBefore(string(), head); },
+               UndoKind::Deleting);
+}
+
+void QPTextView::deleteForward()
+{
+    deleteEach([&](TextOffset head) { return characterAfter(string(), head); }, UndoKind::Deleting);
+}
+
+void QPTextView::deleteWordBackward()
+{
+    deleteEach([&](TextOffset head) { return wordStartBefore(string(), head); }, UndoKind::Other);
+}
+
+void QPTextView::deleteWordForward()
+{
+    deleteEach([&](TextOffset head) { return wordEndAfter(string(), head); }, UndoKind::Other);
+}
+
+void QPTextView::deleteToBeginningOfParagraph()
+{
+    deleteEach([&](TextOffset head) { return string().lineStart(string().lineAt(head)); },
+               UndoKind::Other);
+}
+
+void QPTextView::deleteToEndOfParagraph()
+{
+    deleteEach(
+        [&](TextOffset head) {
+            const TextOffset end = string().lineContent(string().lineAt(head)).end();
+            return end > head ? end : characterAfter(string(), head); // the line break itself
+        },
+        UndoKind::Other);
+}
+
+void QPTextView::deleteSelection()
+{
+    replaceEach(&Selection::range, TextSnapshot(), UndoKind::Other, tr("Delete"));
+}
+
+void QPTextView::replaceSelections(const TextSnapshot& text, const QString& actionName)
+{
+    replaceEach(&Selection::range, text, UndoKind::Other, actionName);
+}
+
+TextSnapshot QPTextView::selectedText() const
+{
+    TextSnapshot result;
+    const TextSnapshot lineBreak(u"\n");
+    for (const Selection& selection : m_selections) {
+        if (selection.isCaret())
+            continue;
+        if (!result.isEmpty())
+            result = result.replacing({result.length(), 0}, lineBreak);
+        result = result.replacing({result.length(), 0}, string().slice(selection.range()));
+    }
+    return result;
+}
+
+bool QPTextView::shouldChangeTextInRange(TextRange, const QString&)
+{
+    m_permitted = m_editable;
+    return m_permitted;
+}
+
+void QPTextView::replaceCharactersInRange(TextRange range, const TextSnapshot& replacement)
+{
+    if (m_permitted)
+        m_undo.replaceCharactersInRange(range, replacement);
+    else
+        m_storage.replaceCharactersInRange(range, replacement);
+}
+
+void QPTextView::replaceCharactersInRange(TextRange range, const QString& replacement)
+{
+    replaceCharactersInRange(range, TextSnapshot(replacement));
+}
+
+void QPTextView::didChangeText()
+{
+    m_permitted = false;
+    Q_EMIT textDidChange();
+}
+
+void QPTextView::undo()
+{
+    if (!m_editable || !m_undo.canUndo())
+        return;
+    m_undo.undo();
+    Q_EMIT textDidChange();
+}
+
+void QPTextView::redo()
+{
+    if (!m_editable || !m_undo.canRedo())
+        return;
+    m_undo.redo();
+    Q_EMIT textDidChange();
+}
+
+void QPTextView::followEdit(const TextChange& change)
+{
+    if (m_editing)
+        return;
+    std::vector<Selection> selections = m_selections;
+    for (Selection& selection : selections)
+        selection = {mapped(selection.anchor, change), mapped(selection.head, change)};
+    const QScopedValueRollback editing(m_editing, true);
+    setSelections(std::move(selections), m_primary);
+}
+
+void QPTextView::restoreSelections(const std::vector<Selection>& selections)
+{
+    if (!selections.empty())
+        setSelections(selections, selections.size() - 1);
+}
+
+/// Replaces what \a range answers for each selection by \a text, and leaves a caret after each.
+void QPTextView::replaceEach(const Edit& range, const TextSnapshot& text, UndoKind kind,
+                             const QString& actionName)
+{
+    std::vector<Selection> targets;
+    targets.reserve(m_selections.size());
+    for (const Selection& selection : m_selections)
+        targets.push_back(Selection::over(range(selection)));
+    const bool nothing = text.isEmpty() && std::all_of(targets.begin(), targets.end(),
+                                                       [](const auto& t) { return t.isCaret(); });
+    if (nothing || !m_editable)
+        return;
+
+    const std::vector<Selection> before = m_selections;
+    const QScopedValueRollback editing(m_editing, true);
+    m_storage.beginEditing();
+    m_undo.beginUndoGrouping(before, kind);
+    TextOffset shift = 0;
+    TextOffset done = 0; // where the previous target ended, before the edits
+    std::vector<Selection> after;
+    for (const Selection& target : targets) {
+        // Two carets may delete towards each other.
+        const TextOffset start = std::max(target.range().location, done);
+        const TextRange old = TextRange::between(start, std::max(start, target.range().end()));
+        done = old.end();
+        const TextRange now{old.location + shift, old.length};
+        m_undo.replaceCharactersInRange(now, text);
+        shift += text.length() - old.length;
+        after.push_back(Selection::caret(now.location + text.length()));
+    }
+    m_undo.setActionName(actionName);
+    const size_t primary = m_primary;
+    m_selections.clear(); // so that the new ones are announced in any case
+    setSelections(std::move(after), primary);
+    m_undo.endUndoGrouping(m_selections);
+    m_storage.endEditing();
+    Q_EMIT textDidChange();
+}
+
+void QPTextView::deleteEach(const std::function<TextOffset(TextOffset)>& target, UndoKind kind)
+{
+    replaceEach(
+        [&](const Selection& selection) {
+            return selection.isCaret() ? TextRange::between(selection.head, target(selection.head))
+                                       : selection.range();
+        },
+        TextSnapshot(), kind, tr("Delete"));
+}
+
+} // namespace quillory

@@ -1,0 +1,135 @@
+#pragma once
+
+#include "text/Selection.h"
+#include "text/TextStorage.h"
+#include "text/UndoManager.h"
+
+#include <QObject>
+#include <QString>
+#include <functional>
+#include <vector>
+
+namespace quillory {
+
+/// How far a proposed selection is widened.
+enum class SelectionGranularity
+{
+    Character = 0,
+    Word = 1,
+    Paragraph = 2
+};
+
+/// The editing view without its looks: the selections over a text, and what keys and commands do
+/// to both. A widget shows it, and forwards events to it.
+///
+/// There is always at least one selection; they are in the order of the text, do not overlap, and no
+/// caret stands at the edge of another one. Every operation acts on all of them and is one undo
+/// step. All offsets are UTF-16 code units. While TextStorage::edited is heard, the selections may
+/// still be those of the text before; selectionDidChange and textDidChange come when all is done.
+class QPTextView : public QObject
+{
+    Q_OBJECT
+
+public:
+    QPTextView(TextStorage& storage, UndoManager& undoManager, QObject* parent = nullptr);
+
+    const TextSnapshot& string() const { return m_storage.snapshot(); }
+    TextStorage& textStorage() const { return m_storage; }
+    UndoManager& undoManager() const { return m_undo; }
+
+    /// While off, every change that asks for permission is refused.
+    bool isEditable() const { return m_editable; }
+    void setEditable(bool editable) { m_editable = editable; }
+
+    // Selection. Ranges outside the text are pulled into it; overlapping ones are merged.
+
+    const std::vector<Selection>& selections() const { return m_selections; }
+    /// The selection that the view keeps in sight: the one set or added last.
+    const Selection& primarySelection() const { return m_selections[m_primary]; }
+    TextRange selectedRange() const { return primarySelection().range(); }
+    std::vector<TextRange> selectedRanges() const;
+    void setSelectedRange(TextRange range);
+    void setSelectedRanges(const std::vector<TextRange>& ranges);
+    /// \a primary is the index of the selection to keep in sight.
+    void setSelections(std::vector<Selection> selections, size_t primary);
+    void setSelection(Selection selection) { setSelections({selection}, 0); }
+    void selectAll();
+    /// Keeps the primary selection alone, as a caret at its head when \a collapse is set.
+    void keepPrimarySelection(bool collapse = false);
+
+    /// The range that a click or a drag over \a proposed selects.
+    TextRange selectionRangeForProposedRange(TextRange proposed,
+                                             SelectionGranularity granularity) const;
+
+    // Movement. \a target answers where a selection's head goes; \a extending keeps the anchors.
+
+    void moveEach(const std::function<TextOffset(const Selection&)>& target, bool extending);
+    void moveLeft(bool extending);  ///< by character; a selection collapses to its start
+    void moveRight(bool extending); ///< by character; a selection collapses to its end
+    void moveWordLeft(bool extending);
+    void moveWordRight(bool extending);
+    void moveToBeginningOfParagraph(bool extending);
+    void moveToEndOfParagraph(bool extending);
+    void moveParagraphBackward(bool extending); ///< to this line's start, then to the one before
+    void moveParagraphForward(bool extending);
+    void moveToBeginningOfDocument(bool extending);
+    void moveToEndOfDocument(bool extending);
+
+    // Typing and deleting.
+
+    void insertText(const QString& text);
+    void insertNewline();
+    void insertTab();
+    void deleteBackward();
+    void deleteForward();
+    void deleteWordBackward();
+    void deleteWordForward();
+    void deleteToBeginningOfParagraph();
+    void deleteToEndOfParagraph();
+    /// Deletes the selected text; carets delete nothing.
+    void deleteSelection();
+    /// Replaces each selection by \a text as one step named \a actionName.
+    void replaceSelections(const TextSnapshot& text, const QString& actionName);
+
+    /// The selected text, one selection after the other with a line break between them.
+    TextSnapshot selectedText() const;
+
+    // The triple that every undoable edit by a program passes through.
+
+    /// Asks permission to put \a replacement in the place of \a range; when it is given, the edit
+    /// that follows is undoable.
+    bool shouldChangeTextInRange(TextRange range, const QString& replacement);
+    /// Performs the edit. Without permission asked before, it is not undoable.
+    void replaceCharactersInRange(TextRange range, const TextSnapshot& replacement);
+    void replaceCharactersInRange(TextRange range, const QString& replacement);
+    /// Says that the edit is done; observers hear textDidChange().
+    void didChangeText();
+
+    void undo();
+    void redo();
+
+Q_SIGNALS:
+    void selectionDidChange();
+    /// The characters changed by the user or by a command that announced it.
+    void textDidChange();
+    void beep();
+
+private:
+    using Edit = std::function<TextRange(const Selection&)>;
+
+    void followEdit(const TextChange& change);
+    void restoreSelections(const std::vector<Selection>& selections);
+    void replaceEach(const Edit& range, const TextSnapshot& text, UndoKind kind,
+                     const QString& actionName);
+    void deleteEach(const std::function<TextOffset(TextOffset)>& target, UndoKind kind);
+
+    TextStorage& m_storage;
+    UndoManager& m_undo;
+    std::vector<Selection> m_selections{Selection{}};
+    size_t m_primary = 0;
+    bool m_editable = true;
+    bool m_permitted = false;
+    bool m_editing = false; ///< selections are set by the operation at work, not by followEdit
+};
+
+} // namespace quillory
