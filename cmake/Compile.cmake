@@ -18,3 +18,7 @@ if(QUILLORY_SANITIZE)
     -O1 -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(quillory_flags INTERFACE -fsanitize=address,undefined)
 endif()
+if(QUILLORY_FUZZ)
+  # libFuzzer steers by the coverage of the code under test, so every room is instrumented.
+  target_compile_options(quillory_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
