@@ -10,6 +10,7 @@
 
 #include <QObject>
 #include <QTimer>
+#include <functional>
 
 namespace quillory {
 
@@ -75,7 +76,7 @@ public:
     /// those of reading. Nothing changes when the bytes do not decode.
     ReadResult revert(StringEncoding encoding = StringEncoding::none);
     /// The same with what another thread has read.
-    void takeReread(ReadResult result);
+    void takeReread(const ReadResult& result);
 
     /// Looks for a charset declaration or a mark in \a data. The guess is dropped: the answer is
     /// the document's own encoding.
@@ -125,9 +126,8 @@ Q_SIGNALS:
     void recordChanged();
 
 private:
-    void populateOnFirstStart();
     void fillText();
-    void setText(const TextSnapshot& text);
+    void changeWholeText(const QString& actionName, const std::function<void()>& change);
     void replaceWholeText(const TextSnapshot& text);
 
     /// What a save wrote, beside the text.

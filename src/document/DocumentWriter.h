@@ -45,6 +45,7 @@ struct SaveJob
     TextSnapshot text;
     DocumentRecord record;
     ByteLayout layout;
+    bool isUndecoded = false; ///< the file's bytes were never understood, so it is not written over
     /// What the file must still be; nothing when any file there may be replaced.
     std::optional<FileIdentity> expected;
     /// The record that an earlier, failed save left in the recovery store.

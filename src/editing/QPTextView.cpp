@@ -117,9 +117,10 @@ TextRange QPTextView::selectionRangeForProposedRange(TextRange proposed,
         return text.lineRangeForRange(proposed);
     }
     const TextOffset start = characterStart(text, proposed.location);
+    if (proposed.isEmpty())
+        return {start, 0};
     const TextOffset end = characterStart(text, proposed.end());
-    return TextRange::between(start, end < proposed.end() ? characterAfter(text, end)
-                                                          : std::max(start, end));
+    return TextRange::between(start, end < proposed.end() ? characterAfter(text, end) : end);
 }
 
 void QPTextView::moveEach(const std::function<TextOffset(const Selection&)>& target, bool extending)

@@ -68,13 +68,15 @@ void Overlay::textChanged(const TextChange& change)
     // A run that begins before the change and reaches into it, or past it.
     if (!m_before.empty() && m_before.back().range.end() > replaced.location) {
         OverlayRun& run = m_before.back();
-        inside = run.attributes;
         const TextOffset end = run.range.end();
         run.range.length = replaced.location - run.range.location;
+        if (end >= replaced.end() && (end > replaced.end() || !replaced.isEmpty()))
+            inside = run.attributes;
         if (end > replaced.end())
-            pushAfter({TextRange::between(replaced.end(), end), inside});
+            pushAfter({TextRange::between(replaced.end(), end), run.attributes});
     } else if (!replaced.isEmpty() && !m_after.empty() &&
-               firstAfter().range.location == replaced.location) {
+               firstAfter().range.location == replaced.location &&
+               firstAfter().range.end() >= replaced.end()) {
         inside = firstAfter().attributes;
     }
     while (!m_after.empty() && firstAfter().range.location < replaced.end()) {

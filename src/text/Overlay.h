@@ -60,8 +60,8 @@ public:
     std::vector<OverlayRun> runs(TextRange range) const;
     bool isEmpty() const { return m_before.empty() && m_after.empty(); }
 
-    /// Moves the runs as the text moved. Characters put inside a run, or in the place of some of
-    /// its characters, take its attributes; characters put between two runs have none.
+    /// Moves the runs as the text moved. Characters put inside a run, or in the place of characters
+    /// that one run covers, take its attributes; all others have none.
     void textChanged(const TextChange& change);
 
     /// The number of code units of the text that the runs lie over; for a fresh overlay 0.

@@ -77,6 +77,14 @@ bool standsAlone(char16_t unit)
     return unit < 0x80 && unit != u'\n';
 }
 
+/// ICU takes an offset between the halves of a surrogate pair for the one before them.
+TextOffset codePointStart(const TextSnapshot& text, TextOffset offset)
+{
+    const bool inside = offset > 0 && belongTogether(text.at(offset - 1), text.at(offset)) &&
+                        text.at(offset) != u'\n';
+    return inside ? offset - 1 : offset;
+}
+
 /// The stretch of text from a place where a character surely begins, before \a offset, to \a end.
 TextRange characterStretch(const TextSnapshot& text, TextOffset offset, TextOffset end)
 {
@@ -131,6 +139,7 @@ TextOffset characterStart(const TextSnapshot& text, TextOffset offset)
 {
     if (offset <= 0 || offset >= text.length() || standsAlone(text.at(offset)))
         return std::clamp<TextOffset>(offset, 0, text.length());
+    offset = codePointStart(text, offset);
     const TextRange stretch = characterStretch(text, offset, std::min(text.length(), offset + 2));
     Boundaries boundaries(UBRK_CHARACTER, text, stretch);
     return boundaries.isBoundary(offset) ? offset : boundaries.preceding(offset);
@@ -174,7 +183,7 @@ TextRange wordAt(const TextSnapshot& text, TextOffset offset)
 {
     if (text.isEmpty())
         return {};
-    offset = std::min(offset, text.length() - 1);
+    offset = codePointStart(text, std::min(offset, text.length() - 1));
     const TextRange stretch = wordStretch(text, offset);
     if (offset >= stretch.end())
         return TextRange::between(stretch.end(), text.line(text.lineAt(offset)).end());

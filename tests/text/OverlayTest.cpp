@@ -43,10 +43,12 @@ TEST(Overlay, RandomChangesKeepToTheModel)
         case 0: {
             const TextOffset inserted = below(size > 200 ? 5 : 20);
             OverlayAttributes inside;
-            const bool within = location > 0 && location < size &&
+            const bool within = length == 0 && location > 0 && location < size &&
                                 overlay.runs({location - 1, 2}).size() == 1 &&
                                 overlay.runs({location - 1, 2}).front().range.length == 2;
-            if (length > 0 || within)
+            const bool alike =
+                std::all_of(begin, begin + length, [&](const auto& a) { return a == *begin; });
+            if (within || (length > 0 && alike))
                 inside = model[size_t(location)];
             overlay.textChanged({{location, length}, inserted});
             model.erase(begin, begin + length);

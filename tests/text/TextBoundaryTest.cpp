@@ -31,7 +31,7 @@ TEST(TextBoundary, CharactersAreThoseThatReadersSee)
         QString::fromUtf8("a|\U0001F1E9\U0001F1EA|\U0001F1EB\U0001F1F7|"), // two flags
         QStringLiteral("|\u0915\u093F|\u0928|"),                           // Devanagari
         QStringLiteral("|\u1112\u1161\u11AB|\u1100|"),                     // Hangul
-        QStringLiteral("|\uD83D|x|\uDE00|"),                               // unpaired surrogates
+        QStringLiteral("|\xD83D|x|\xDE00|"),                               // unpaired surrogates
     };
     for (const QString& string : cases) {
         const Marked c(string);
@@ -50,7 +50,7 @@ TEST(TextBoundary, WordMovementStopsAtWordsAndLines)
     // end on.
     const std::pair<QString, QString> cases[] = {
         {QStringLiteral("|one| two_2|  (three|)|"), QStringLiteral("|one |two_2  (|three)|")},
-        {QStringLiteral("|a| b |\n|  c|"), QStringLiteral("|a |b |\n|  |c|")},
+        {QStringLiteral("|a| b| |\n|  c|"), QStringLiteral("|a |b |\n|  |c|")},
         {QStringLiteral("|\n|\r\n|x|"), QStringLiteral("|\n|\r\n|x|")},
         {QStringLiteral("|don't| 3.14| a.b|"), QStringLiteral("|don't |3.14 |a.b|")},
     };

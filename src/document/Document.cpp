@@ -1,0 +1,321 @@
+#include "document/Document.h"
+
+#include "document/DocumentType.h"
+#include "document/DocumentWindowHost.h"
+#include "document/FirstStart.h"
+#include "document/TextConversion.h"
+#include "foundation/ApplicationFolders.h"
+#include "foundation/NotificationCenter.h"
+#include "foundation/UserDefaults.h"
+
+#include <QFileInfo>
+
+namespace quillory {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto settingsSheetDelay = 350ms;
+constexpr auto textViewSettingsDelay = 10ms;
+constexpr std::array<int, 4> titleBarButtonPositions{21, 48, 71, 97}; // points
+
+} // namespace
+
+Document::Document(const DocumentEnvironment& environment, QObject* parent)
+    : QObject(parent), m_environment(environment), m_undo(m_storage), m_textView(m_storage, m_undo)
+{
+    connect(&m_storage, &TextStorage::edited, &m_overlay, &Overlay::textChanged);
+    connect(&m_undo, &UndoManager::cleanChanged, this, &Document::editedChanged);
+    connect(this, &Document::recordChanged, this, &Document::editedChanged);
+    m_settingsTimer.setSingleShot(true);
+    m_settingsTimer.setInterval(textViewSettingsDelay);
+    connect(&m_settingsTimer, &QTimer::timeout, this, &Document::textViewSettings);
+}
+
+QString Document::displayName() const
+{
+    if (!m_path.isEmpty())
+        return QFileInfo(m_path).fileName();
+    return m_untitledNumber > 1 ? tr("Untitled %1").arg(m_untitledNumber) : tr("Untitled");
+}
+
+bool Document::isDocumentEdited() const
+{
+    return !m_undo.isClean() || form() != m_savedForm;
+}
+
+bool Document::hasByteOrderMark() const
+{
+    return m_record.encoding == StringEncoding::utf8 && m_layout.hasMark;
+}
+
+void Document::setHasByteOrderMark(bool mark)
+{
+    if (m_record.encoding != StringEncoding::utf8 || m_layout.hasMark == mark)
+        return;
+    m_layout.hasMark = mark;
+    Q_EMIT recordChanged();
+}
+
+// Opening
+
+bool Document::readFromURL(const QString& path, const QString& ofType)
+{
+    ReadResult result = readDocument(path, ofType);
+    const bool answer = result.answer;
+    adopt(std::move(result));
+    return answer;
+}
+
+void Document::adopt(ReadResult result)
+{
+    m_record = std::move(result.record);
+    if (!result.answer)
+        return;
+    m_path = result.path;
+    m_type = result.type;
+    m_decoded = std::move(result.text);
+    m_layout = result.layout;
+    m_lineBreaks = result.lineBreaks;
+    m_encodesBack = result.encodesBack;
+    m_identity = result.identity;
+    if (m_record.isQuilloryDocument)
+        selectEncoding();
+}
+
+void Document::windowControllerDidLoadNib(DocumentWindowHost* window)
+{
+    DocumentWindowHost none;
+    DocumentWindowHost& host = window ? *window : none;
+    host.wireCloudTable();
+    populateApplicationSupport(m_environment.folders, m_environment.defaults);
+    loadEncodings();
+    host.centreWindow();
+    host.placeTitleBarButtons(titleBarButtonPositions);
+    fillText();
+    connect(&m_environment.notifications, &NotificationCenter::posted, this,
+            [this](const QString& name) {
+                if (name == Notifications::preferencesDidChange)
+                    textViewSettings();
+            });
+    m_settingsTimer.start();
+    host.setThumbnailBackground({0.82F, 0.847F, 0.878F, 1.0F});
+}
+
+/// The text, by kind of document; a new one starts as UTF-8 with Unix line breaks.
+void Document::fillText()
+{
+    const bool isNew = !m_record.dataFromFile;
+    const std::optional<TextSnapshot> text = std::exchange(m_decoded, std::nullopt);
+    if (isNew) {
+        m_record.isQuilloryDocument = false;
+        m_record.lbFormat = int(LineBreakFormat::unixLf);
+        m_record.encoding = StringEncoding::utf8;
+        m_record.plistKind = 0;
+        m_layout = standardLayout(m_record.encoding);
+    } else if (m_record.isQuilloryDocument) {
+        m_record.plistKind = 0;
+    } else if (text) {
+        m_record.lbFormat = detectLBFormatFromString(*text);
+    }
+    m_undecoded = !isNew && !text;
+    if (text) {
+        m_storage.replaceCharactersInRange(m_storage.snapshot().range(), *text);
+        // From here on only text that lies in the bytes keeps them.
+        m_record.dataFromFile = ByteBuffer();
+    }
+    selectEncoding();
+    if (!m_record.isQuilloryDocument) {
+        m_record.isTextDefinition = true;
+        m_record.colorNumbers = false;
+    }
+    m_undo.removeAllActions();
+    m_undo.markClean();
+    m_savedForm = form();
+    if (isNew && !m_environment.defaults.value(Defaults::dontAsk))
+        QTimer::singleShot(settingsSheetDelay, this, &Document::delayedSettingsSheet);
+    Q_EMIT recordChanged();
+}
+
+ReadResult Document::revert(StringEncoding encoding)
+{
+    ReadResult result = readDocument(m_path, m_type);
+    if (result.answer && encoding != StringEncoding::none && !decodeAs(result, encoding))
+        result.answer = false;
+    takeReread(result);
+    return result;
+}
+
+void Document::takeReread(const ReadResult& result)
+{
+    if (!result.answer || !result.text)
+        return;
+    const bool keepsFormat = result.record.isQuilloryDocument;
+    m_record.encoding = result.record.encoding;
+    m_record.plistKind = keepsFormat ? 0 : result.record.plistKind;
+    m_record.isPlistFile = result.record.isPlistFile;
+    m_record.lbFormat =
+        keepsFormat ? result.record.lbFormat : detectLBFormatFromString(*result.text);
+    m_record.dataFromFile = ByteBuffer();
+    m_layout = result.layout;
+    m_lineBreaks = result.lineBreaks;
+    m_encodesBack = result.encodesBack;
+    m_identity = result.identity;
+    m_undecoded = false;
+    m_undo.beginUndoGrouping(m_textView.selections());
+    replaceWholeText(*result.text);
+    m_undo.setActionName(tr("Revert"));
+    m_undo.endUndoGrouping(m_textView.selections());
+    selectEncoding();
+    m_undo.markClean();
+    m_savedForm = form();
+    m_textView.didChangeText();
+    Q_EMIT recordChanged();
+}
+
+StringEncoding Document::guessEncodingFromData(QByteArrayView data) const
+{
+    (void)declaredEncoding(data);
+    return m_record.encoding;
+}
+
+void Document::textViewSettings()
+{
+    Q_EMIT textViewSettingsApplied();
+}
+
+void Document::delayedSettingsSheet()
+{
+    Q_EMIT settingsSheetRequested();
+}
+
+// Line breaks and encodings
+
+int Document::detectLBFormatFromString(const TextSnapshot& text)
+{
+    return int(detectLBFormat(text));
+}
+
+void Document::changeLBFormatWithInt(int)
+{
+    replaceWholeText(converted(completeString(), LineBreakFormat(m_record.lbFormat)));
+}
+
+void Document::changeLBFormatAction(int tag)
+{
+    changeWholeText(tr("Changed Line Endings"), [&] { changeLBFormatWithInt(tag); });
+    textViewSettings();
+    Q_EMIT settingsPopoverShouldClose();
+}
+
+void Document::loadEncodings()
+{
+    m_encodings.load(m_environment.folders.applicationSupport + QStringLiteral("/Encodings.plist"));
+}
+
+void Document::selectEncoding()
+{
+    m_encodings.selectNumber(m_record.encoding);
+}
+
+void Document::delayedSelectEncoding()
+{
+    QTimer::singleShot(0, this, &Document::selectEncoding);
+}
+
+void Document::changeEncoding()
+{
+    const std::optional<EncodingEntry> entry = m_encodings.selected();
+    if (!entry)
+        return;
+    changeWholeText(tr("Changed Encoding"), [&] {
+        m_record.encoding = entry->number;
+        m_layout = standardLayout(entry->number);
+        // A text that does not fit stays; one that fits comes back as it was or, where the encoding
+        // has another character for one of its own, with that.
+        replaceWholeText(thereAndBack(completeString(), entry->number).value_or(completeString()));
+    });
+    m_undecoded = false;
+    textViewSettings();
+}
+
+void Document::changeEncodingAction()
+{
+    changeEncoding();
+    Q_EMIT settingsPopoverShouldClose();
+}
+
+/// Runs \a change as one announced, undoable step.
+void Document::changeWholeText(const QString& actionName, const std::function<void()>& change)
+{
+    m_undo.beginUndoGrouping(m_textView.selections());
+    m_storage.beginEditing();
+    change();
+    m_storage.endEditing();
+    m_textView.didChangeText();
+    m_undo.setActionName(actionName);
+    m_undo.endUndoGrouping(m_textView.selections());
+    Q_EMIT recordChanged();
+}
+
+/// Puts \a text in the place of the whole text, undoably; the carets stay on their lines.
+void Document::replaceWholeText(const TextSnapshot& text)
+{
+    const TextSnapshot before = completeString();
+    const std::vector<Selection> selections = m_textView.selections();
+    m_undo.replaceCharactersInRange(before.range(), text);
+    m_textView.setSelections(onSameLines(selections, before, text), selections.size() - 1);
+}
+
+// Saving
+
+bool Document::writeToURL(const QString& path, const QString& ofType, SaveResult* result)
+{
+    const SaveJob job = saveJob(path, ofType);
+    const SaveResult done = job.run(m_environment.fileOps, m_environment.recovery);
+    finishSave(job, done);
+    if (result)
+        *result = done;
+    return done.answer;
+}
+
+SaveJob Document::saveJob(const QString& path, const QString& ofType) const
+{
+    SaveJob job;
+    job.path = path;
+    job.type = ofType;
+    job.text = completeString();
+    job.record = m_record;
+    job.record.dataFromFile.reset();
+    job.layout = m_layout;
+    job.isUndecoded = m_undecoded;
+    if (path == m_path)
+        job.expected = m_identity;
+    job.recoveryRecord = m_recoveryRecord;
+    return job;
+}
+
+void Document::finishSave(const SaveJob& job, const SaveResult& result)
+{
+    m_recoveryRecord = result.recoveryRecord;
+    if (!result.written)
+        return;
+    m_path = job.path;
+    m_type = job.type;
+    m_identity = result.identity;
+    m_lineBreaks = {};
+    m_encodesBack = true;
+    m_record.isQuilloryDocument = job.type == DocumentType::archive;
+    if (!m_record.dataFromFile)
+        m_record.dataFromFile = ByteBuffer();
+    m_savedForm = {job.record.encoding, job.record.lbFormat, job.layout};
+    // Typing may have gone on while the bytes were written.
+    if (completeString().isSameTree(job.text))
+        m_undo.markClean();
+    else
+        m_undo.markDirty();
+    Q_EMIT recordChanged();
+}
+
+} // namespace quillory
