@@ -2,6 +2,7 @@
 
 #include <QVarLengthArray>
 #include <algorithm>
+#include <array>
 #include <unicode/ucnv.h>
 
 namespace quillory {
@@ -27,7 +28,7 @@ void Converter::Close::operator()(UConverter* converter) const
     ucnv_close(converter);
 }
 
-Converter::Converter(const EncodingInfo& info)
+Converter::Converter(const EncodingInfo& info) : m_info(info)
 {
     UErrorCode status = U_ZERO_ERROR;
     m_converter.reset(ucnv_open(info.converter, &status));
@@ -66,8 +67,14 @@ Converter::Progress Converter::decode(QByteArrayView bytes, std::span<char16_t> 
 
 Converter::Progress Converter::encode(QStringView units, std::span<char> room, bool isLast)
 {
-    if (!m_converter)
+    const qsizetype length = lengthThatComesBack(units);
+    if (!m_converter || (length == 0 && !units.isEmpty()))
         return {0, 0, false};
+    return encodeAsIs(units.first(length), room, isLast && length == units.size());
+}
+
+Converter::Progress Converter::encodeAsIs(QStringView units, std::span<char> room, bool isLast)
+{
     QVarLengthArray<char16_t, 4096> permuted;
     if (m_permutation != Permutation::none) {
         permuted.resize(units.size());
@@ -90,6 +97,34 @@ Converter::Progress Converter::encode(QStringView units, std::span<char> room, b
         progress.read -= count;
     }
     return progress;
+}
+
+/// False for a character that would be read back as another one, or not at all.
+bool Converter::comesBack(QStringView character)
+{
+    if (!m_probe)
+        m_probe = std::make_unique<Converter>(m_info);
+    m_probe->reset();
+    std::array<char, 32> bytes;
+    const Progress there = m_probe->encodeAsIs(character, bytes, true);
+    m_probe->reset();
+    std::array<char16_t, 32> units;
+    const Progress back = m_probe->decode(QByteArrayView(bytes.data(), there.written), units, true);
+    return there.valid && back.valid && QStringView(units.data(), back.written) == character;
+}
+
+/// The length before the first character that does not come back. ICU approximates characters for
+/// private use even where it is told not to, and no others.
+qsizetype Converter::lengthThatComesBack(QStringView units)
+{
+    for (qsizetype i = 0; i < units.size(); ++i) {
+        const char16_t unit = units[i].unicode();
+        const bool isPrivate = unit >= 0xE000 && unit <= 0xF8FF;
+        const bool beginsPrivate = unit >= 0xDB80 && unit <= 0xDBFF && i + 1 < units.size();
+        if ((isPrivate || beginsPrivate) && !comesBack(units.sliced(i, isPrivate ? 1 : 2)))
+            return i;
+    }
+    return units.size();
 }
 
 bool Converter::isAtRest() const

@@ -11,10 +11,10 @@ struct UConverter;
 
 namespace quillory {
 
-/// ICU's converter for one encoding, made strict: what is malformed, unassigned or would be
-/// approximated stops it. It also undoes the permutation of control characters that some of ICU's
-/// tables carry over from mainframes (0x1A to U+001C, 0x1C to U+007F, 0x7F to U+001A), and the won
-/// sign that ISO-2022-KR's table has in the place of the backslash (RFC 1557 names ASCII).
+/// ICU's converter for one encoding, made strict: what is malformed, unassigned or would come back
+/// as another character stops it. It also undoes the permutation of control characters that some of
+/// ICU's tables carry over from mainframes (0x1A to U+001C, 0x1C to U+007F, 0x7F to U+001A), and
+/// the won sign that ISO-2022-KR's table has in the place of the backslash (RFC 1557 names ASCII).
 class Converter
 {
 public:
@@ -55,10 +55,15 @@ private:
         void operator()(UConverter* converter) const;
     };
 
+    Progress encodeAsIs(QStringView units, std::span<char> room, bool isLast);
+    bool comesBack(QStringView character);
+    qsizetype lengthThatComesBack(QStringView units);
     char16_t toText(char16_t unit) const;
     char16_t toTable(char16_t unit) const;
 
+    const EncodingInfo& m_info; ///< of the table, which is always there
     std::unique_ptr<UConverter, Close> m_converter;
+    std::unique_ptr<Converter> m_probe; ///< tries single characters; made when there is one to try
     Permutation m_permutation = Permutation::none;
 };
 
