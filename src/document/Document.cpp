@@ -1,5 +1,6 @@
 #include "document/Document.h"
 
+#include "document/Background.h"
 #include "document/DocumentType.h"
 #include "document/DocumentWindowHost.h"
 #include "document/FirstStart.h"
@@ -18,6 +19,7 @@ using namespace std::chrono_literals;
 
 constexpr auto settingsSheetDelay = 350ms;
 constexpr auto textViewSettingsDelay = 10ms;
+constexpr TextOffset quickLength = 1 << 20; // what is worked through without a noticeable wait
 constexpr std::array<int, 4> titleBarButtonPositions{21, 48, 71, 97}; // points
 
 } // namespace
@@ -202,10 +204,11 @@ void Document::changeLBFormatWithInt(int)
     replaceWholeText(converted(completeString(), LineBreakFormat(m_record.lbFormat)));
 }
 
-void Document::changeLBFormatAction(int tag)
+void Document::changeLBFormatAction(int)
 {
-    changeWholeText(tr("Changed Line Endings"), [&] { changeLBFormatWithInt(tag); });
-    textViewSettings();
+    const TextSnapshot text = completeString();
+    const LineBreakFormat format{m_record.lbFormat};
+    changeWholeText(tr("Changed Line Endings"), [=] { return converted(text, format); });
     Q_EMIT settingsPopoverShouldClose();
 }
 
@@ -229,15 +232,15 @@ void Document::changeEncoding()
     const std::optional<EncodingEntry> entry = m_encodings.selected();
     if (!entry)
         return;
-    changeWholeText(tr("Changed Encoding"), [&] {
-        m_record.encoding = entry->number;
-        m_layout = standardLayout(entry->number);
-        // A text that does not fit stays; one that fits comes back as it was or, where the encoding
-        // has another character for one of its own, with that.
-        replaceWholeText(thereAndBack(completeString(), entry->number).value_or(completeString()));
-    });
+    m_record.encoding = entry->number;
+    m_layout = standardLayout(entry->number);
     m_undecoded = false;
-    textViewSettings();
+    // A text that does not fit stays as it is; one that fits comes back as it was or, where the
+    // encoding has another character for one of its own, with that.
+    const TextSnapshot text = completeString();
+    changeWholeText(tr("Changed Encoding"), [text, encoding = entry->number] {
+        return thereAndBack(text, encoding).value_or(text);
+    });
 }
 
 void Document::changeEncodingAction()
@@ -246,17 +249,31 @@ void Document::changeEncodingAction()
     Q_EMIT settingsPopoverShouldClose();
 }
 
-/// Runs \a change as one announced, undoable step.
-void Document::changeWholeText(const QString& actionName, const std::function<void()>& change)
+/// Puts what \a newText answers in the place of the whole text, as one announced step. A long text
+/// is made on another thread, and cannot be edited until then.
+void Document::changeWholeText(const QString& actionName, const NewText& newText)
 {
-    m_undo.beginUndoGrouping(m_textView.selections());
-    m_storage.beginEditing();
-    change();
-    m_storage.endEditing();
-    m_textView.didChangeText();
-    m_undo.setActionName(actionName);
-    m_undo.endUndoGrouping(m_textView.selections());
+    const auto apply = [this, actionName](const TextSnapshot& text) {
+        m_undo.beginUndoGrouping(m_textView.selections());
+        m_storage.beginEditing();
+        replaceWholeText(text);
+        m_storage.endEditing();
+        m_textView.didChangeText();
+        m_undo.setActionName(actionName);
+        m_undo.endUndoGrouping(m_textView.selections());
+        textViewSettings();
+        Q_EMIT recordChanged();
+    };
+    if (completeString().length() <= quickLength) {
+        apply(newText());
+        return;
+    }
+    m_textView.setEditable(false);
     Q_EMIT recordChanged();
+    runInBackground(this, newText, [this, apply](const TextSnapshot& text) {
+        m_textView.setEditable(true);
+        apply(text);
+    });
 }
 
 /// Puts \a text in the place of the whole text, undoably; the carets stay on their lines.

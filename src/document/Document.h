@@ -87,7 +87,8 @@ public:
     static int detectLBFormatFromString(const TextSnapshot& text);
     /// Brings the text into the record's lbFormat; \a ignored has no effect.
     void changeLBFormatWithInt(int ignored);
-    /// The same as one undoable step, announced; the chooser has stored the format before.
+    /// The same as one undoable step, announced; the chooser has stored the format before. A long
+    /// text changes a little later, and cannot be edited until then.
     void changeLBFormatAction(int tag);
 
     // Encodings
@@ -96,7 +97,7 @@ public:
     void selectEncoding();
     void delayedSelectEncoding();
     /// Takes the selected entry's encoding, and the text as it comes back from it; a text that does
-    /// not fit stays as it is.
+    /// not fit stays as it is. A long text changes a little later, and cannot be edited until then.
     void changeEncoding();
     void changeEncodingAction();
 
@@ -127,7 +128,8 @@ Q_SIGNALS:
 
 private:
     void fillText();
-    void changeWholeText(const QString& actionName, const std::function<void()>& change);
+    using NewText = std::function<TextSnapshot()>;
+    void changeWholeText(const QString& actionName, const NewText& newText);
     void replaceWholeText(const TextSnapshot& text);
 
     /// What a save wrote, beside the text.

@@ -24,15 +24,20 @@ bool holdsArchive(QFile& file)
 
 QString ofFile(const QString& path)
 {
-    const QFileInfo info(path);
-    const QString extension = info.suffix().toLower();
+    const QString byName = ofNewFile(path);
+    if (byName == archive || !QFileInfo(path).isFile())
+        return byName;
+    QFile file(path);
+    if (file.open(QFile::ReadOnly) && file.peek(binaryMagic.size()) == QByteArrayView(binaryMagic))
+        return holdsArchive(file) ? archive : propertyList;
+    return byName;
+}
+
+QString ofNewFile(const QString& path)
+{
+    const QString extension = QFileInfo(path).suffix().toLower();
     if (extension == archiveExtension)
         return archive;
-    if (info.isFile()) {
-        QFile file(path);
-        if (file.open(QFile::ReadOnly) && file.peek(binaryMagic.size()) == binaryMagic)
-            return holdsArchive(file) ? archive : propertyList;
-    }
     return extension == QLatin1StringView("plist") ? propertyList : text;
 }
 

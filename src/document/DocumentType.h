@@ -19,6 +19,9 @@ inline const QString archiveExtension = QStringLiteral("quillory");
 /// cannot be read is text.
 QString ofFile(const QString& path);
 
+/// The kind that a file at \a path is to have, by the extension alone.
+QString ofNewFile(const QString& path);
+
 } // namespace DocumentType
 
 } // namespace quillory

@@ -1,0 +1,59 @@
+#include "cli/Cli.h"
+
+namespace quillory {
+
+namespace {
+
+constexpr CliCommand commands[] = {
+    {QLatin1StringView("info"), QLatin1StringView("[--format text|json] FILE"),
+     QLatin1StringView("Tell a file's kind, encoding, line breaks and property-list form."),
+     runInfo},
+    {QLatin1StringView("convert"),
+     QLatin1StringView("[--from N|NAME] [--encoding N|NAME] [--line-breaks unix|mac|windows]\n"
+                       "          [--as text|archive] IN OUT"),
+     QLatin1StringView("Write a file in another encoding, line-break format or kind."), runConvert},
+};
+
+void printHelp(QTextStream& out)
+{
+    out << "Usage: quillory-cli COMMAND [OPTION...] FILE...\n\n";
+    for (const CliCommand& command : commands)
+        out << "  " << command.name << ' ' << command.arguments << "\n      " << command.summary
+            << '\n';
+    out << "\n  --help     Print this text.\n  --version  Print the version.\n\n"
+           "Exit status: 0 success, 1 failure, 2 wrong usage.\n";
+}
+
+} // namespace
+
+ExitStatus runCli(const QStringList& arguments, const CliStreams& streams)
+{
+    const QString first = arguments.value(0);
+    if (first == QLatin1StringView("--help") || first == QLatin1StringView("-h")) {
+        printHelp(streams.out);
+        return ExitStatus::Success;
+    }
+    if (first == QLatin1StringView("--version")) {
+        streams.out << "quillory-cli " << QUILLORY_VERSION << '\n';
+        return ExitStatus::Success;
+    }
+    for (const CliCommand& command : commands) {
+        if (first == command.name)
+            return command.run(arguments.mid(1), streams);
+    }
+    if (first.isEmpty())
+        streams.error << "quillory-cli: no command given\n";
+    else
+        streams.error << "quillory-cli: “" << first << "” is not a command\n";
+    streams.error << "Try “quillory-cli --help”.\n";
+    return ExitStatus::Usage;
+}
+
+ExitStatus usageError(const CliStreams& streams, QLatin1StringView command, const QString& what)
+{
+    streams.error << "quillory-cli " << command << ": " << what
+                  << "\nTry “quillory-cli --help”.\n";
+    return ExitStatus::Usage;
+}
+
+} // namespace quillory
