@@ -1,0 +1,32 @@
+#include "view/ChunkCuts.h"
+
+#include "text/TextBoundary.h"
+#include "text/TextReader.h"
+
+#include <QChar>
+
+namespace quillory {
+
+namespace {
+constexpr TextOffset reach = 100;
+}
+
+TextOffset unitsToCut(const TextSnapshot& text, TextRange line, TextOffset offset)
+{
+    TextReader reader(text);
+    const TextOffset limit = std::max(line.location + 1, offset - reach);
+    for (TextOffset cut = offset; cut >= limit; --cut) {
+        // A mark may stand on a blank.
+        const bool beforeMark = cut < line.end() && QChar(reader.at(cut)).isMark();
+        if (reader.at(cut - 1) == u' ' && !beforeMark)
+            return offset - cut;
+    }
+    const TextOffset cut = characterStart(text, offset);
+    if (cut >= limit)
+        return offset - cut;
+    const bool splitsPair = offset < line.end() && QChar::isLowSurrogate(reader.at(offset)) &&
+                            QChar::isHighSurrogate(reader.at(offset - 1));
+    return splitsPair ? 1 : 0;
+}
+
+} // namespace quillory

@@ -1,0 +1,45 @@
+#include "view/TextLayoutCache.h"
+
+namespace quillory {
+
+namespace {
+
+// About four pages, at some 40 bytes a unit and a kilobyte a layout. A layout costs as many points
+// as it has units, and this many on top.
+constexpr int layoutCost = 64;
+constexpr int maximumCost = 96 * 1024;
+
+} // namespace
+
+TextLayoutCache::TextLayoutCache(const TextFont& font) : m_font(font), m_layouts(maximumCost) {}
+
+void TextLayoutCache::setFont(const TextFont& font)
+{
+    m_font = font;
+    m_layouts.clear();
+}
+
+void TextLayoutCache::setWrapWidth(double width)
+{
+    if (width == m_wrapWidth)
+        return;
+    m_wrapWidth = width;
+    m_layouts.clear();
+}
+
+std::shared_ptr<LineLayout> TextLayoutCache::layout(const QString& text, Kind kind)
+{
+    const Key key{text, kind};
+    if (const auto* known = m_layouts.object(key))
+        return *known;
+
+    ++(kind == Kind::Line ? m_counters.linesLaidOut : m_counters.chunksLaidOut);
+    m_counters.unitsShaped += text.size();
+    const LineLayout::Style style{m_wrapWidth,
+                                  kind == Kind::Line ? Qt::LayoutDirectionAuto : Qt::LeftToRight};
+    auto layout = std::make_shared<LineLayout>(text, m_font, style);
+    m_layouts.insert(key, new std::shared_ptr<LineLayout>(layout), int(text.size()) + layoutCost);
+    return layout;
+}
+
+} // namespace quillory

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "view/LineLayout.h"
+#include "view/WorkCounters.h"
+
+#include <QCache>
+#include <memory>
+
+namespace quillory {
+
+/// The lines laid out lately, found by what they show. So an edit has nothing to invalidate: lines
+/// that did not change are found again wherever they have moved to, and equal lines share a layout.
+class TextLayoutCache
+{
+public:
+    explicit TextLayoutCache(const TextFont& font);
+
+    const TextFont& font() const { return m_font; }
+    void setFont(const TextFont& font);
+
+    /// The width at which lines wrap, in logical pixels; 0 for not at all.
+    double wrapWidth() const { return m_wrapWidth; }
+    void setWrapWidth(double width);
+
+    enum class Kind
+    {
+        Line, ///< a whole line, its direction taken from its text
+        Chunk ///< a piece of a long line; all of them run from left to right
+    };
+
+    /// The layout of \a text, a display text. Stays valid as long as the pointer is kept.
+    std::shared_ptr<LineLayout> layout(const QString& text, Kind kind);
+
+    WorkCounters& counters() { return m_counters; }
+
+private:
+    struct Key
+    {
+        QString text;
+        Kind kind;
+        bool operator==(const Key&) const = default;
+        friend size_t qHash(const Key& key, size_t seed) { return ::qHash(key.text, seed); }
+    };
+
+    TextFont m_font;
+    double m_wrapWidth = 0;
+    QCache<Key, std::shared_ptr<LineLayout>> m_layouts;
+    WorkCounters m_counters;
+};
+
+} // namespace quillory

@@ -1,0 +1,161 @@
+#include "view/TextPainter.h"
+
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+namespace quillory {
+
+namespace {
+
+QColor toQColor(const Colour& colour)
+{
+    return QColor::fromRgbF(colour.red, colour.green, colour.blue, colour.alpha);
+}
+
+} // namespace
+
+TextPainter::TextPainter(QPainter& painter, TextGeometry& geometry, TextViewport& viewport,
+                         const Look& look)
+    : m_painter(painter), m_geometry(geometry), m_viewport(viewport), m_look(look)
+{}
+
+const QColor& TextPainter::selectionColour() const
+{
+    return m_look.active ? m_look.colours.selection : m_look.colours.inactiveSelection;
+}
+
+std::span<const Selection> TextPainter::selectionsTouching(TextRange range) const
+{
+    const auto& all = m_look.selections;
+    const auto first = std::partition_point(all.begin(), all.end(), [&](const Selection& s) {
+        return s.range().end() < range.location;
+    });
+    const auto last = std::partition_point(
+        first, all.end(), [&](const Selection& s) { return s.range().location <= range.end(); });
+    return {first, last};
+}
+
+void TextPainter::paint(const QRect& area)
+{
+    m_area = area;
+    m_painter.fillRect(area, m_look.colours.background);
+    const int height = m_geometry.font().rowHeight();
+    // Tall accents reach into the row above, so a row more is painted on either side, clipped.
+    for (const TextViewport::VisibleRow& visible : m_viewport.rows()) {
+        if (visible.y - height <= area.bottom() && visible.y + 2 * height > area.top())
+            paintRow(visible);
+    }
+    if (!m_look.caretsShown)
+        return;
+    for (const TextViewport::VisibleRow& visible : m_viewport.rows()) {
+        if (visible.y <= area.bottom() && visible.y + height > area.top())
+            paintCarets(visible);
+    }
+}
+
+void TextPainter::paintRow(const TextViewport::VisibleRow& visible)
+{
+    paintSelectedBreak(visible.row, visible.y);
+    const double left = m_area.left() - m_viewport.left();
+    m_geometry.forEachSegment(visible.row, left, left + m_area.width(),
+                              [&](const TextGeometry::Segment& segment) {
+                                  const auto runs = m_look.overlay.runs(segment.range);
+                                  paintBackgrounds(segment, visible.y, runs);
+                                  paintSelections(segment, visible.y);
+                                  paintGlyphs(segment, visible.y, runs);
+                                  paintPreedit(segment, visible.y);
+                              });
+}
+
+void TextPainter::fill(const TextGeometry::Segment& segment, int y, TextRange range,
+                       const QColor& colour)
+{
+    const TextRange shown = range.intersection(segment.range);
+    if (shown.isEmpty())
+        return;
+    const double origin = m_viewport.left() + segment.x;
+    segment.layout->forEachStretch(
+        segment.row, segment.indexOf(shown.location), segment.indexOf(shown.end()),
+        [&](double left, double right) {
+            const int from = int(std::round(std::max(origin + left, double(m_area.left()) - 1)));
+            const int to = int(std::round(std::min(origin + right, double(m_area.right()) + 2)));
+            m_painter.fillRect(from, y, to - from, m_geometry.font().rowHeight(), colour);
+        });
+}
+
+void TextPainter::paintBackgrounds(const TextGeometry::Segment& segment, int y,
+                                   const std::vector<OverlayRun>& runs)
+{
+    for (const OverlayRun& run : runs) {
+        if (run.attributes.background)
+            fill(segment, y, run.range, toQColor(*run.attributes.background));
+    }
+}
+
+void TextPainter::paintSelections(const TextGeometry::Segment& segment, int y)
+{
+    for (const Selection& selection : selectionsTouching(segment.range))
+        fill(segment, y, selection.range(), selectionColour());
+}
+
+/// A selected line break reaches to the window's edge.
+void TextPainter::paintSelectedBreak(const TextGeometry::Row& row, int y)
+{
+    const TextOffset end = row.range.end();
+    for (const Selection& selection : selectionsTouching({end, 0})) {
+        const TextRange range = selection.range();
+        if (range.location > end || range.end() <= end)
+            continue;
+        const double x = m_viewport.left() + m_geometry.widthOf(row);
+        const int from = int(std::round(std::clamp(x, -1.0, double(m_area.right()) + 1)));
+        m_painter.fillRect(from, y, m_area.right() + 1 - from, m_geometry.font().rowHeight(),
+                           selectionColour());
+    }
+}
+
+void TextPainter::paintGlyphs(const TextGeometry::Segment& segment, int y,
+                              const std::vector<OverlayRun>& runs)
+{
+    // Wrapped, the rows of a layout are painted one by one, but coloured together.
+    const TextRange whole{segment.base, segment.layout->length() - segment.preeditLength};
+    std::vector<ColourRun> colours;
+    for (const OverlayRun& run : whole == segment.range ? runs : m_look.overlay.runs(whole)) {
+        if (!run.attributes.foreground)
+            continue;
+        const int start = segment.indexOf(run.range.location);
+        colours.push_back({start, segment.indexOf(run.range.end()) - start,
+                           toQColor(*run.attributes.foreground).rgba()});
+    }
+    if (segment.layout->setColours(colours, m_look.colours.text.rgba()))
+        ++m_geometry.counters().layoutsColoured;
+    segment.layout->draw(m_painter, {m_viewport.left() + segment.x, double(y)}, segment.row);
+}
+
+void TextPainter::paintPreedit(const TextGeometry::Segment& segment, int y)
+{
+    if (segment.preeditLength == 0)
+        return;
+    const LineLayout& layout = *segment.layout;
+    const int start = std::max(segment.preeditStart, layout.rowStart(segment.row));
+    const int end =
+        std::min(segment.preeditStart + segment.preeditLength, layout.rowEnd(segment.row));
+    if (start >= end)
+        return;
+    const int bottom = y + m_geometry.font().baseline() + 2;
+    layout.forEachStretch(segment.row, start, end, [&](double left, double right) {
+        const double x = m_viewport.left() + segment.x + left;
+        m_painter.fillRect(QRectF(x, bottom, right - left, 1), m_look.colours.text);
+    });
+}
+
+void TextPainter::paintCarets(const TextViewport::VisibleRow& visible)
+{
+    for (const Selection& selection : selectionsTouching(visible.row.range)) {
+        if (m_viewport.rowShowing(selection.head) == &visible)
+            m_painter.fillRect(m_viewport.caretRect(selection.head, m_look.preeditCaret),
+                               m_look.colours.caret);
+    }
+}
+
+} // namespace quillory

@@ -1,0 +1,157 @@
+#include "view/TextViewKeys.h"
+
+#include "editing/QPTextView.h"
+#include "view/RowMovement.h"
+#include "view/TextViewWidget.h"
+
+#include <QKeyEvent>
+#include <QKeySequence>
+#include <algorithm>
+#include <array>
+
+namespace quillory {
+
+namespace {
+
+constexpr auto ctrl = Qt::ControlModifier;
+constexpr auto shift = Qt::ShiftModifier;
+constexpr auto plain = Qt::NoModifier;
+
+/// A key that moves; with Shift it extends the selection.
+struct Movement
+{
+    int key;
+    Qt::KeyboardModifier modifier;
+    void (*move)(TextViewWidget& view, bool extending);
+};
+
+using V = TextViewWidget;
+
+constexpr std::array movements{
+    Movement{Qt::Key_Left, plain, [](V& v, bool e) { v.editor().moveLeft(e); }},
+    Movement{Qt::Key_Right, plain, [](V& v, bool e) { v.editor().moveRight(e); }},
+    Movement{Qt::Key_Left, ctrl, [](V& v, bool e) { v.editor().moveWordLeft(e); }},
+    Movement{Qt::Key_Right, ctrl, [](V& v, bool e) { v.editor().moveWordRight(e); }},
+    Movement{Qt::Key_Up, plain, [](V& v, bool e) { v.rowMovement().moveByRows(-1, e); }},
+    Movement{Qt::Key_Down, plain, [](V& v, bool e) { v.rowMovement().moveByRows(1, e); }},
+    Movement{Qt::Key_Up, ctrl, [](V& v, bool e) { v.editor().moveParagraphBackward(e); }},
+    Movement{Qt::Key_Down, ctrl, [](V& v, bool e) { v.editor().moveParagraphForward(e); }},
+    Movement{Qt::Key_Home, plain, [](V& v, bool e) { v.rowMovement().moveToRowStart(e); }},
+    Movement{Qt::Key_End, plain, [](V& v, bool e) { v.rowMovement().moveToRowEnd(e); }},
+    Movement{Qt::Key_Home, ctrl, [](V& v, bool e) { v.editor().moveToBeginningOfDocument(e); }},
+    Movement{Qt::Key_End, ctrl, [](V& v, bool e) { v.editor().moveToEndOfDocument(e); }},
+    Movement{Qt::Key_PageUp, plain, [](V& v, bool e) { v.moveByPages(-1, e); }},
+    Movement{Qt::Key_PageDown, plain, [](V& v, bool e) { v.moveByPages(1, e); }},
+};
+
+/// A key that changes the text.
+struct Edit
+{
+    int key;
+    Qt::KeyboardModifiers modifiers;
+    void (*edit)(TextViewWidget& view);
+};
+
+constexpr std::array edits{
+    Edit{Qt::Key_Backspace, plain, [](V& v) { v.editor().deleteBackward(); }},
+    Edit{Qt::Key_Backspace, shift, [](V& v) { v.editor().deleteBackward(); }},
+    Edit{Qt::Key_Backspace, ctrl, [](V& v) { v.editor().deleteWordBackward(); }},
+    Edit{Qt::Key_Backspace, ctrl | shift, [](V& v) { v.editor().deleteToBeginningOfParagraph(); }},
+    Edit{Qt::Key_Delete, plain, [](V& v) { v.editor().deleteForward(); }},
+    Edit{Qt::Key_Delete, ctrl, [](V& v) { v.editor().deleteWordForward(); }},
+    Edit{Qt::Key_Delete, ctrl | shift, [](V& v) { v.editor().deleteToEndOfParagraph(); }},
+    Edit{Qt::Key_Return, plain, [](V& v) { v.editor().insertNewline(); }},
+    Edit{Qt::Key_Return, shift, [](V& v) { v.editor().insertNewline(); }},
+    Edit{Qt::Key_Enter, plain, [](V& v) { v.editor().insertNewline(); }},
+    Edit{Qt::Key_Enter, shift, [](V& v) { v.editor().insertNewline(); }},
+    Edit{Qt::Key_Tab, plain, [](V& v) { v.editor().insertTab(); }},
+    Edit{Qt::Key_Delete, shift, [](V& v) { v.cut(); }},
+    Edit{Qt::Key_Insert, ctrl, [](V& v) { v.copy(); }},
+    Edit{Qt::Key_Insert, shift, [](V& v) { v.paste(); }},
+};
+
+/// Commands that a window usually has in its menus; without one the keys work all the same.
+struct Command
+{
+    QKeySequence::StandardKey key;
+    void (TextViewWidget::*run)();
+};
+
+constexpr std::array commands{
+    Command{QKeySequence::Copy, &V::copy},   Command{QKeySequence::Cut, &V::cut},
+    Command{QKeySequence::Paste, &V::paste}, Command{QKeySequence::SelectAll, &V::selectAll},
+    Command{QKeySequence::Undo, &V::undo},   Command{QKeySequence::Redo, &V::redo},
+};
+
+Qt::KeyboardModifiers modifiersOf(const QKeyEvent& event)
+{
+    return event.modifiers() & ~(Qt::KeypadModifier | Qt::GroupSwitchModifier);
+}
+
+const Movement* movementFor(const QKeyEvent& event)
+{
+    const auto it = std::find_if(movements.begin(), movements.end(), [&](const Movement& m) {
+        return m.key == event.key() && m.modifier == (modifiersOf(event) & ~shift);
+    });
+    return it == movements.end() ? nullptr : &*it;
+}
+
+const Edit* editFor(const QKeyEvent& event)
+{
+    const auto it = std::find_if(edits.begin(), edits.end(), [&](const Edit& edit) {
+        return edit.key == event.key() && edit.modifiers == modifiersOf(event);
+    });
+    return it == edits.end() ? nullptr : &*it;
+}
+
+bool isTyping(const QKeyEvent& event)
+{
+    const QString text = event.text();
+    if (text.isEmpty())
+        return false;
+    const QChar first = text.front();
+    if (first.category() == QChar::Other_Control)
+        return false;
+    // AltGr is no modifier of its own, or the group switch; with Ctrl, Alt and Meta a key is a
+    // command.
+    return (modifiersOf(event) & (ctrl | Qt::AltModifier | Qt::MetaModifier)) == 0;
+}
+
+} // namespace
+
+bool TextViewKeys::isEditingKey(const QKeyEvent& event)
+{
+    return movementFor(event) || editFor(event) || isTyping(event);
+}
+
+bool TextViewKeys::press(const QKeyEvent& event)
+{
+    if (const Movement* movement = movementFor(event)) {
+        const bool extending = event.modifiers() & shift;
+        movement->move(m_view, extending);
+        if (extending)
+            m_view.publishPrimarySelection();
+        m_view.showCaret();
+        return true;
+    }
+    if (const Edit* edit = editFor(event)) {
+        edit->edit(m_view);
+    } else if (isTyping(event)) {
+        m_view.editor().insertText(event.text());
+    } else {
+        if (event.key() == Qt::Key_Escape && m_view.editor().selections().size() > 1) {
+            m_view.editor().keepPrimarySelection();
+            return true;
+        }
+        const auto it = std::find_if(commands.begin(), commands.end(),
+                                     [&](const Command& c) { return event.matches(c.key); });
+        if (it == commands.end())
+            return false;
+        (m_view.*it->run)();
+        return true;
+    }
+    m_view.showCaret();
+    return true;
+}
+
+} // namespace quillory

@@ -1,0 +1,26 @@
+#pragma once
+
+class QKeyEvent;
+
+namespace quillory {
+
+class TextViewWidget;
+
+/// Which key does what in a text view, as is usual on Linux desktops.
+class TextViewKeys
+{
+public:
+    explicit TextViewKeys(TextViewWidget& view) : m_view(view) {}
+
+    /// Whether the view wants \a event for moving, deleting or typing, rather than leaving it to a
+    /// shortcut of the window.
+    static bool isEditingKey(const QKeyEvent& event);
+
+    /// Does what \a event asks for; false when it asks for nothing.
+    bool press(const QKeyEvent& event);
+
+private:
+    TextViewWidget& m_view;
+};
+
+} // namespace quillory

@@ -1,0 +1,438 @@
+#include "view/TextViewWidget.h"
+
+#include "view/TextPainter.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QKeyEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+
+namespace quillory {
+
+TextViewWidget::TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* parent)
+    : QAbstractScrollArea(parent), m_editor(editor), m_overlay(overlay),
+      m_geometry(editor.textStorage(),
+                 TextFont(QFontDatabase::systemFont(QFontDatabase::FixedFont))),
+      m_viewport(m_geometry), m_rowMovement(editor, m_geometry), m_clipboard(editor), m_keys(*this),
+      m_mouse(*this), m_input(*this), m_colours(TextViewColours::fromPalette(palette()))
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_InputMethodEnabled);
+    setFrameShape(QFrame::NoFrame);
+    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+    viewport()->setCursor(Qt::IBeamCursor);
+
+    const TextStorage& storage = editor.textStorage();
+    connect(&storage, &TextStorage::edited, this, &TextViewWidget::followEdit);
+    connect(&editor, &QPTextView::selectionDidChange, this, [this] {
+        m_blink.restart();
+        scheduleRefresh();
+    });
+    connect(&overlay, &Overlay::changed, this, [this](TextRange range) {
+        m_repaint.noteChanged(range);
+        scheduleRefresh();
+    });
+    connect(&m_blink, &CaretBlink::toggled, this, &TextViewWidget::updateCarets);
+    for (QScrollBar* bar : {verticalScrollBar(), horizontalScrollBar()})
+        bar->setFocusPolicy(Qt::NoFocus);
+    connect(verticalScrollBar(), &QScrollBar::actionTriggered, this,
+            &TextViewWidget::scrollByBarAction);
+}
+
+// Looks
+
+/// Makes a change to what the layout depends on; the text at the top stays there.
+void TextViewWidget::relayOut(const std::function<void()>& change)
+{
+    change();
+    m_viewport.invalidate();
+    m_repaint.noteAllChanged();
+    updateWrapWidth();
+    scheduleRefresh();
+}
+
+void TextViewWidget::setTextFont(const QFont& font)
+{
+    relayOut([&] { m_geometry.setFont(TextFont(font, tabWidth())); });
+}
+
+void TextViewWidget::setTabWidth(int columns)
+{
+    relayOut([&] { m_geometry.setFont(TextFont(textFont(), columns)); });
+}
+
+void TextViewWidget::setWrapLines(bool wrap)
+{
+    setHorizontalScrollBarPolicy(wrap ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
+    relayOut([&] { m_wraps = wrap; });
+}
+
+void TextViewWidget::updateWrapWidth()
+{
+    const double room = viewport()->width() - 2 * m_viewport.textMargin();
+    m_geometry.setWrapWidth(m_wraps ? std::max(room, 4 * m_geometry.font().advance()) : 0);
+    if (m_wraps)
+        m_viewport.scrollToX(0);
+}
+
+void TextViewWidget::setColours(const std::optional<TextViewColours>& colours)
+{
+    m_ownColours = colours.has_value();
+    m_colours = colours ? *colours : TextViewColours::fromPalette(palette());
+    m_repaint.noteAllChanged();
+    scheduleRefresh();
+}
+
+void TextViewWidget::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::PaletteChange && !m_ownColours)
+        setColours({});
+    QAbstractScrollArea::changeEvent(event);
+}
+
+// Following the model
+
+void TextViewWidget::followEdit(const TextChange& change)
+{
+    m_geometry.followEdit(change);
+    m_viewport.followEdit(change);
+    m_repaint.followEdit(change);
+    scheduleRefresh();
+}
+
+/// The refresh comes after the events at hand, so one does for any number of changes.
+void TextViewWidget::scheduleRefresh()
+{
+    if (!std::exchange(m_refreshPending, true))
+        QMetaObject::invokeMethod(this, &TextViewWidget::refresh, Qt::QueuedConnection);
+}
+
+void TextViewWidget::refresh()
+{
+    m_refreshPending = false;
+    m_viewport.settle();
+    updateScrollBars();
+    const QRegion damage = m_repaint.takeDamage(m_viewport, m_editor.selections());
+    if (!damage.isEmpty())
+        viewport()->update(damage);
+    const decltype(m_shown) shown{visibleRange(), m_viewport.y()};
+    if (!(std::exchange(m_shown, shown) == shown))
+        Q_EMIT visibleRangeChanged();
+    if (hasFocus())
+        updateMicroFocus();
+}
+
+void TextViewWidget::updateScrollBars()
+{
+    const QScopedValueRollback moving(m_movingBars, true);
+    const int row = m_viewport.rowHeight();
+    const QSize size = viewport()->size();
+    m_verticalScale.fit(*verticalScrollBar(), m_viewport.contentHeight(), size.height(), row);
+    m_verticalScale.show(*verticalScrollBar(), m_viewport.y());
+    const double advance = m_geometry.font().advance();
+    const double width = std::max(m_viewport.contentWidth(), m_viewport.x() + size.width());
+    m_horizontalScale.fit(*horizontalScrollBar(), qint64(width), size.width(), int(2 * advance));
+    m_horizontalScale.show(*horizontalScrollBar(), qint64(m_viewport.x()));
+}
+
+// Painting
+
+void TextViewWidget::paintEvent(QPaintEvent* event)
+{
+    if (m_refreshPending)
+        refresh();
+    QPainter painter(viewport());
+    const TextPainter::Look look{m_overlay,  m_editor.selections(), m_colours,
+                                 hasFocus(), m_blink.isShown(),     m_input.preeditCaret()};
+    TextPainter(painter, m_geometry, m_viewport, look).paint(event->rect());
+}
+
+void TextViewWidget::updateCarets()
+{
+    const auto& selections = m_editor.selections();
+    if (selections.size() > 1) {
+        viewport()->update();
+        return;
+    }
+    viewport()->update(caretRect().adjusted(-1, 0, 1, 0));
+}
+
+// Places
+
+void TextViewWidget::ensureVisible(TextOffset offset)
+{
+    m_viewport.ensureVisible(std::clamp<TextOffset>(offset, 0, m_editor.string().length()));
+    scheduleRefresh();
+}
+
+void TextViewWidget::centerOn(TextOffset offset)
+{
+    m_viewport.centerOn(std::clamp<TextOffset>(offset, 0, m_editor.string().length()));
+    scheduleRefresh();
+}
+
+void TextViewWidget::forEachVisibleLine(
+    const std::function<void(LineIndex, int y, int height)>& visit)
+{
+    const auto& rows = m_viewport.rows();
+    for (size_t first = 0; first < rows.size();) {
+        size_t end = first + 1;
+        while (end < rows.size() && rows[end].row.line == rows[first].row.line)
+            ++end;
+        int y = rows[first].y;
+        int height = int(end - first) * m_viewport.rowHeight();
+        // Of a line that began above, at most a screen.
+        auto above = m_geometry.rowBefore(rows[first].row);
+        while (first == 0 && above && above->line == rows[first].row.line &&
+               y > -m_viewport.size().height()) {
+            y -= m_viewport.rowHeight();
+            height += m_viewport.rowHeight();
+            above = m_geometry.rowBefore(*above);
+        }
+        visit(rows[first].row.line, y, height);
+        first = end;
+    }
+}
+
+TextOffset TextViewWidget::offsetAtPoint(QPoint point)
+{
+    const auto& visible = m_viewport.rowAtY(point.y());
+    return m_geometry.offsetAt(visible.row, point.x() - m_viewport.left());
+}
+
+void TextViewWidget::setRulerWidth(int width)
+{
+    setViewportMargins(width, 0, 0, 0);
+}
+
+QRect TextViewWidget::rulerRect() const
+{
+    const QRect area = viewport()->geometry();
+    return {area.left() - viewportMargins().left(), area.top(), viewportMargins().left(),
+            area.height()};
+}
+
+// Scrolling
+
+void TextViewWidget::resizeEvent(QResizeEvent* event)
+{
+    QAbstractScrollArea::resizeEvent(event);
+    m_viewport.setSize(viewport()->size());
+    updateWrapWidth();
+    m_repaint.noteAllChanged();
+    scheduleRefresh();
+}
+
+void TextViewWidget::scrollContentsBy(int dx, int dy)
+{
+    if (m_movingBars)
+        return;
+    if (dy != 0)
+        m_viewport.scrollToY(m_verticalScale.position(verticalScrollBar()->value()));
+    if (dx != 0)
+        m_viewport.scrollToX(double(m_horizontalScale.position(horizontalScrollBar()->value())));
+    scheduleRefresh();
+}
+
+/// Steps and pages are exact, though the bar counts in estimates or in more than a pixel.
+void TextViewWidget::scrollByBarAction(int action)
+{
+    const int row = m_viewport.rowHeight();
+    const int page = std::max(row, viewport()->height() - row);
+    int pixels = 0;
+    switch (action) {
+    case QScrollBar::SliderSingleStepAdd:
+        pixels = row;
+        break;
+    case QScrollBar::SliderSingleStepSub:
+        pixels = -row;
+        break;
+    case QScrollBar::SliderPageStepAdd:
+        pixels = page;
+        break;
+    case QScrollBar::SliderPageStepSub:
+        pixels = -page;
+        break;
+    default:
+        return;
+    }
+    const QScopedValueRollback moving(m_movingBars, true);
+    m_viewport.scrollBy(pixels);
+    m_verticalScale.show(*verticalScrollBar(), m_viewport.y());
+    verticalScrollBar()->setSliderPosition(verticalScrollBar()->value());
+    scheduleRefresh();
+}
+
+void TextViewWidget::scrollBy(int dx, int dy)
+{
+    if (dy != 0)
+        m_viewport.scrollBy(dy);
+    if (dx != 0 && !m_wraps)
+        m_viewport.scrollToX(
+            std::clamp(m_viewport.x() + dx, 0.0,
+                       std::max(0.0, m_viewport.contentWidth() - viewport()->width())));
+    scheduleRefresh();
+}
+
+void TextViewWidget::wheelEvent(QWheelEvent* event)
+{
+    QPointF pixels = event->pixelDelta();
+    if (pixels.isNull()) {
+        // A notch of a wheel is 120 eighths of a degree, and scrolls three rows on most desktops.
+        const double perUnit = m_viewport.rowHeight() * QApplication::wheelScrollLines() / 120.0;
+        pixels = QPointF(event->angleDelta()) * perUnit;
+    }
+    if (event->modifiers() & Qt::ShiftModifier && pixels.x() == 0)
+        pixels = pixels.transposed();
+    m_wheelRest += pixels;
+    const QPoint whole(int(m_wheelRest.x()), int(m_wheelRest.y()));
+    m_wheelRest -= whole;
+    scrollBy(-whole.x(), -whole.y());
+    event->accept();
+}
+
+void TextViewWidget::moveByPages(int pages, bool extending)
+{
+    const qsizetype rows =
+        std::max(1, viewport()->height() / m_viewport.rowHeight() - 1) * qsizetype(pages);
+    m_viewport.scrollBy(rows * m_viewport.rowHeight());
+    m_rowMovement.moveByRows(rows, extending);
+}
+
+void TextViewWidget::showCaret()
+{
+    m_blink.restart();
+    ensureVisible(m_editor.primarySelection().head);
+}
+
+void TextViewWidget::setPreedit(const Preedit& preedit)
+{
+    m_repaint.noteChanged({m_geometry.preedit().offset, 0});
+    m_repaint.noteChanged({preedit.offset, 0});
+    m_geometry.setPreedit(preedit);
+    m_viewport.invalidate();
+    scheduleRefresh();
+}
+
+// Commands
+
+void TextViewWidget::copy()
+{
+    m_clipboard.copy();
+}
+
+void TextViewWidget::cut()
+{
+    m_clipboard.cut();
+    showCaret();
+}
+
+void TextViewWidget::paste()
+{
+    m_clipboard.paste();
+    showCaret();
+}
+
+void TextViewWidget::pastePrimarySelection()
+{
+    m_clipboard.paste(QClipboard::Selection);
+    showCaret();
+}
+
+void TextViewWidget::selectAll()
+{
+    m_editor.selectAll();
+    publishPrimarySelection();
+}
+
+void TextViewWidget::undo()
+{
+    m_editor.undo();
+    showCaret();
+}
+
+void TextViewWidget::redo()
+{
+    m_editor.redo();
+    showCaret();
+}
+
+// Events
+
+bool TextViewWidget::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride) {
+        auto* key = static_cast<QKeyEvent*>(event);
+        if (TextViewKeys::isEditingKey(*key)) {
+            event->accept();
+            return true;
+        }
+    }
+    return QAbstractScrollArea::event(event);
+}
+
+void TextViewWidget::keyPressEvent(QKeyEvent* event)
+{
+    if (m_keys.press(*event))
+        event->accept();
+    else
+        event->ignore(); // the window may want it; the scroll area's own keys are not for a text
+}
+
+void TextViewWidget::inputMethodEvent(QInputMethodEvent* event)
+{
+    m_input.handle(*event);
+    event->accept();
+}
+
+QVariant TextViewWidget::inputMethodQuery(Qt::InputMethodQuery query) const
+{
+    return m_input.query(query);
+}
+
+void TextViewWidget::mousePressEvent(QMouseEvent* event)
+{
+    m_mouse.press(*event);
+}
+
+void TextViewWidget::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    m_mouse.doubleClick(*event);
+}
+
+void TextViewWidget::mouseMoveEvent(QMouseEvent* event)
+{
+    m_mouse.move(*event);
+}
+
+void TextViewWidget::mouseReleaseEvent(QMouseEvent* event)
+{
+    m_mouse.release(*event);
+}
+
+void TextViewWidget::focusInEvent(QFocusEvent* event)
+{
+    QAbstractScrollArea::focusInEvent(event);
+    m_blink.setActive(true);
+    m_repaint.noteAllChanged();
+    scheduleRefresh();
+}
+
+void TextViewWidget::focusOutEvent(QFocusEvent* event)
+{
+    QAbstractScrollArea::focusOutEvent(event);
+    m_blink.setActive(false);
+    m_repaint.noteAllChanged();
+    scheduleRefresh();
+}
+
+/// Tab is a character here.
+bool TextViewWidget::focusNextPrevChild(bool)
+{
+    return false;
+}
+
+} // namespace quillory

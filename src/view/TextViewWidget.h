@@ -1,0 +1,154 @@
+#pragma once
+
+#include "editing/QPTextView.h"
+#include "text/Overlay.h"
+#include "view/CaretBlink.h"
+#include "view/RepaintTracker.h"
+#include "view/RowMovement.h"
+#include "view/ScrollScale.h"
+#include "view/TextClipboard.h"
+#include "view/TextViewColours.h"
+#include "view/TextViewInput.h"
+#include "view/TextViewKeys.h"
+#include "view/TextViewMouse.h"
+#include "view/TextViewport.h"
+
+#include <QAbstractScrollArea>
+#include <functional>
+#include <optional>
+
+namespace quillory {
+
+/// Shows the text and the selections of a QPTextView, and turns keys, mouse and input method into
+/// its operations. All that it shows it looks up in the model when it paints; an edit anywhere, in
+/// a text or a line of any size, costs about the rows in sight that it changed.
+///
+/// Coordinates are logical pixels of viewport().
+class TextViewWidget : public QAbstractScrollArea
+{
+    Q_OBJECT
+
+public:
+    /// Both arguments must outlive the widget. The overlay has to be told of edits by its owner.
+    TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* parent = nullptr);
+
+    QPTextView& editor() const { return m_editor; }
+
+    // Looks.
+
+    QFont textFont() const { return m_geometry.font().font(); }
+    /// By default the desktop's monospaced font.
+    void setTextFont(const QFont& font);
+    int tabWidth() const { return m_geometry.font().tabColumns(); }
+    /// In columns, at least 1; by default TextFont::defaultTabColumns.
+    void setTabWidth(int columns);
+    bool wrapsLines() const { return m_wraps; }
+    void setWrapLines(bool wrap);
+    const TextViewColours& colours() const { return m_colours; }
+    /// Colours to use in place of the palette's; none for those that follow the palette.
+    void setColours(const std::optional<TextViewColours>& colours);
+
+    // Places.
+
+    /// Scrolls as little as shows the character at \a offset.
+    void ensureVisible(TextOffset offset);
+    void centerOn(TextOffset offset);
+    /// The whole lines of which something is in sight, with their line breaks.
+    TextRange visibleRange() { return m_viewport.visibleRange(); }
+    /// Calls \a visit with the number of each line of which something is in sight, the y of its
+    /// first row, which may be above the viewport, and its height; both are cut to about a screen.
+    void forEachVisibleLine(const std::function<void(LineIndex, int y, int height)>& visit);
+    TextOffset offsetAtPoint(QPoint point);
+    /// Of the primary selection's head; empty when that is not in sight.
+    QRect caretRect() { return caretRectAt(m_editor.primarySelection().head); }
+    QRect caretRectAt(TextOffset offset) { return m_viewport.caretRect(offset); }
+
+    /// Room at the left, for a ruler; the ruler is a child of this widget and fills rulerRect().
+    void setRulerWidth(int width);
+    QRect rulerRect() const;
+
+    // For the helpers that handle keys, mouse and input method.
+
+    RowMovement& rowMovement() { return m_rowMovement; }
+    /// By screens, down when positive; the text scrolls along.
+    void moveByPages(int pages, bool extending);
+    /// Exactly by so many pixels.
+    void scrollBy(int dx, int dy);
+    /// Has the caret in sight, and shown.
+    void showCaret();
+    void restartBlink() { m_blink.restart(); }
+    void setPreedit(const Preedit& preedit);
+    void publishPrimarySelection() { m_clipboard.copy(QClipboard::Selection); }
+    void pastePrimarySelection();
+
+    WorkCounters& workCounters() { return m_geometry.counters(); }
+    const CaretBlink& caretBlink() const { return m_blink; }
+
+public Q_SLOTS:
+    void copy();
+    void cut();
+    void paste();
+    void selectAll();
+    void undo();
+    void redo();
+
+Q_SIGNALS:
+    /// Other lines are in sight, or lines in sight have moved.
+    void visibleRangeChanged();
+
+protected:
+    bool event(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
+    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+
+private:
+    void followEdit(const TextChange& change);
+    void relayOut(const std::function<void()>& change);
+    void updateWrapWidth();
+    void scheduleRefresh();
+    void refresh();
+    void updateScrollBars();
+    void updateCarets();
+    void scrollByBarAction(int action);
+
+    QPTextView& m_editor;
+    Overlay& m_overlay;
+    TextGeometry m_geometry;
+    TextViewport m_viewport;
+    RepaintTracker m_repaint;
+    RowMovement m_rowMovement;
+    TextClipboard m_clipboard;
+    TextViewKeys m_keys;
+    TextViewMouse m_mouse;
+    TextViewInput m_input;
+    CaretBlink m_blink;
+    ScrollScale m_verticalScale;
+    ScrollScale m_horizontalScale;
+    TextViewColours m_colours;
+    bool m_ownColours = false;
+    bool m_wraps = false;
+    bool m_refreshPending = false;
+    bool m_movingBars = false;
+    QPointF m_wheelRest; ///< fractions of pixels not yet scrolled
+    struct
+    {
+        TextRange range;
+        qint64 y = 0;
+        bool operator==(const auto& other) const { return range == other.range && y == other.y; }
+    } m_shown; ///< what visibleRangeChanged() told last
+};
+
+} // namespace quillory

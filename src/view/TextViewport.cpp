@@ -1,0 +1,255 @@
+#include "view/TextViewport.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace quillory {
+
+void TextViewport::setSize(QSize size)
+{
+    m_size = size;
+    invalidate();
+}
+
+double TextViewport::textMargin() const
+{
+    return std::round(m_geometry.font().advance() * 0.75);
+}
+
+// Rows in sight
+
+const std::vector<TextViewport::VisibleRow>& TextViewport::rows()
+{
+    if (!m_rows.empty())
+        return m_rows;
+    clampToEnd();
+    auto row = std::optional(m_geometry.rowAt(m_top));
+    for (int y = -m_hidden; row && (m_rows.empty() || y < m_size.height()); y += rowHeight()) {
+        m_rows.push_back({*row, y});
+        row = m_geometry.rowAfter(*row);
+    }
+    return m_rows;
+}
+
+void TextViewport::followEdit(const TextChange& change)
+{
+    m_top = std::min(mapped(m_top, change), m_geometry.text().length());
+    invalidate();
+}
+
+const TextViewport::VisibleRow& TextViewport::rowAtY(int y)
+{
+    const auto& visible = rows();
+    const int index = (y + m_hidden) / rowHeight();
+    return visible[size_t(std::clamp(index, 0, int(visible.size()) - 1))];
+}
+
+const TextViewport::VisibleRow* TextViewport::rowShowing(TextOffset offset)
+{
+    const auto& visible = rows();
+    // The last row that begins at or before the offset.
+    auto it = std::upper_bound(visible.begin(), visible.end(), offset,
+                               [](TextOffset value, const VisibleRow& candidate) {
+                                   return value < candidate.row.range.location;
+                               });
+    if (it == visible.begin())
+        return nullptr;
+    --it;
+    const TextGeometry::Row& row = it->row;
+    // Between CR and LF counts as the row's end.
+    const TextOffset end =
+        row.endsLine() ? m_geometry.text().line(row.line).end() : row.range.end();
+    const bool atEnd = row.endsLine() && offset == row.content.end();
+    return offset < end || atEnd ? &*it : nullptr;
+}
+
+QRect TextViewport::caretRect(TextOffset offset, int preeditIndex)
+{
+    const VisibleRow* visible = rowShowing(offset);
+    if (!visible)
+        return {};
+    const double x = left() + m_geometry.xOf(visible->row, offset, preeditIndex);
+    // Far outside, numbers of pixels do not fit an int.
+    const double near = std::clamp(x, -1000.0, m_size.width() + 1000.0);
+    // One pixel wide up to the usual sizes of text, then wider with it.
+    const int width = std::max(1, int(std::round(rowHeight() / 14.0)));
+    return {int(std::round(near)) - width / 2, visible->y, width, rowHeight()};
+}
+
+TextRange TextViewport::visibleRange()
+{
+    const auto& visible = rows();
+    const TextSnapshot& text = m_geometry.text();
+    return TextRange::between(visible.front().row.content.location,
+                              text.line(visible.back().row.line).end());
+}
+
+// Scrolling up and down
+
+void TextViewport::showRowAt(const TextGeometry::Row& target, qint64 y)
+{
+    TextGeometry::Row row = target;
+    for (; y > 0; y -= rowHeight()) {
+        const auto before = m_geometry.rowBefore(row);
+        if (!before) {
+            y = 0;
+            break;
+        }
+        row = *before;
+    }
+    while (y <= -rowHeight()) {
+        const auto after = m_geometry.rowAfter(row);
+        if (!after) {
+            y = 0;
+            break;
+        }
+        row = *after;
+        y += rowHeight();
+    }
+    m_top = row.range.location;
+    m_hidden = int(-y);
+    invalidate();
+}
+
+/// No more than the text's last row stands at the bottom, unless all of the text fits.
+void TextViewport::clampToEnd()
+{
+    m_hidden = std::clamp(m_hidden, 0, rowHeight() - 1);
+    const TextSnapshot& text = m_geometry.text();
+    // Every line has a row at least, so the end can only be in sight when its line is near.
+    const qsizetype linesBelow = text.lineCount() - text.lineAt(m_top).value();
+    if (linesBelow * rowHeight() - m_hidden >= m_size.height())
+        return;
+    auto row = std::optional(m_geometry.rowAt(m_top));
+    qint64 y = -m_hidden;
+    TextGeometry::Row last = *row;
+    for (; row && y < m_size.height(); y += rowHeight()) {
+        last = *row;
+        row = m_geometry.rowAfter(last);
+    }
+    if (y < m_size.height())
+        showRowAt(last, m_size.height() - rowHeight());
+}
+
+void TextViewport::scrollBy(qint64 pixels)
+{
+    if (!m_geometry.wraps()) {
+        scrollToY(y() + pixels);
+        return;
+    }
+    showRowAt(m_geometry.rowAt(m_top), -(m_hidden + pixels));
+}
+
+double TextViewport::unitsPerRow() const
+{
+    return std::max(1.0, m_geometry.wrapWidth() / m_geometry.font().advance());
+}
+
+/// The number of rows before \a offset: what its lines take at least, and what its characters
+/// would fill. It never falls as the offset grows, which is all that scrolling by it needs.
+double TextViewport::estimatedRow(TextOffset offset) const
+{
+    const double line = double(m_geometry.text().lineAt(offset).value());
+    return m_geometry.wraps() ? line + std::floor(double(offset) / unitsPerRow()) : line;
+}
+
+TextOffset TextViewport::offsetOfEstimatedRow(double row) const
+{
+    const TextSnapshot& text = m_geometry.text();
+    if (!m_geometry.wraps())
+        return text.lineStart(LineIndex(std::min(qsizetype(row), text.lineCount() - 1)));
+    TextOffset low = 0;
+    TextOffset high = text.length();
+    while (low < high) {
+        const TextOffset middle = low + (high - low + 1) / 2;
+        if (estimatedRow(middle) <= row)
+            low = middle;
+        else
+            high = middle - 1;
+    }
+    return low;
+}
+
+qint64 TextViewport::y()
+{
+    rows(); // pulls the place into the text
+    return qint64(estimatedRow(m_top)) * rowHeight() + m_hidden;
+}
+
+qint64 TextViewport::contentHeight()
+{
+    return (qint64(estimatedRow(m_geometry.text().length())) + 1) * rowHeight();
+}
+
+void TextViewport::scrollToY(qint64 y)
+{
+    y = std::clamp<qint64>(y, 0, std::max<qint64>(0, contentHeight() - m_size.height()));
+    const qint64 row = y / rowHeight();
+    m_top = offsetOfEstimatedRow(double(row));
+    m_hidden = int(y % rowHeight());
+    invalidate();
+}
+
+// Scrolling sideways
+
+double TextViewport::contentWidth()
+{
+    if (m_geometry.wraps())
+        return 0;
+    for (const VisibleRow& visible : rows())
+        m_widestSeen = std::max(m_widestSeen, m_geometry.widthOf(visible.row));
+    const double longest = double(m_geometry.text().longestLine()) * m_geometry.font().advance();
+    // Room for a caret behind the last character.
+    return std::max(longest, m_widestSeen) + 2 * textMargin();
+}
+
+bool TextViewport::settle()
+{
+    const double left = m_scrollX;
+    for (const VisibleRow& visible : rows())
+        m_geometry.forEachSegment(visible.row, m_scrollX - textMargin(), m_scrollX + m_size.width(),
+                                  [](const auto&) {});
+    scrollToX(m_scrollX + m_geometry.takeShift(left));
+    return m_scrollX != left;
+}
+
+// Going to a place
+
+void TextViewport::ensureVisible(TextOffset offset)
+{
+    const TextGeometry::Row row = m_geometry.rowAt(offset);
+    const VisibleRow* visible = rowShowing(offset);
+    const int lowest = std::max(0, m_size.height() - rowHeight());
+    if (visible && visible->y < 0) {
+        showRowAt(row, 0);
+    } else if (visible && visible->y > lowest) {
+        showRowAt(row, lowest);
+    } else if (!visible) {
+        // A row or two outside is scrolled to, what is further away is jumped to.
+        const auto after = m_geometry.rowAfter(row);
+        const auto before = m_geometry.rowBefore(row);
+        if (after && rowShowing(after->range.location))
+            showRowAt(row, 0);
+        else if (before && rowShowing(before->range.location))
+            showRowAt(row, lowest);
+        else
+            showRowAt(row, lowest / 2);
+    }
+    if (m_geometry.wraps())
+        return;
+    const double x = m_geometry.xOf(row, offset);
+    const double space = m_size.width() - 2 * textMargin();
+    const double context = std::min(space / 4, m_geometry.font().advance() * 4);
+    if (x < m_scrollX)
+        scrollToX(x - context);
+    else if (x > m_scrollX + space)
+        scrollToX(x - space + context);
+}
+
+void TextViewport::centerOn(TextOffset offset)
+{
+    showRowAt(m_geometry.rowAt(offset), (m_size.height() - rowHeight()) / 2);
+    ensureVisible(offset);
+}
+
+} // namespace quillory

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "text/Selection.h"
+#include "view/TextGeometry.h"
+
+#include <QRect>
+#include <vector>
+
+namespace quillory {
+
+/// The part of a text that is in sight, and where it lies on the screen.
+///
+/// What is scrolled to is kept as the row at the top, by an offset in it that follows the edits,
+/// and the pixels of that row that are hidden. So nothing that is learnt about rows out of sight
+/// (how they wrap, how wide they are) moves the text in sight. Scroll bars work with positions: in
+/// y, a row's number times the row height; with wrapping, an estimate of that number, which any
+/// offset yields in O(log n). Coordinates are logical pixels.
+class TextViewport
+{
+public:
+    struct VisibleRow
+    {
+        TextGeometry::Row row;
+        int y; ///< of its top, in the viewport
+    };
+
+    explicit TextViewport(TextGeometry& geometry) : m_geometry(geometry) {}
+
+    QSize size() const { return m_size; }
+    int rowHeight() const { return m_geometry.font().rowHeight(); }
+    void setSize(QSize size);
+
+    /// The rows that are wholly or partly in sight, from the top; at least one.
+    const std::vector<VisibleRow>& rows();
+    /// Forgets the rows, which an edit or another layout made wrong.
+    void invalidate() { m_rows.clear(); }
+    /// To be called after the geometry followed the edit.
+    void followEdit(const TextChange& change);
+
+    /// The row at \a y, or the nearest in sight.
+    const VisibleRow& rowAtY(int y);
+    /// The one in sight that shows \a offset; null when there is none.
+    const VisibleRow* rowShowing(TextOffset offset);
+    /// The caret before the character at \a offset; with no height when that is not in sight.
+    QRect caretRect(TextOffset offset, int preeditIndex = 0);
+    /// The whole lines that are in sight, with their breaks.
+    TextRange visibleRange();
+
+    /// The left edge of the text in the viewport.
+    double left() const { return textMargin() - m_scrollX; }
+    /// The space left of the text.
+    double textMargin() const;
+
+    // Scrolling. All stay within the text.
+
+    qint64 y();
+    double x() const { return m_scrollX; }
+    void scrollToY(qint64 y);
+    void scrollToX(double x) { m_scrollX = std::max(0.0, x); }
+    /// Exactly by \a pixels, downwards when positive.
+    void scrollBy(qint64 pixels);
+    /// Keeps the text at the left edge in its place after its line was measured. True when that
+    /// changed x().
+    bool settle();
+    qint64 contentHeight();
+    double contentWidth();
+
+    /// Scrolls as little as shows \a offset; where that is far away, to the middle of the height.
+    void ensureVisible(TextOffset offset);
+    void centerOn(TextOffset offset);
+
+private:
+    void showRowAt(const TextGeometry::Row& row, qint64 y);
+    void clampToEnd();
+    double estimatedRow(TextOffset offset) const;
+    TextOffset offsetOfEstimatedRow(double row) const;
+    double unitsPerRow() const;
+
+    TextGeometry& m_geometry;
+    QSize m_size;
+    TextOffset m_top = 0; ///< in the row at the top
+    int m_hidden = 0;     ///< pixels of that row above the viewport
+    double m_scrollX = 0;
+    double m_widestSeen = 0;
+    std::vector<VisibleRow> m_rows; ///< empty when not known
+};
+
+} // namespace quillory
