@@ -25,6 +25,6 @@ function(quillory_tests room)
   target_compile_definitions(${room}_tests PRIVATE
     QUILLORY_SOURCE_DIR="${PROJECT_SOURCE_DIR}" QUILLORY_BINARY_DIR="${PROJECT_BINARY_DIR}")
   gtest_discover_tests(${room}_tests
-    TEST_PREFIX ${room}. DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+    TEST_PREFIX ${room}. NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
     PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8" TIMEOUT 300)
 endfunction()
