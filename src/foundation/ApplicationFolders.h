@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QProcessEnvironment>
+#include <QString>
+
+namespace quillory {
+
+/// The folders that the application uses, as absolute paths. None of them need exist.
+///
+/// The first four follow the XDG Base Directory Specification
+/// (https://specifications.freedesktop.org/basedir-spec): a variable that is not an absolute path
+/// counts as not set.
+struct ApplicationFolders
+{
+    QString applicationSupport; ///< definitions, themes and the encoding list, the user's own
+    QString caches;
+    QString configuration;
+    QString state;     ///< windows of the last session, recovery records
+    QString resources; ///< what is shipped: starter definitions, themes and the encoding list
+
+    /// \a executableFolder is where the running program lies. The resources are in the folder that
+    /// QUILLORY_RESOURCES names, else beside the program in an installation or a build tree, else
+    /// where the installation was configured to put them.
+    static ApplicationFolders fromEnvironment(const QProcessEnvironment& environment,
+                                              const QString& executableFolder);
+
+    /// The file of the user defaults.
+    QString defaultsFile() const { return configuration + QStringLiteral("/Quillory.conf"); }
+};
+
+} // namespace quillory
