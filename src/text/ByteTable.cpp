@@ -52,7 +52,7 @@ std::array<char16_t, 256> unitsOfConverter(const EncodingInfo& info)
     for (int byte = 0; byte < 256; ++byte) {
         const char bytes[] = {char(byte)};
         char16_t unit = ByteTable::undefined;
-        const auto progress = converter.decode(QByteArrayView(bytes, 1), {&unit, 1}, true);
+        const auto progress = converter.decode(QByteArrayView(bytes, 1), {&unit, 1});
         // ICU fills the holes of the Windows code pages with C1 controls and private characters.
         const bool isFiller =
             isWindows && byte >= 0x80 &&

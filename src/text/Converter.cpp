@@ -41,14 +41,33 @@ Converter::Converter(const EncodingInfo& info) : m_info(info)
     ucnv_setToUCallBack(m_converter.get(), stopDecoding, nullptr, nullptr, nullptr, &status);
 
     char16_t unit = 0;
-    if (decode(QByteArrayView("\x1A", 1), {&unit, 1}, true).valid && unit == 0x1C) {
+    if (decode(QByteArrayView("\x1A", 1), {&unit, 1}).valid && unit == 0x1C) {
         m_permutation = info.encoding == StringEncoding::iso2022Kr ? Permutation::controlsAndWon
                                                                    : Permutation::controls;
     }
     reset();
 }
 
-Converter::Progress Converter::decode(QByteArrayView bytes, std::span<char16_t> room, bool isLast)
+Converter::Progress Converter::decode(QByteArrayView bytes, std::span<char16_t> room)
+{
+    return decodeAsIs(bytes, room, false);
+}
+
+Converter::Progress Converter::finishDecoding(std::span<char16_t> room)
+{
+    // ICU lets UTF-7 and HZ end inside a character. There, what would end a shifted stretch is
+    // added: it gives nothing, or at most itself, unless something was open before it.
+    const bool isUtf7 = m_info.encoding == StringEncoding::utf7;
+    const bool isHz = m_info.encoding == StringEncoding::hz;
+    if (!isUtf7 && !isHz)
+        return decodeAsIs({}, room, true);
+    const Progress progress = decodeAsIs(isUtf7 ? "-" : "~}", room, true);
+    const bool isItself = isUtf7 && progress.written == 1 && room[0] == u'-';
+    return {0, 0, progress.valid && (progress.written == 0 || isItself)};
+}
+
+Converter::Progress Converter::decodeAsIs(QByteArrayView bytes, std::span<char16_t> room,
+                                          bool isLast)
 {
     if (!m_converter)
         return {0, 0, false};
@@ -109,7 +128,8 @@ bool Converter::comesBack(QStringView character)
     const Progress there = m_probe->encodeAsIs(character, bytes, true);
     m_probe->reset();
     std::array<char16_t, 32> units;
-    const Progress back = m_probe->decode(QByteArrayView(bytes.data(), there.written), units, true);
+    const Progress back =
+        m_probe->decodeAsIs(QByteArrayView(bytes.data(), there.written), units, true);
     return there.valid && back.valid && QStringView(units.data(), back.written) == character;
 }
 

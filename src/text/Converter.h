@@ -30,11 +30,15 @@ public:
         bool valid = true;
     };
 
-    /// Decodes as much of \a bytes as there is room for. \a isLast: nothing comes after them.
-    Progress decode(QByteArrayView bytes, std::span<char16_t> room, bool isLast);
+    /// Decodes as much of \a bytes as there is room for.
+    Progress decode(QByteArrayView bytes, std::span<char16_t> room);
+
+    /// Ends decoding: what was held back. Not valid when the bytes ended inside a character.
+    Progress finishDecoding(std::span<char16_t> room);
 
     /// Encodes as much of \a units as there is room for. Where it is not valid, \a read may be
     /// negative: the character began in the piece before.
+    /// \a isLast: nothing comes after them.
     Progress encode(QStringView units, std::span<char> room, bool isLast);
 
     /// False between the bytes, or the units, of one character.
@@ -55,6 +59,7 @@ private:
         void operator()(UConverter* converter) const;
     };
 
+    Progress decodeAsIs(QByteArrayView bytes, std::span<char16_t> room, bool isLast);
     Progress encodeAsIs(QStringView units, std::span<char> room, bool isLast);
     bool comesBack(QStringView character);
     qsizetype lengthThatComesBack(QStringView units);

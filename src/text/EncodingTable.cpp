@@ -16,7 +16,7 @@ constexpr EncodingInfo table[] = {
     {StringEncoding::utf32, 0xc000100, EncodingForm::utf32, "utf-32", "", "Unicode (UTF-32)"},
     {StringEncoding::utf32BigEndian, 0x18000100, EncodingForm::utf32, "utf-32be", "", "Unicode (UTF-32BE)"},
     {StringEncoding::utf32LittleEndian, 0x1c000100, EncodingForm::utf32, "utf-32le", "", "Unicode (UTF-32LE)"},
-    {StringEncoding(0x84000100), 0x4000100, EncodingForm::stateful, "utf-7", "UTF-7", "Unicode (UTF-7)"},
+    {StringEncoding::utf7, 0x4000100, EncodingForm::stateful, "utf-7", "UTF-7", "Unicode (UTF-7)"},
     {StringEncoding::ascii, 0x600, EncodingForm::byteTable, "us-ascii", "US-ASCII", "Western (ASCII)"},
     {StringEncoding::isoLatin1, 0x201, EncodingForm::byteTable, "iso-8859-1", "ISO-8859-1", "Western (ISO Latin 1)"},
     {StringEncoding(0x8000020f), 0x20f, EncodingForm::byteTable, "iso-8859-15", "ISO-8859-15", "Western (ISO Latin 9)"},

@@ -1,7 +1,7 @@
 #include "text/LineBreaks.h"
 
+#include "text/LineMetrics.h"
 #include "text/TextBuilder.h"
-#include "text/TextReader.h"
 #include "text/TextSearch.h"
 
 #include <vector>
@@ -10,9 +10,14 @@ namespace quillory {
 
 namespace {
 
-bool isControlBreak(QChar unit)
+std::span<const uchar> spanOf(QLatin1StringView units)
 {
-    return unit == u'\n' || unit == u'\r';
+    return {reinterpret_cast<const uchar*>(units.data()), size_t(units.size())};
+}
+
+std::span<const char16_t> spanOf(QStringView units)
+{
+    return {units.utf16(), size_t(units.size())};
 }
 
 /// Calls \a visit(index, length) for every LF, CR and CR LF of \a units, first to last. A CR LF
@@ -20,12 +25,13 @@ bool isControlBreak(QChar unit)
 template<class View, class Visit>
 void forEachBreak(View units, Visit&& visit)
 {
-    for (qsizetype i = 0; i < units.size(); ++i) {
-        if (!isControlBreak(units[i]))
-            continue;
-        const bool isPair = units[i] == u'\r' && i + 1 < units.size() && units[i + 1] == u'\n';
-        visit(i, qsizetype(isPair ? 2 : 1));
-        i += isPair;
+    const auto all = spanOf(units);
+    for (qsizetype begin = 0, length = 0; (length = endOfBreak(all.subspan(size_t(begin)), 1)) > 0;
+         begin += length) {
+        const qsizetype last = begin + length - 1;
+        const bool isPair = length > 1 && units[last] == u'\n' && units[last - 1] == u'\r';
+        if (isPair || units[last] == u'\n' || units[last] == u'\r')
+            visit(isPair ? last - 1 : last, qsizetype(isPair ? 2 : 1));
     }
 }
 
@@ -108,6 +114,8 @@ TextSnapshot converted(const TextSnapshot& text, LineBreakFormat format)
     // A few breaks are replaced one by one in the tree, which keeps the other leaves.
     constexpr size_t few = 64;
     const QStringView wanted = lineBreak(format);
+    if (wanted == u"\n" && find(text, u"\r", text.range()) < 0)
+        return text;
     const std::vector<TextRange> wrong = wrongBreaks(text, wanted, few);
     if (wrong.size() == few)
         return rebuilt(text, wanted);

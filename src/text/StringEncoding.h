@@ -19,6 +19,7 @@ enum class StringEncoding : quint32
     utf16 = 10,   ///< with a byte-order mark
     windowsLatin1 = 12,
     iso2022Jp = 21,
+    utf7 = 0x84000100,
     utf32 = 0x8c000100, ///< with a byte-order mark
     utf16BigEndian = 0x90000100,
     utf16LittleEndian = 0x94000100,

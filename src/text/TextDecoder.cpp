@@ -121,18 +121,20 @@ bool decodeWithConverter(QByteArrayView rest, const EncodingInfo& info, Assembly
 {
     Converter converter(info);
     const std::span<char16_t> room = text.buffer();
-    for (bool isFull = false; !rest.isEmpty() || isFull || !converter.isAtRest();) {
+    for (bool isFull = false; !rest.isEmpty() || isFull;) {
         if (info.form == EncodingForm::multiByte && converter.isAtRest())
             text.takeLongRun(rest);
-        const QByteArrayView piece = rest.first(std::min(rest.size(), bufferUnits / 2));
-        const auto progress = converter.decode(piece, room, piece.size() == rest.size());
+        const auto progress =
+            converter.decode(rest.first(std::min(rest.size(), bufferUnits / 2)), room);
         if (!progress.valid)
             return false;
         text.append(room.first(size_t(progress.written)));
         isFull = progress.written == qsizetype(room.size());
         rest = rest.sliced(progress.read);
     }
-    return true;
+    const auto progress = converter.finishDecoding(room);
+    text.append(room.first(size_t(progress.written)));
+    return progress.valid;
 }
 
 bool decodeUtf16(QByteArrayView rest, bool bigEndian, Assembly& text)

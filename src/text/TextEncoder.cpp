@@ -7,7 +7,7 @@
 #include "text/Utf8.h"
 
 #include <QtEndian>
-#include <cstring>
+#include <array>
 
 // Every encoder goes through the text leaf by leaf. A surrogate pair never straddles two leaves, so
 // only the converters of ICU, which have a state, need to know what came before.
@@ -39,6 +39,8 @@ public:
         std::copy(bytes.begin(), bytes.end(), to);
         commit(to + bytes.size());
     }
+
+    void dropLastByte() { --m_used; }
 
     void flush()
     {
@@ -191,6 +193,12 @@ TextOffset encodeWithConverter(const TextSnapshot& text, const EncodingInfo& inf
         }
         return !output.refused();
     };
+    // ICU begins HZ by leaving a shifted stretch that was not entered, and leaves the last one
+    // open. A line break before and after the text, both taken away again, put that right.
+    const bool isHz = info.encoding == StringEncoding::hz;
+    std::array<char, 8> ignored;
+    if (isHz)
+        converter.encode(u"\n", ignored, false);
     text.forEachPiece(text.range(), [&](const TextPiece& piece) -> bool {
         if (info.form == EncodingForm::multiByte && converter.isAtRest() && isAscii(piece)) {
             output.write(std::get<QLatin1StringView>(piece.units));
@@ -199,7 +207,9 @@ TextOffset encodeWithConverter(const TextSnapshot& text, const EncodingInfo& inf
         return encodeUnits(wideUnits(piece, buffer), piece.location, false);
     });
     if (unencodable == whole && !output.refused())
-        encodeUnits({}, text.length(), true);
+        encodeUnits(isHz ? u"\n" : u"", text.length(), true);
+    if (isHz && unencodable == whole && !output.refused())
+        output.dropLastByte();
     return unencodable;
 }
 

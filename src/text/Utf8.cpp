@@ -1,6 +1,8 @@
 #include "text/Utf8.h"
 
+#include <QtEndian>
 #include <algorithm>
+#include <bit>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -35,6 +37,30 @@ int sequenceLength(const uchar* at, const uchar* end)
     const bool overlong = lead == 0xF0 && at[1] < 0x90;
     const bool tooHigh = lead == 0xF4 && at[1] > 0x8F;
     return overlong || tooHigh ? 0 : 4;
+}
+
+/// Writes eight bytes as a code unit each.
+void widenWord(const uchar* at, char16_t* to)
+{
+#if defined(__SSE2__)
+    const __m128i bytes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(at));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm_unpacklo_epi8(bytes, _mm_setzero_si128()));
+#else
+    std::copy_n(at, sizeof(quint64), to);
+#endif
+}
+
+/// Decodes one sequence of any length and answers how many bytes it has; 0 where it is malformed.
+/// Four bytes make two code units, fewer make one.
+int decodeSequence(const uchar* at, const uchar* end, char16_t* to)
+{
+    const int length = sequenceLength(at, end);
+    char32_t character = at[0] & (0xFFU >> (length + 1));
+    for (int i = 1; i < length; ++i)
+        character = character << 6 | (at[i] & 0x3FU);
+    for (const char16_t unit : QChar::fromUcs4(character))
+        *to++ = unit;
+    return length;
 }
 
 } // namespace
@@ -83,41 +109,55 @@ void widen(QByteArrayView latin1, char16_t* units)
 
 Utf8Progress decodeUtf8(QByteArrayView bytes, char16_t* units, qsizetype room, qsizetype longAscii)
 {
+    constexpr qsizetype word = sizeof(quint64);
     const auto* const begin = reinterpret_cast<const uchar*>(bytes.data());
     const uchar* const end = begin + bytes.size();
     const uchar* at = begin;
     char16_t* to = units;
     const char16_t* const stop = units + room;
-    bool valid = true;
     while (at < end && stop - to >= 2) {
-        if (*at < 0x80) {
-            const QByteArrayView rest(at, std::min<qsizetype>(end - at, longAscii));
-            const qsizetype run = asciiPrefixLength(rest);
-            if (run == longAscii)
-                break;
-            const qsizetype some = std::min<qsizetype>(run, stop - to);
-            widen(rest.first(some), to);
-            at += some;
-            to += some;
+        const bool hasRoom = end - at >= 2 * word && stop - to >= 2 * word;
+        if (*at < 0x80 && hasRoom && at[1] >= 0x80) {
+            *to++ = *at++;
+        } else if (*at < 0x80) {
+            const quint64 high = hasRoom ? qFromLittleEndian<quint64>(at) & 0x8080808080808080 : 0;
+            if (high == 0) {
+                const qsizetype most = std::min<qsizetype>({end - at, stop - to, longAscii});
+                const QByteArrayView rest(at, most);
+                const qsizetype run = asciiPrefixLength(rest);
+                if (run == longAscii)
+                    break;
+                widen(rest.first(run), to);
+                at += run;
+                to += run;
+                continue;
+            }
+            widenWord(at, to);
+            const int ascii = std::countr_zero(high) / 8;
+            at += ascii;
+            to += ascii;
+        }
+        // The lengths that nearly all characters have are looked at first.
+        if (hasRoom && (*at & 0xF0) == 0xE0 && isTrail(at[1]) && isTrail(at[2])) {
+            const auto unit = char16_t((at[0] & 0x0F) << 12 | (at[1] & 0x3F) << 6 | (at[2] & 0x3F));
+            if (unit < 0x800 || QChar::isSurrogate(unit))
+                return {at - begin, to - units, false};
+            *to++ = unit;
+            at += 3;
             continue;
         }
-        const int length = sequenceLength(at, end);
-        if (length == 3) {
-            *to++ = char16_t((at[0] & 0x0F) << 12 | (at[1] & 0x3F) << 6 | (at[2] & 0x3F));
-        } else if (length == 2) {
+        if (hasRoom && *at >= 0xC2 && *at < 0xE0 && isTrail(at[1])) {
             *to++ = char16_t((at[0] & 0x1F) << 6 | (at[1] & 0x3F));
-        } else if (length == 4) {
-            const char32_t character = char32_t(at[0] & 0x07) << 18 | char32_t(at[1] & 0x3F) << 12 |
-                                       char32_t(at[2] & 0x3F) << 6 | char32_t(at[3] & 0x3F);
-            *to++ = QChar::highSurrogate(character);
-            *to++ = QChar::lowSurrogate(character);
-        } else {
-            valid = false;
-            break;
+            at += 2;
+            continue;
         }
+        const int length = decodeSequence(at, end, to);
+        if (length == 0)
+            return {at - begin, to - units, false};
         at += length;
+        to += length == 4 ? 2 : 1;
     }
-    return {at - begin, to - units, valid};
+    return {at - begin, to - units, true};
 }
 
 Utf8Progress encodeUtf8(QStringView units, char* bytes)
@@ -126,25 +166,42 @@ Utf8Progress encodeUtf8(QStringView units, char* bytes)
     const char16_t* const begin = units.utf16();
     const char16_t* const end = begin + units.size();
     const char16_t* at = begin;
-    for (; at < end; ++at) {
-        const char16_t unit = *at;
-        if (unit < 0x80) {
-            *to++ = char(unit);
-        } else if (unit < 0x800) {
-            *to++ = char(0xC0 | unit >> 6);
-            *to++ = char(0x80 | (unit & 0x3F));
-        } else if (!QChar::isSurrogate(unit)) {
-            *to++ = char(0xE0 | unit >> 12);
-            *to++ = char(0x80 | (unit >> 6 & 0x3F));
-            *to++ = char(0x80 | (unit & 0x3F));
-        } else {
-            if (!QChar::isHighSurrogate(unit) || at + 1 == end || !QChar::isLowSurrogate(at[1]))
-                return {at - begin, to - bytes, false};
-            const char32_t character = QChar::surrogateToUcs4(unit, *++at);
-            *to++ = char(0xF0 | character >> 18);
-            *to++ = char(0x80 | (character >> 12 & 0x3F));
-            *to++ = char(0x80 | (character >> 6 & 0x3F));
-            *to++ = char(0x80 | (character & 0x3F));
+    while (at < end) {
+#if defined(__SSE2__)
+        if (end - at >= 8) {
+            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+            const __m128i high = _mm_and_si128(block, _mm_set1_epi16(short(0xFF80)));
+            if (_mm_movemask_epi8(_mm_cmpeq_epi16(high, _mm_setzero_si128())) == 0xFFFF) {
+                _mm_storel_epi64(reinterpret_cast<__m128i*>(to), _mm_packus_epi16(block, block));
+                at += 8;
+                to += 8;
+                continue;
+            }
+        }
+#endif
+        // At most as many as the block above has, before it is tried again.
+        const char16_t* const pause = at + std::min<qsizetype>(end - at, 8);
+        while (at < pause) {
+            const unsigned unit = *at;
+            if (unit < 0x80) {
+                *to++ = char(unit);
+            } else if (!QChar::isSurrogate(unit)) {
+                // Without a branch on the length: where it is two, the third byte is overwritten.
+                const unsigned isThree = unit >= 0x800 ? 1 : 0;
+                to[0] = char(0xC0 | isThree << 5 | unit >> (6 + 6 * isThree));
+                to[1] = char(0x80 | (unit >> 6 * isThree & 0x3F));
+                to[2] = char(0x80 | (unit & 0x3F));
+                to += 2 + int(isThree);
+            } else {
+                if (!QChar::isHighSurrogate(unit) || at + 1 == end || !QChar::isLowSurrogate(at[1]))
+                    return {at - begin, to - bytes, false};
+                const char32_t character = QChar::surrogateToUcs4(char16_t(unit), *++at);
+                *to++ = char(0xF0 | character >> 18);
+                *to++ = char(0x80 | (character >> 12 & 0x3F));
+                *to++ = char(0x80 | (character >> 6 & 0x3F));
+                *to++ = char(0x80 | (character & 0x3F));
+            }
+            ++at;
         }
     }
     return {at - begin, to - bytes, true};
