@@ -16,16 +16,16 @@ char16_t codeOf(QChar unit)
     return unit.unicode();
 }
 
-char16_t displayUnit(char16_t unit)
+char16_t displayUnit(char16_t unit, bool controlPictures)
 {
     if (unit < 0x20)
-        return unit == u'\t' ? unit : char16_t(0x2400 + unit);
+        return unit == u'\t'     ? unit
+               : controlPictures ? char16_t(0x2400 + unit)
+                                 : replacementCharacter;
     if (unit < 0x7F)
         return unit;
-    if (unit == 0x7F)
-        return 0x2421;
     if (unit < 0xA0)
-        return replacementCharacter;
+        return unit == 0x7F && controlPictures ? char16_t(0x2421) : replacementCharacter;
     // Line and paragraph separators end lines; U+FFFC would make room for an object.
     if (unit == 0x2028 || unit == 0x2029 || unit >= 0xFFFC)
         return replacementCharacter;
@@ -46,7 +46,8 @@ void replaceUnpairedSurrogates(QString& string)
 
 } // namespace
 
-QString displayText(const TextSnapshot& text, TextRange range, WorkCounters& counters)
+QString displayText(const TextSnapshot& text, TextRange range, bool controlPictures,
+                    WorkCounters& counters)
 {
     QString result(range.length, Qt::Uninitialized);
     auto* out = reinterpret_cast<char16_t*>(result.data());
@@ -56,7 +57,7 @@ QString displayText(const TextSnapshot& text, TextRange range, WorkCounters& cou
         std::visit(
             [&](auto units) {
                 for (const auto unit : units) {
-                    const char16_t shown = displayUnit(codeOf(unit));
+                    const char16_t shown = displayUnit(codeOf(unit), controlPictures);
                     surrogates = surrogates || QChar::isSurrogate(shown);
                     *out++ = shown;
                 }

@@ -9,8 +9,9 @@ namespace quillory {
 
 /// The characters that stand for \a range of \a text on the screen, one unit for each of its units,
 /// so that offsets are the same in both. Control characters become their control pictures
-/// (U+2400…), tabs stay, and what has no look at all, such as an unpaired surrogate, becomes
-/// U+FFFD.
-QString displayText(const TextSnapshot& text, TextRange range, WorkCounters& counters);
+/// (U+2400…) when \a controlPictures is set, tabs stay, and what has no look at all, such as an
+/// unpaired surrogate, becomes U+FFFD.
+QString displayText(const TextSnapshot& text, TextRange range, bool controlPictures,
+                    WorkCounters& counters);
 
 } // namespace quillory

@@ -95,7 +95,8 @@ void LineChunks::settle(size_t index, TextOffset units)
 double LineChunks::setWidth(size_t index, double width)
 {
     Chunk& chunk = m_chunks[index];
-    const float measured = float(width);
+    // So many chunks can be in sight at most, though they be full of marks that take no room.
+    const float measured = float(std::max(width, double(chunk.length) * m_unitWidth / 32));
     if (chunk.state == Width::Measured && chunk.width == measured)
         return 0;
     moveFinger(index);

@@ -54,8 +54,9 @@ public:
     /// Settles the cut before chunk \a index, \a units further left than it was.
     void settle(size_t index, TextOffset units);
 
-    /// Says how wide a chunk really is. Answers how far that moves what lies to its right, where
-    /// the chunk to the right has been laid out and so may have been seen; else 0.
+    /// Says how wide a chunk really is; one with hardly any width is taken to be wider. Answers how
+    /// far that moves what lies to its right, where the chunk to the right has been laid out and so
+    /// may have been seen; else 0.
     double setWidth(size_t index, double width);
 
     /// The units of \a replaced, an offset in this line, went for \a inserted others.

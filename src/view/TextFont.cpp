@@ -15,6 +15,7 @@ TextFont::TextFont(const QFont& font, int tabColumns)
     const double height = std::max(metrics.lineSpacing(), metrics.height());
     m_rowHeight = std::max(1, int(std::ceil(height * 1.1)));
     m_baseline = int(std::round((m_rowHeight - metrics.height()) / 2 + metrics.ascent()));
+    m_hasControlPictures = metrics.inFontUcs4(0x2400);
 }
 
 } // namespace quillory

@@ -25,6 +25,8 @@ public:
     int rowHeight() const { return m_rowHeight; }
     /// From the top of a row down to its baseline.
     int baseline() const { return m_baseline; }
+    /// Whether the font, or one that stands in for it, has the control pictures (U+2400…).
+    bool hasControlPictures() const { return m_hasControlPictures; }
 
 private:
     QFont m_font;
@@ -32,6 +34,7 @@ private:
     double m_advance;
     int m_rowHeight;
     int m_baseline;
+    bool m_hasControlPictures;
 };
 
 } // namespace quillory

@@ -20,8 +20,15 @@ TextGeometry::TextGeometry(const TextStorage& storage, const TextFont& font)
 
 void TextGeometry::setFont(const TextFont& font)
 {
+    m_last = {};
     m_cache.setFont(font);
     m_longLines.setUnitWidth(font.advance());
+}
+
+void TextGeometry::setWrapWidth(double width)
+{
+    m_last = {};
+    m_cache.setWrapWidth(width);
 }
 
 void TextGeometry::followEdit(const TextChange& change)
@@ -33,8 +40,12 @@ void TextGeometry::followEdit(const TextChange& change)
 
 TextGeometry::Segment TextGeometry::segment(TextRange range, TextLayoutCache::Kind kind)
 {
+    const bool known = m_last.text.isSameTree(text()) && m_last.segment.range == range &&
+                       m_last.preedit == m_preedit && m_last.segment.layout;
+    if (known)
+        return m_last.segment;
     Segment result;
-    QString shown = displayText(text(), range, counters());
+    QString shown = displayText(text(), range, font().hasControlPictures(), counters());
     if (!m_preedit.text.isEmpty() && m_preedit.offset >= range.location &&
         m_preedit.offset <= range.end()) {
         result.preeditStart = int(m_preedit.offset - range.location);
@@ -44,6 +55,7 @@ TextGeometry::Segment TextGeometry::segment(TextRange range, TextLayoutCache::Ki
     result.layout = m_cache.layout(shown, kind);
     result.range = range;
     result.base = range.location;
+    m_last = {text(), m_preedit, result};
     return result;
 }
 

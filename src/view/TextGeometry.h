@@ -66,7 +66,7 @@ public:
     void setFont(const TextFont& font);
     bool wraps() const { return m_cache.wrapWidth() > 0; }
     /// 0 for no wrapping.
-    void setWrapWidth(double width) { m_cache.setWrapWidth(width); }
+    void setWrapWidth(double width);
     double wrapWidth() const { return m_cache.wrapWidth(); }
     void setPreedit(const Preedit& preedit) { m_preedit = preedit; }
     const Preedit& preedit() const { return m_preedit; }
@@ -101,6 +101,13 @@ public:
     double takeShift(double left);
 
 private:
+    /// The segment asked for last: a wrapped line is asked for once for each of its rows.
+    struct Last
+    {
+        TextSnapshot text;
+        Preedit preedit;
+        Segment segment;
+    };
     struct Shift
     {
         TextOffset line;
@@ -119,6 +126,7 @@ private:
     TextLayoutCache m_cache;
     LongLines m_longLines;
     Preedit m_preedit;
+    Last m_last;
     std::vector<Shift> m_shifts;
 };
 

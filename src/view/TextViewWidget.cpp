@@ -48,7 +48,7 @@ TextViewWidget::TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* pa
 void TextViewWidget::relayOut(const std::function<void()>& change)
 {
     change();
-    m_viewport.invalidate();
+    m_viewport.invalidateWidths();
     m_repaint.noteAllChanged();
     updateWrapWidth();
     scheduleRefresh();

@@ -31,9 +31,17 @@ const std::vector<TextViewport::VisibleRow>& TextViewport::rows()
     return m_rows;
 }
 
+void TextViewport::invalidateWidths()
+{
+    m_widestSeen = 0;
+    invalidate();
+}
+
 void TextViewport::followEdit(const TextChange& change)
 {
     m_top = std::min(mapped(m_top, change), m_geometry.text().length());
+    if (!change.replaced.isEmpty())
+        m_widestSeen = 0; // it may have gone
     invalidate();
 }
 
@@ -170,22 +178,37 @@ TextOffset TextViewport::offsetOfEstimatedRow(double row) const
     return low;
 }
 
+/// Whether the last row of the text stands wholly in sight.
+bool TextViewport::isAtEnd()
+{
+    const VisibleRow& last = rows().back();
+    return last.row.range.end() == m_geometry.text().length() &&
+           last.y + rowHeight() <= m_size.height();
+}
+
 qint64 TextViewport::y()
 {
     rows(); // pulls the place into the text
+    // Estimates may disagree with where the end really is.
+    if (m_geometry.wraps() && isAtEnd())
+        return std::max<qint64>(0, contentHeight() - m_size.height());
     return qint64(estimatedRow(m_top)) * rowHeight() + m_hidden;
 }
 
 qint64 TextViewport::contentHeight()
 {
+    const VisibleRow& first = rows().front();
+    if (first.row.range.location == 0 && first.y == 0 && isAtEnd())
+        return qint64(rows().size()) * rowHeight();
     return (qint64(estimatedRow(m_geometry.text().length())) + 1) * rowHeight();
 }
 
 void TextViewport::scrollToY(qint64 y)
 {
-    y = std::clamp<qint64>(y, 0, std::max<qint64>(0, contentHeight() - m_size.height()));
-    const qint64 row = y / rowHeight();
-    m_top = offsetOfEstimatedRow(double(row));
+    const qint64 end = std::max<qint64>(0, contentHeight() - m_size.height());
+    y = std::clamp<qint64>(y, 0, end);
+    const bool toEnd = m_geometry.wraps() && y == end;
+    m_top = toEnd ? m_geometry.text().length() : offsetOfEstimatedRow(double(y / rowHeight()));
     m_hidden = int(y % rowHeight());
     invalidate();
 }

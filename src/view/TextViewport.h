@@ -34,6 +34,8 @@ public:
     const std::vector<VisibleRow>& rows();
     /// Forgets the rows, which an edit or another layout made wrong.
     void invalidate() { m_rows.clear(); }
+    /// The same where the widths of rows are others, too.
+    void invalidateWidths();
     /// To be called after the geometry followed the edit.
     void followEdit(const TextChange& change);
 
@@ -72,6 +74,7 @@ public:
 private:
     void showRowAt(const TextGeometry::Row& row, qint64 y);
     void clampToEnd();
+    bool isAtEnd();
     double estimatedRow(TextOffset offset) const;
     TextOffset offsetOfEstimatedRow(double row) const;
     double unitsPerRow() const;
