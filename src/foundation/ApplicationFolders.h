@@ -26,6 +26,8 @@ struct ApplicationFolders
 
     /// The file of the user defaults.
     QString defaultsFile() const { return configuration + QStringLiteral("/Quillory.conf"); }
+    /// Of texts that are not safely in their files.
+    QString recoveryFolder() const { return state + QStringLiteral("/Recovery"); }
 };
 
 } // namespace quillory

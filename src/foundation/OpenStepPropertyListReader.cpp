@@ -255,10 +255,4 @@ Result<PropertyList> readOpenStepPropertyList(const QString& text)
     }
 }
 
-Result<PropertyList> readOpenStepPropertyList(const QByteArray& bytes)
-{
-    const auto text = propertyListText(bytes);
-    return text ? readOpenStepPropertyList(*text) : text.failure();
-}
-
 } // namespace quillory

@@ -3,7 +3,6 @@
 #include "foundation/PropertyList.h"
 #include "foundation/Result.h"
 
-#include <QByteArray>
 #include <QString>
 
 namespace quillory {
@@ -15,7 +14,6 @@ namespace quillory {
 /// A text without quotes consists of ASCII letters and digits and _ $ / : . - alone. Where a key
 /// occurs twice, the last value counts; a key alone stands for itself as its value. In quotes, an
 /// octal escape above \177 is a character of the NEXTSTEP encoding and \U0000 a UTF-16 code unit.
-Result<PropertyList> readOpenStepPropertyList(const QByteArray& bytes);
 Result<PropertyList> readOpenStepPropertyList(const QString& text);
 
 } // namespace quillory

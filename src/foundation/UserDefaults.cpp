@@ -33,10 +33,11 @@ bool UserDefaults::converted(const QVariant& stored, bool)
 
 int UserDefaults::converted(const QVariant& stored, int)
 {
-    if (stored.typeId() == QMetaType::Bool)
-        return stored.toBool() ? 1 : 0;
+    const PropertyList text(stored.toString());
+    const qint64 value = text.toInteger();
+    if (value == 0 && text.toBool())
+        return 1; // a YES
     using Limits = std::numeric_limits<int>;
-    const qint64 value = PropertyList(stored.toString()).toInteger();
     return int(std::clamp<qint64>(value, Limits::min(), Limits::max()));
 }
 

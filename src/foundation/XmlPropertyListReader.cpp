@@ -210,10 +210,4 @@ Result<PropertyList> readXmlPropertyList(const QString& text)
     }
 }
 
-Result<PropertyList> readXmlPropertyList(const QByteArray& bytes)
-{
-    const auto text = propertyListText(bytes);
-    return text ? readXmlPropertyList(*text) : text.failure();
-}
-
 } // namespace quillory

@@ -3,8 +3,7 @@
 #include "foundation/PropertyList.h"
 #include "foundation/Result.h"
 
-#include <QByteArray>
-#include <QStringView>
+#include <QString>
 
 namespace quillory {
 
@@ -18,7 +17,6 @@ namespace quillory {
 /// ends in texts become LF, as XML demands.
 ///
 /// A dictionary that holds nothing but an integer of 32 bits under "CF$UID" is a Uid.
-Result<PropertyList> readXmlPropertyList(const QByteArray& bytes);
 Result<PropertyList> readXmlPropertyList(const QString& text);
 
 } // namespace quillory
