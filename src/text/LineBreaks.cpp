@@ -4,6 +4,7 @@
 #include "text/TextBuilder.h"
 #include "text/TextSearch.h"
 
+#include <ranges>
 #include <vector>
 
 namespace quillory {
@@ -121,8 +122,8 @@ TextSnapshot converted(const TextSnapshot& text, LineBreakFormat format)
         return rebuilt(text, wanted);
     TextSnapshot result = text;
     const TextSnapshot replacement(wanted);
-    for (auto range = wrong.rbegin(); range != wrong.rend(); ++range)
-        result = result.replacing(*range, replacement);
+    for (const TextRange range : wrong | std::views::reverse)
+        result = result.replacing(range, replacement);
     return result;
 }
 

@@ -120,7 +120,8 @@ Utf8Progress decodeUtf8(QByteArrayView bytes, char16_t* units, qsizetype room, q
         if (*at < 0x80 && hasRoom && at[1] >= 0x80) {
             *to++ = *at++;
         } else if (*at < 0x80) {
-            const quint64 high = hasRoom ? qFromLittleEndian<quint64>(at) & 0x8080808080808080 : 0;
+            const auto high =
+                hasRoom ? qFromLittleEndian<quint64>(at) & 0x8080808080808080 : quint64(0);
             if (high == 0) {
                 const qsizetype most = std::min<qsizetype>({end - at, stop - to, longAscii});
                 const QByteArrayView rest(at, most);
