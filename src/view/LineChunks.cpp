@@ -74,6 +74,16 @@ bool LineChunks::isSettled(size_t index) const
     return index == 0 || index == count() || m_chunks[index].settled;
 }
 
+/// The width grows or shrinks with the length, until it is measured again.
+void LineChunks::resize(Chunk& chunk, TextOffset difference) const
+{
+    const double unitWidth = chunk.length > 0 ? double(chunk.width) / chunk.length : m_unitWidth;
+    chunk.length += int(difference);
+    chunk.width = float(chunk.length * unitWidth);
+    if (chunk.state == Width::Measured)
+        chunk.state = Width::Edited;
+}
+
 void LineChunks::settle(size_t index, TextOffset units)
 {
     Chunk& chunk = m_chunks[index];
@@ -82,12 +92,6 @@ void LineChunks::settle(size_t index, TextOffset units)
     if (units == 0)
         return;
     moveFinger(index - 1);
-    const auto resize = [&](Chunk& resized, TextOffset difference) {
-        resized.length += int(difference);
-        resized.width += float(double(difference) * m_unitWidth);
-        if (resized.state == Width::Measured)
-            resized.state = Width::Edited;
-    };
     resize(before, -units);
     resize(chunk, units);
 }
@@ -125,10 +129,7 @@ void LineChunks::followEdit(TextRange replaced, TextOffset inserted)
     const TextOffset newLength = oldLength() + difference;
     const auto begin = m_chunks.begin() + qsizetype(first.index);
     if (first.index == last.index && newLength <= longLine) {
-        begin->length = int(newLength);
-        begin->width += float(double(difference) * m_unitWidth);
-        if (begin->state == Width::Measured)
-            begin->state = Width::Edited;
+        resize(*begin, difference);
     } else {
         const std::vector<Chunk> chunks = cut(newLength);
         const auto at = m_chunks.erase(begin, begin + qsizetype(last.index - first.index) + 1);

@@ -81,6 +81,7 @@ private:
     };
 
     void moveFinger(size_t index) const;
+    void resize(Chunk& chunk, TextOffset difference) const;
     std::vector<Chunk> cut(TextOffset length) const;
 
     std::vector<Chunk> m_chunks;

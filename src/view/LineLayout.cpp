@@ -77,7 +77,7 @@ double LineLayout::xAt(int row, int index) const
 
 int LineLayout::indexAt(int row, double x) const
 {
-    return m_layout.lineAt(row).xToCursor(x);
+    return m_layout.lineAt(row).xToCursor(std::clamp(x, -1.0, unlimitedWidth));
 }
 
 void LineLayout::forEachStretch(int row, int start, int end,

@@ -70,8 +70,9 @@ TextGeometry::Segment TextGeometry::chunkOf(TextRange content, size_t index)
     for (const size_t cut : {index, index + 1}) {
         if (chunks.isSettled(cut))
             continue;
+        const TextOffset before = content.location + chunks.placeOf(cut - 1).start;
         const TextOffset offset = content.location + chunks.placeOf(cut).start;
-        chunks.settle(cut, unitsToCut(text(), content, offset));
+        chunks.settle(cut, unitsToCut(text(), TextRange::between(before, content.end()), offset));
     }
     const LineChunks::Place place = chunks.placeOf(index);
     Segment result = segment({content.location + place.start, chunks.lengthOf(index)},

@@ -1,0 +1,111 @@
+#include "ViewHarness.h"
+
+#include <QScrollBar>
+
+namespace quillory {
+
+namespace {
+
+QString numberedLines(int count)
+{
+    QString text;
+    for (int i = 0; i < count; ++i)
+        text += QStringLiteral("line %1 of this text\n").arg(i);
+    return text;
+}
+
+TEST(WorkCounters, aKeyLaysOutOneLine)
+{
+    ViewHarness harness(numberedLines(1000));
+    for (const TextOffset offset : {TextOffset(3), harness.storage.length() / 2}) {
+        harness.editor.setSelectedRange({offset, 0});
+        harness.view.ensureVisible(offset);
+        harness.settle();
+        WorkDone done(harness);
+        harness.press({QStringLiteral("'x'")});
+        EXPECT_EQ(done().linesLaidOut, 1);
+        EXPECT_EQ(done().chunksLaidOut, 0);
+        EXPECT_EQ(done().layoutsColoured, 1);
+    }
+}
+
+TEST(WorkCounters, returnLaysOutBothHalvesOfTheLineAndNothingBelow)
+{
+    ViewHarness harness(numberedLines(1000));
+    harness.editor.setSelectedRange({30, 0});
+    WorkDone done(harness);
+    harness.press({QStringLiteral("Return")});
+    EXPECT_EQ(done().linesLaidOut, 2);
+}
+
+TEST(WorkCounters, movingTheCaretAndBlinkingLayOutNothing)
+{
+    ViewHarness harness(numberedLines(1000));
+    WorkDone done(harness);
+    harness.press({QStringLiteral("Down"), QStringLiteral("Right"), QStringLiteral("End"),
+                   QStringLiteral("Shift+Up"), QStringLiteral("Ctrl+Right")});
+    EXPECT_EQ(done().linesLaidOut, 0);
+    EXPECT_EQ(done().layoutsColoured, 0);
+}
+
+TEST(WorkCounters, scrollingByAStepLaysOutWhatComesIntoSight)
+{
+    ViewHarness harness(numberedLines(1000));
+    WorkDone done(harness);
+    harness.view.scrollBy(0, 3 * harness.view.caretRect().height());
+    EXPECT_EQ(done().linesLaidOut, 3);
+    harness.view.scrollBy(0, -harness.view.viewport()->height());
+    EXPECT_EQ(done().linesLaidOut, 3);
+}
+
+TEST(WorkCounters, coloursAreAppliedWithoutLayingOut)
+{
+    ViewHarness harness(numberedLines(1000));
+    WorkDone done(harness);
+    OverlayAttributes red;
+    red.foreground = Colour{1, 0, 0, 1};
+    harness.overlay.setAttributes({2, 3}, red);
+    harness.overlay.setAttributes({45, 3}, red);
+    EXPECT_EQ(done().linesLaidOut, 0);
+    EXPECT_EQ(done().layoutsColoured, 2);
+}
+
+class LongLineWork : public testing::TestWithParam<bool>
+{};
+
+TEST_P(LongLineWork, aKeyLaysOutOneChunkAtAnyColumn)
+{
+    ViewHarness harness(repeated(QStringLiteral("{\"key\": 12345}, "), 3'000'000));
+    harness.view.setWrapLines(GetParam());
+    for (const TextOffset offset : {TextOffset(10), TextOffset(1'500'000), TextOffset(2'999'990)}) {
+        SCOPED_TRACE(offset);
+        harness.editor.setSelectedRange({offset, 0});
+        harness.view.ensureVisible(offset);
+        harness.settle();
+        WorkDone done(harness);
+        harness.press({QStringLiteral("'x'")});
+        EXPECT_EQ(done().chunksLaidOut, 1);
+        EXPECT_LE(done().unitsShaped, LineChunks::longLine);
+    }
+}
+
+TEST_P(LongLineWork, jumpingInAChunkedLineLaysOutWhatIsInSight)
+{
+    ViewHarness harness;
+    harness.view.setWrapLines(GetParam());
+    WorkDone done(harness);
+    harness.storage.replaceCharactersInRange(
+        {}, repeated(QStringLiteral("{\"key\": 12345}, "), 3'000'000));
+    harness.press({QStringLiteral("Ctrl+End")});
+    const qint64 inSight = GetParam() ? 5 : 3;
+    EXPECT_LE(done().chunksLaidOut, 2 * inSight);
+    harness.press({QStringLiteral("Ctrl+Home")});
+    EXPECT_LE(done().chunksLaidOut, 3 * inSight);
+    EXPECT_LE(done().unitsShaped, 3 * inSight * LineChunks::longLine);
+}
+
+INSTANTIATE_TEST_SUITE_P(Wrapping, LongLineWork, testing::Bool());
+
+} // namespace
+
+} // namespace quillory
