@@ -50,7 +50,8 @@ public:
     /// False, which is how everything absent reads.
     PropertyList();
 
-    // The kinds convert implicitly, so that a list can be written as nested braces.
+    // The kinds convert implicitly, so that a list can be written as nested braces. One pitfall: an
+    // array of nothing but one Array must spell out PropertyList, or it is a copy of that array.
     template<std::same_as<bool> T>
     PropertyList(T value) : PropertyList(boolean(value))
     {}

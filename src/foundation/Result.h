@@ -34,7 +34,7 @@ public:
     explicit operator bool() const { return std::holds_alternative<T>(m_content); }
 
     const T& operator*() const& { return std::get<T>(m_content); }
-    T&& operator*() && { return std::get<T>(std::move(m_content)); }
+    T operator*() && { return std::get<T>(std::move(m_content)); }
     const T* operator->() const { return &std::get<T>(m_content); }
 
     const Failure& failure() const { return std::get<Failure>(m_content); }

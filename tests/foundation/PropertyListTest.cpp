@@ -83,7 +83,7 @@ TEST(PropertyList, EqualityTellsKindsApart)
                                    Dictionary{{QStringLiteral("a"), 0}},
                                    Dictionary{{QStringLiteral("b"), 0}},
                                    Dictionary{{QStringLiteral("a"), 1}},
-                                   Array{Array()}};
+                                   Array{PropertyList(Array())}};
     for (const PropertyList& a : values) {
         for (const PropertyList& b : values)
             EXPECT_EQ(a == b, &a == &b) << &a - values << " and " << &b - values;
