@@ -7,8 +7,9 @@ namespace quillory::bench {
 namespace {
 
 constexpr unsigned seed = 20261121;
-constexpr const char* words[] = {"the", "quick", "brown", "fox",    "jumps", "over",     "lazy",
-                                 "int", "const", "auto",  "return", "value", "compute(", "result);"};
+constexpr const char* words[] = {"the",    "quick", "brown",    "fox",     "jumps",
+                                 "over",   "lazy",  "int",      "const",   "auto",
+                                 "return", "value", "compute(", "result);"};
 constexpr const char* foreign[] = {"größe", "été", "привет", "日本語", "—", "naïve"};
 
 QByteArray lines(qsizetype size, bool mixed)

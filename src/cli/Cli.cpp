@@ -51,8 +51,7 @@ ExitStatus runCli(const QStringList& arguments, const CliStreams& streams)
 
 ExitStatus usageError(const CliStreams& streams, QLatin1StringView command, const QString& what)
 {
-    streams.error << "quillory-cli " << command << ": " << what
-                  << "\nTry “quillory-cli --help”.\n";
+    streams.error << "quillory-cli " << command << ": " << what << "\nTry “quillory-cli --help”.\n";
     return ExitStatus::Usage;
 }
 

@@ -9,6 +9,7 @@
 #include "text/EncodingTable.h"
 
 #include <QCommandLineParser>
+#include <QCoreApplication>
 
 namespace quillory {
 
@@ -49,16 +50,19 @@ ExitStatus runConvert(const QStringList& arguments, const CliStreams& streams)
     if (!parser.parse(QStringList(commandName) + arguments))
         return usageError(streams, commandName, parser.errorText());
     if (parser.positionalArguments().size() != 2)
-        return usageError(streams, commandName, QStringLiteral("name the file to read and the file to write"));
+        return usageError(streams, commandName,
+                          QStringLiteral("name the file to read and the file to write"));
 
     const auto wrong = [&](const char* option) {
-        return usageError(streams, commandName,
-                          QStringLiteral("“%1” is no value for --%2")
-                              .arg(parser.value(QString::fromLatin1(option)), QString::fromLatin1(option)));
+        return usageError(
+            streams, commandName,
+            QStringLiteral("“%1” is no value for --%2")
+                .arg(parser.value(QString::fromLatin1(option)), QString::fromLatin1(option)));
     };
     StringEncoding from = StringEncoding::none;
     StringEncoding encoding = StringEncoding::none;
-    for (const auto& [option, target] : {std::pair("from", &from), std::pair("encoding", &encoding)}) {
+    for (const auto& [option, target] :
+         {std::pair("from", &from), std::pair("encoding", &encoding)}) {
         if (!parser.isSet(QString::fromLatin1(option)))
             continue;
         *target = encodingNamed(parser.value(QString::fromLatin1(option)));
@@ -66,8 +70,9 @@ ExitStatus runConvert(const QStringList& arguments, const CliStreams& streams)
             return wrong(option);
     }
     const QString breaks = parser.value(QStringLiteral("line-breaks"));
-    const qsizetype breakFormat = choiceOf(
-        breaks, {QString(), QStringLiteral("unix"), QStringLiteral("mac"), QStringLiteral("windows")});
+    const qsizetype breakFormat =
+        choiceOf(breaks, {QString(), QStringLiteral("unix"), QStringLiteral("mac"),
+                          QStringLiteral("windows")});
     if (breakFormat < 0)
         return wrong("line-breaks");
     const qsizetype kind = choiceOf(parser.value(QStringLiteral("as")),
@@ -82,7 +87,8 @@ ExitStatus runConvert(const QStringList& arguments, const CliStreams& streams)
         return ExitStatus::Failure;
     }
     if (from != StringEncoding::none && !decodeAs(file, from)) {
-        streams.error << "quillory-cli convert: “" << source << "” is not " << displayName(from) << '\n';
+        streams.error << "quillory-cli convert: “" << source << "” is not " << displayName(from)
+                      << '\n';
         return ExitStatus::Failure;
     }
     if (!file.text) {
@@ -96,8 +102,9 @@ ExitStatus runConvert(const QStringList& arguments, const CliStreams& streams)
     job.text = *file.text;
     job.record = file.record;
     job.layout = file.layout;
-    const bool toArchive = kind == 2 || (kind == 0 && DocumentType::ofNewFile(job.path) == DocumentType::archive);
-    job.type = toArchive ? DocumentType::archive
+    const bool toArchive =
+        kind == 2 || (kind == 0 && DocumentType::ofNewFile(job.path) == DocumentType::archive);
+    job.type = toArchive                              ? DocumentType::archive
                : kind == 0 && file.record.isPlistFile ? DocumentType::propertyList
                                                       : DocumentType::text;
     if (kind == 1)
@@ -111,7 +118,9 @@ ExitStatus runConvert(const QStringList& arguments, const CliStreams& streams)
         job.layout = standardLayout(encoding);
     }
     SystemFileOps ops;
-    RecoveryStore recovery(ops, ApplicationFolders::fromEnvironment().recovery());
+    const ApplicationFolders folders = ApplicationFolders::fromEnvironment(
+        QProcessEnvironment::systemEnvironment(), QCoreApplication::applicationDirPath());
+    RecoveryStore recovery(ops, folders.recoveryFolder());
     const SaveResult result = job.run(ops, recovery);
     if (!result.written) {
         streams.error << "quillory-cli convert: " << result.message << '\n';

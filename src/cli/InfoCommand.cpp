@@ -60,8 +60,8 @@ ExitStatus runInfo(const QStringList& arguments, const CliStreams& streams)
 {
     constexpr QLatin1StringView name("info");
     QCommandLineParser parser;
-    parser.addOption({QStringLiteral("format"), QString(), QStringLiteral("form"),
-                      QStringLiteral("text")});
+    parser.addOption(
+        {QStringLiteral("format"), QString(), QStringLiteral("form"), QStringLiteral("text")});
     if (!parser.parse(QStringList(name) + arguments))
         return usageError(streams, name, parser.errorText());
     const QString format = parser.value(QStringLiteral("format"));

@@ -1,6 +1,7 @@
 #include "document/Document.h"
 
 #include "document/Background.h"
+#include "document/CharsetProbe.h"
 #include "document/DocumentType.h"
 #include "document/DocumentWindowHost.h"
 #include "document/FirstStart.h"
@@ -82,6 +83,7 @@ void Document::adopt(ReadResult result)
     m_lineBreaks = result.lineBreaks;
     m_encodesBack = result.encodesBack;
     m_identity = result.identity;
+    m_hasEncodingAttribute = result.hasEncodingAttribute;
     if (m_record.isQuilloryDocument)
         selectEncoding();
 }
@@ -98,7 +100,7 @@ void Document::windowControllerDidLoadNib(DocumentWindowHost* window)
     fillText();
     connect(&m_environment.notifications, &NotificationCenter::posted, this,
             [this](const QString& name) {
-                if (name == Notifications::preferencesDidChange)
+                if (name == notifications::preferencesDidChange)
                     textViewSettings();
             });
     m_settingsTimer.start();
@@ -135,7 +137,7 @@ void Document::fillText()
     m_undo.removeAllActions();
     m_undo.markClean();
     m_savedForm = form();
-    if (isNew && !m_environment.defaults.value(Defaults::dontAsk))
+    if (isNew && !m_environment.defaults.value(keys::dontAsk))
         QTimer::singleShot(settingsSheetDelay, this, &Document::delayedSettingsSheet);
     Q_EMIT recordChanged();
 }
@@ -178,7 +180,7 @@ void Document::takeReread(const ReadResult& result)
 
 StringEncoding Document::guessEncodingFromData(QByteArrayView data) const
 {
-    (void)declaredEncoding(data);
+    (void)probedEncoding(data);
     return m_record.encoding;
 }
 
@@ -307,6 +309,7 @@ SaveJob Document::saveJob(const QString& path, const QString& ofType) const
     job.record.dataFromFile.reset();
     job.layout = m_layout;
     job.isUndecoded = m_undecoded;
+    job.hasEncodingAttribute = m_hasEncodingAttribute && path == m_path;
     if (path == m_path)
         job.expected = m_identity;
     job.recoveryRecord = m_recoveryRecord;

@@ -159,6 +159,7 @@ private:
     std::optional<FileIdentity> m_identity;
     SavedForm m_savedForm;
     QString m_recoveryRecord;
+    bool m_hasEncodingAttribute = false;
     bool m_undecoded = false;
     bool m_encodesBack = true;
 };

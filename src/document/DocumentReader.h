@@ -21,10 +21,11 @@ struct ReadResult
 
     /// What the record's bytes say in its encoding; nothing when they cannot be decoded.
     std::optional<TextSnapshot> text;
-    ByteLayout layout;          ///< how the bytes began: with a byte-order mark or not
-    LineBreakCounts lineBreaks; ///< as they stand in the file
-    bool encodesBack = true;    ///< saving the text as it is gives the very same bytes
-    FileIdentity identity;      ///< of the file as it was read
+    ByteLayout layout;                 ///< how the bytes began: with a byte-order mark or not
+    LineBreakCounts lineBreaks;        ///< as they stand in the file
+    bool encodesBack = true;           ///< saving the text as it is gives the very same bytes
+    bool hasEncodingAttribute = false; ///< the file names its encoding in an extended attribute
+    FileIdentity identity;             ///< of the file as it was read
 
     QString message; ///< for the user, when the answer is no
 };
@@ -37,9 +38,5 @@ ReadResult readDocument(const QString& path, const QString& type,
 /// Decodes the bytes of \a result again, in \a encoding; false, and nothing changed, when they do
 /// not decode.
 bool decodeAs(ReadResult& result, StringEncoding encoding);
-
-/// The encoding that a declaration in \a bytes names ("charset=", or the XML header's "encoding="),
-/// else the one of their byte-order mark; none when there is neither.
-StringEncoding declaredEncoding(QByteArrayView bytes);
 
 } // namespace quillory

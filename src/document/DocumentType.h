@@ -2,10 +2,8 @@
 
 #include <QString>
 
-namespace quillory {
-
 /// The three kinds of file, by the names that reading and writing compare.
-namespace DocumentType {
+namespace quillory::DocumentType {
 
 inline const QString archive = QStringLiteral("Quillory Document");
 inline const QString propertyList = QStringLiteral("Plist Document");
@@ -22,6 +20,4 @@ QString ofFile(const QString& path);
 /// The kind that a file at \a path is to have, by the extension alone.
 QString ofNewFile(const QString& path);
 
-} // namespace DocumentType
-
-} // namespace quillory
+} // namespace quillory::DocumentType

@@ -33,7 +33,7 @@ struct SaveResult
     TextOffset offset = -1; ///< of the first character that does not fit, in the text as shown
     LineIndex line;         ///< and column (from 0): where a property list stops making sense
     TextOffset column = 0;
-    FileIdentity identity;  ///< of the file as written
+    std::optional<FileIdentity> identity; ///< of the file as written
     QString recoveryRecord; ///< the record in the recovery store that holds the text; may be empty
 };
 
@@ -46,6 +46,7 @@ struct SaveJob
     DocumentRecord record;
     ByteLayout layout;
     bool isUndecoded = false; ///< the file's bytes were never understood, so it is not written over
+    bool hasEncodingAttribute = false; ///< the file has a text-encoding attribute, to be kept true
     /// What the file must still be; nothing when any file there may be replaced.
     std::optional<FileIdentity> expected;
     /// The record that an earlier, failed save left in the recovery store.

@@ -19,7 +19,7 @@ constexpr const char* themes[] = {"Default", "Discreet", "Fluffish", "Insomniac"
 
 void populateApplicationSupport(const ApplicationFolders& folders, UserDefaults& defaults)
 {
-    if (defaults.value(Defaults::firstStartEver))
+    if (defaults.value(keys::firstStartEver))
         return;
     const QString target = folders.applicationSupport;
     const QString source = folders.resources;
@@ -35,7 +35,7 @@ void populateApplicationSupport(const ApplicationFolders& folders, UserDefaults&
     };
     copyAll(QStringLiteral("/Definitions"), definitions);
     copyAll(QStringLiteral("/Themes"), themes);
-    defaults.setValue(Defaults::firstStartEver, true);
+    defaults.setValue(keys::firstStartEver, true);
 }
 
 } // namespace quillory

@@ -1,5 +1,6 @@
 #include "document/DocumentFixture.h"
 
+#include "document/CharsetProbe.h"
 #include "document/DocumentWindowHost.h"
 #include "foundation/PropertyListReader.h"
 
@@ -25,7 +26,7 @@ TEST_F(DocumentTest, ANewOneStartsAsUnixUtf8AndAsksForItsSettings)
 
     QSignalSpy sheet(document.get(), &Document::settingsSheetRequested);
     EXPECT_TRUE(sheet.wait(2000));
-    defaults.setValue(Defaults::dontAsk, true);
+    defaults.setValue(keys::dontAsk, true);
     const auto quiet = openNew();
     const auto opened = open(write("file.txt", "text"));
     QSignalSpy none(quiet.get(), &Document::settingsSheetRequested);
@@ -58,7 +59,7 @@ TEST_F(DocumentTest, TheOpenSequenceKeepsItsOrder)
                            QStringLiteral("buttons 21 48 71 97"), QStringLiteral("thumbnails")}));
     QSignalSpy settings(&document, &Document::textViewSettingsApplied);
     EXPECT_TRUE(settings.wait(1000)); // a moment after opening, and whenever the preferences change
-    notifications.post(Notifications::preferencesDidChange);
+    notifications.post(notifications::preferencesDidChange);
     EXPECT_EQ(settings.count(), 2);
 }
 
@@ -89,7 +90,8 @@ TEST_F(DocumentTest, ChangingLineBreaksIsOneNamedStep)
         EXPECT_EQ(textOf(*document), text);
         EXPECT_EQ(changed.count(), 1);
         EXPECT_EQ(document->undoManager().undoActionName(), QStringLiteral("Changed Line Endings"));
-        EXPECT_EQ(document->textView().selectedRange().location, document->completeString().length());
+        EXPECT_EQ(document->textView().selectedRange().location,
+                  document->completeString().length());
         document->textView().undo();
         EXPECT_EQ(textOf(*document), "a\r\nb\rc\nd");
     }
@@ -205,7 +207,8 @@ TEST_F(DocumentTest, PropertyListsGoThroughTheirForms)
 TEST_F(DocumentTest, DeclaredCharsetsAreProbedAndTheGuessDropped)
 {
     const auto document = openNew();
-    EXPECT_EQ(document->guessEncodingFromData("<meta charset=\"windows-1252\">"), StringEncoding::utf8);
+    EXPECT_EQ(document->guessEncodingFromData("<meta charset=\"windows-1252\">"),
+              StringEncoding::utf8);
     const std::pair<QByteArray, StringEncoding> cases[] = {
         {"<meta charset=\"windows-1252\">", StringEncoding::windowsLatin1},
         {"x; charset=iso-8859-1 ", StringEncoding::isoLatin1},
@@ -217,7 +220,7 @@ TEST_F(DocumentTest, DeclaredCharsetsAreProbedAndTheGuessDropped)
         {"\xFF\xFE", StringEncoding::none}, // too short to tell
     };
     for (const auto& [bytes, encoding] : cases)
-        EXPECT_EQ(declaredEncoding(bytes), encoding) << bytes.toStdString();
+        EXPECT_EQ(probedEncoding(bytes), encoding) << bytes.toStdString();
 }
 
 TEST_F(DocumentTest, AFileChangedByAnotherProgramIsNotWrittenOver)

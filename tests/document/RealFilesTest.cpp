@@ -19,8 +19,9 @@ const Sample samples[] = {
     {"utf8", StringEncoding::utf8, "grüße — 日本語 😀\nzwei\n"},
     {"utf16", StringEncoding::utf16, "grüße 日本語 😀\nzwei\n"},
     {"utf32", StringEncoding::utf32, "grüße 😀\nzwei\n"},
-    {"latin1", StringEncoding::isoLatin1, "Der Fluß fließt über große Steine, schön und früh am "
-                                         "Tag, während Bäume blühen.\nÜbermäßige Größe\n"},
+    {"latin1", StringEncoding::isoLatin1,
+     "Der Fluß fließt über große Steine, schön und früh am "
+     "Tag, während Bäume blühen.\nÜbermäßige Größe\n"},
     {"windows-1252", StringEncoding::windowsLatin1,
      "It’s “quoted” — the café’s naïve façade costs €5.\nDéjà vu, garçon…\n"},
     {"shift_jis", StringEncoding::shiftJis,
@@ -73,12 +74,9 @@ TEST_F(RealFilesTest, OpenEditSaveKeepsEveryByteThatWasNotEdited)
             EXPECT_TRUE(document->isDocumentEdited());
             EXPECT_TRUE(document->writeToURL(path, document->type(), &result));
             EXPECT_FALSE(document->isDocumentEdited());
-            const Sample edited{sample.name, sample.encoding, nullptr};
-            const QByteArray expected = *encoded(
-                converted(TextSnapshot(QString::fromUtf8(sample.text) + QStringLiteral("end\nof it")),
-                          LineBreakFormat(format)),
-                edited.encoding);
-            EXPECT_EQ(test::readBytes(path), expected);
+            const std::string longer = sample.text + std::string("end\nof it");
+            EXPECT_EQ(test::readBytes(path), bytesOf({sample.name, sample.encoding, longer.c_str()},
+                                                     LineBreakFormat(format)));
 
             document->textView().undo();
             EXPECT_TRUE(document->isDocumentEdited());
@@ -96,7 +94,9 @@ TEST_F(RealFilesTest, WhatNumbersDoNotTellIsKeptToo)
         {"UTF-16, little-endian with a mark", QByteArray("\xFF\xFEo\0n\0e\0\n\0", 10)},
         {"no final newline", "a\r\nb"},
         {"empty", ""},
-        {"line separators", "a\xE2\x80\xA8" "b\xE2\x80\xA9" "c\x0B\x0C\xC2\x85"},
+        {"line separators", "a\xE2\x80\xA8"
+                            "b\xE2\x80\xA9"
+                            "c\x0B\x0C\xC2\x85"},
         {"controls", QByteArray("\x1B[1mbold\x1B[0m\t\x01", 14)},
     };
     for (const auto& [name, bytes] : cases) {
@@ -123,7 +123,9 @@ TEST_F(RealFilesTest, MixedBreaksAreCountedAndBecomeOne)
 
 TEST_F(RealFilesTest, BytesThatAreNoTextAreNeverWrittenOver)
 {
-    QByteArray bytes("\x7F" "ELF\x02\x01\0\0\xFF\xFE\0\0\x90\0", 14);
+    QByteArray bytes("\x7F"
+                     "ELF\x02\x01\0\0\xFF\xFE\0\0\x90\0",
+                     14);
     bytes += QByteArray(200, '\0') + QByteArray("\x81\xFF\x00\x01", 4);
     const QString path = write("program", bytes);
     const auto document = open(path);

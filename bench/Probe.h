@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QByteArray>
+#include <QEvent>
+#include <QObject>
+#include <functional>
+#include <vector>
+
+namespace quillory::bench {
+
+/// Nanoseconds of the clock that all processes share.
+qint64 now();
+
+/// The memory of this process that is in use, in bytes.
+qint64 residentBytes();
+
+/// Prints a line of JSON, {"name": value, ...}, that bench/budgets reads.
+void report(std::initializer_list<std::pair<const char*, double>> figures);
+
+/// Calls back once the first painting of an object that \a isTarget accepts is over.
+class FirstPaint : public QObject
+{
+public:
+    FirstPaint(std::function<bool(QObject*)> isTarget, std::function<void()> painted);
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    std::function<bool(QObject*)> m_isTarget;
+    std::function<void()> m_painted;
+    bool m_done = false;
+};
+
+} // namespace quillory::bench

@@ -1,0 +1,48 @@
+#include "app/Application.h"
+
+#include "app/RenderToPng.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QProcessEnvironment>
+#include <QTimer>
+
+namespace quillory {
+
+Application::Application()
+    : m_folders(ApplicationFolders::fromEnvironment(QProcessEnvironment::systemEnvironment(),
+                                                    QCoreApplication::applicationDirPath())),
+      m_defaults(m_folders.defaultsFile()),
+      m_recovery(m_fileOps, m_folders.recoveryFolder()),
+      m_state(m_folders.state + QStringLiteral("/Windows.conf"), QSettings::IniFormat),
+      m_environment{m_folders, m_defaults, m_notifications, m_fileOps, m_recovery},
+      m_controller(m_environment, m_questions, m_state)
+{}
+
+int Application::run(const CommandLine& line)
+{
+    bool opened = false;
+    const auto finish = [&] {
+        QCoreApplication::exit(opened || !m_controller.hasFailed() ? 0 : 1);
+    };
+    QObject::connect(&m_controller, &DocumentController::finished, qApp, finish,
+                     Qt::QueuedConnection);
+    QObject::connect(
+        &m_controller, &DocumentController::windowOpened, qApp, [&](DocumentWindow* window) {
+            if (!opened && line.action == CommandLine::Action::Render)
+                renderToPng(*window, line.renderTo,
+                            [](bool written) { QCoreApplication::exit(written ? 0 : 1); });
+            opened = true;
+        });
+    if (line.targets.empty())
+        m_controller.newDocument();
+    else
+        m_controller.open(line.targets);
+    // Drawing the icon would make the first paint wait.
+    QTimer::singleShot(0, qApp, [] {
+        QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillory.svg")));
+    });
+    return QCoreApplication::exec();
+}
+
+} // namespace quillory
