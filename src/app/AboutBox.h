@@ -1,0 +1,9 @@
+#pragma once
+
+class QWidget;
+
+namespace quillory {
+
+void showAboutBox(QWidget* window);
+
+} // namespace quillory

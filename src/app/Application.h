@@ -1,0 +1,38 @@
+#pragma once
+
+#include "app/CommandLine.h"
+#include "app/DialogQuestions.h"
+#include "app/DocumentController.h"
+#include "document/DocumentEnvironment.h"
+#include "document/RecoveryStore.h"
+#include "document/SystemFileOps.h"
+#include "foundation/ApplicationFolders.h"
+#include "foundation/NotificationCenter.h"
+#include "foundation/UserDefaults.h"
+
+#include <QSettings>
+
+namespace quillory {
+
+/// The program while it runs: what all documents share, and the controller of their windows.
+class Application
+{
+public:
+    Application();
+
+    /// Does what \a line asks for until the last window is closed; the answer is the exit status.
+    int run(const CommandLine& line);
+
+private:
+    ApplicationFolders m_folders;
+    UserDefaults m_defaults;
+    NotificationCenter m_notifications;
+    SystemFileOps m_fileOps;
+    RecoveryStore m_recovery;
+    QSettings m_state;
+    DocumentEnvironment m_environment;
+    DialogQuestions m_questions;
+    DocumentController m_controller;
+};
+
+} // namespace quillory

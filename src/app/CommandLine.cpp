@@ -1,0 +1,104 @@
+#include "app/CommandLine.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QRegularExpression>
+#include <QUrl>
+
+namespace quillory {
+
+namespace {
+
+QString translate(const char* text)
+{
+    return QCoreApplication::translate("CommandLine", text);
+}
+
+/// QCommandLineParser's own help needs an application object, which needs a display.
+QString helpText()
+{
+    return translate("Usage: quillory [--line LINE[:COLUMN]] [FILE | FILE:LINE[:COLUMN] | -]…\n"
+                     "Edits text and source code; a file that does not exist is made by saving.\n"
+                     "\n"
+                     "  -                     edit what standard input delivers\n"
+                     "  --line LINE[:COLUMN]  show this place of the first file\n"
+                     "  -h, --help            show this help\n"
+                     "  -v, --version         show the version\n"
+                     "  --                    what follows are files, whatever they begin with\n");
+}
+
+OpenTarget targetOf(const QString& argument, const std::function<bool(const QString&)>& exists)
+{
+    if (argument == QLatin1StringView("-") || exists(argument))
+        return {argument, {}};
+    if (argument.startsWith(QLatin1StringView("file:")))
+        return {QUrl(argument).toLocalFile(), {}};
+    // Compilers and search tools end the place with a colon.
+    static const QRegularExpression placed(QStringLiteral("^(.+?):(\\d+(?::\\d+)?):?$"),
+                                           QRegularExpression::DotMatchesEverythingOption);
+    if (const QRegularExpressionMatch match = placed.match(argument); match.hasMatch()) {
+        if (const std::optional<TextPlace> place = parseTextPlace(match.captured(2)))
+            return {match.captured(1), place};
+    }
+    return {argument, {}};
+}
+
+CommandLine refused(const QString& reason)
+{
+    CommandLine line;
+    line.action = CommandLine::Action::Refuse;
+    line.text = reason + u'\n' + translate("Try “quillory --help”.") + u'\n';
+    return line;
+}
+
+} // namespace
+
+CommandLine parseCommandLine(const QStringList& arguments,
+                             const std::function<bool(const QString&)>& exists)
+{
+    const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
+    const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
+    const QCommandLineOption line(QStringLiteral("line"), {}, QStringLiteral("place"));
+    const QCommandLineOption render(QStringLiteral("render"), {}, QStringLiteral("picture"));
+    QCommandLineParser parser;
+    parser.addOptions({help, version, line, render});
+    const bool understood = parser.parse(arguments);
+
+    CommandLine result;
+    if (parser.isSet(help)) {
+        result.action = CommandLine::Action::ShowHelp;
+        result.text = helpText();
+        return result;
+    }
+    if (parser.isSet(version)) {
+        result.action = CommandLine::Action::ShowVersion;
+        result.text = QStringLiteral("quillory %1\n").arg(QLatin1StringView(QUILLORY_VERSION));
+        return result;
+    }
+    if (!understood)
+        return refused(parser.errorText());
+
+    for (const QString& argument : parser.positionalArguments()) {
+        if (argument.isEmpty())
+            return refused(translate("The name of a file cannot be empty."));
+        result.targets.push_back(targetOf(argument, exists));
+    }
+    if (parser.isSet(line)) {
+        const QString value = parser.value(line);
+        const std::optional<TextPlace> place = parseTextPlace(value);
+        if (!place)
+            return refused(
+                translate("“%1” is no place in a text: --line wants LINE or LINE:COLUMN.")
+                    .arg(value));
+        if (result.targets.empty())
+            return refused(translate("--line wants a file to show the line of."));
+        result.targets.front().place = place;
+    }
+    if (parser.isSet(render)) {
+        result.action = CommandLine::Action::Render;
+        result.renderTo = parser.value(render);
+    }
+    return result;
+}
+
+} // namespace quillory

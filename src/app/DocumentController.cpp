@@ -1,0 +1,231 @@
+#include "app/DocumentController.h"
+
+#include "app/UserQuestions.h"
+#include "app/WindowSize.h"
+#include "document/Document.h"
+#include "document/DocumentType.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QPointer>
+
+namespace quillory {
+
+namespace {
+
+/// A path that is the same however a file is called; empty for a file that is not there.
+QString canonical(const QString& path)
+{
+    return QFileInfo(path).canonicalFilePath();
+}
+
+} // namespace
+
+DocumentController::DocumentController(const DocumentEnvironment& environment,
+                                       UserQuestions& questions, QSettings& state)
+    : m_environment(environment), m_questions(questions), m_state(state), m_recent(state)
+{}
+
+DocumentController::~DocumentController()
+{
+    for (DocumentWindow* window : std::exchange(m_windows, {})) {
+        window->disconnect(this);
+        delete window;
+    }
+}
+
+// Windows
+
+DocumentWindow* DocumentController::newDocument()
+{
+    auto document = std::make_unique<Document>(m_environment);
+    document->setUntitledNumber(++m_lastUntitled);
+    return show(std::move(document), nullptr);
+}
+
+DocumentWindow* DocumentController::show(std::unique_ptr<Document> document,
+                                         DocumentWindow* inPlaceOf)
+{
+    auto* window = new DocumentWindow(std::move(document), {m_environment, m_questions, *this});
+    m_windows.push_back(window);
+    connect(window, &DocumentWindow::closed, this, [this](DocumentWindow* gone) {
+        std::erase(m_windows, gone);
+        settle();
+    });
+    applyInitialSize(*window, m_state);
+    const bool replaces = inPlaceOf && inPlaceOf->isUntouched();
+    if (replaces)
+        window->setGeometry(inPlaceOf->geometry());
+    window->show();
+    if (replaces)
+        inPlaceOf->close();
+    Q_EMIT windowOpened(window);
+    return window;
+}
+
+void DocumentController::raise(DocumentWindow& window)
+{
+    if (window.isMinimized())
+        window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.raise();
+    window.activateWindow();
+}
+
+void DocumentController::raiseNeighbour(DocumentWindow& window, int steps)
+{
+    const auto count = std::ssize(m_windows);
+    const auto at =
+        std::distance(m_windows.begin(), std::find(m_windows.begin(), m_windows.end(), &window));
+    raise(*m_windows[size_t((at + steps + count) % count)]);
+}
+
+void DocumentController::rememberSize(const DocumentWindow& window)
+{
+    storeSize(window, m_state);
+}
+
+DocumentWindow* DocumentController::windowShowing(const QString& path) const
+{
+    const QString wanted = canonical(path);
+    const auto it = std::find_if(m_windows.begin(), m_windows.end(), [&](DocumentWindow* window) {
+        const QString shown = window->document().path();
+        return !shown.isEmpty() &&
+               (shown == path || (!wanted.isEmpty() && canonical(shown) == wanted));
+    });
+    return it == m_windows.end() ? nullptr : *it;
+}
+
+// Opening
+
+void DocumentController::askForFiles(DocumentWindow& window)
+{
+    const QString path = window.document().path();
+    const QString folder = path.isEmpty() ? QDir::currentPath() : QFileInfo(path).path();
+    m_questions.askForFiles(&window, folder,
+                            [this, guard = QPointer(&window)](const QStringList& paths) {
+                                std::vector<OpenTarget> targets;
+                                for (const QString& chosen : paths)
+                                    targets.push_back({chosen, {}});
+                                open(targets, guard);
+                            });
+}
+
+void DocumentController::open(const std::vector<OpenTarget>& targets, DocumentWindow* window)
+{
+    const QPointer<DocumentWindow> guard(window);
+    for (const OpenTarget& target : targets)
+        openOne(target, guard);
+}
+
+void DocumentController::openOne(const OpenTarget& target, DocumentWindow* window)
+{
+    const auto taken = [this, target, guard = QPointer(window)](std::optional<ReadResult> result) {
+        --m_underway;
+        m_reading.removeOne(result ? canonical(result->path) : canonical(target.path));
+        if (result)
+            take(std::move(*result), target, guard);
+        settle();
+    };
+    if (target.isStandardInput()) {
+        ++m_underway;
+        m_loader.loadStandardInput(window, taken);
+        return;
+    }
+    const QString path = QDir::cleanPath(QFileInfo(target.path).absoluteFilePath());
+    if (DocumentWindow* shown = windowShowing(path)) {
+        raise(*shown);
+        if (target.place)
+            shown->goTo(*target.place);
+        return;
+    }
+    const QFileInfo info(path);
+    if (!info.exists()) {
+        openNewFile(path, target, window);
+        return;
+    }
+    const QString name = canonical(path);
+    if (m_reading.contains(name))
+        return;
+    m_reading.append(name);
+    ++m_underway;
+    m_loader.load(path, window, taken);
+}
+
+/// A path at which no file is: the document is new, and saving makes the file.
+void DocumentController::openNewFile(const QString& path, const OpenTarget& target,
+                                     DocumentWindow* window)
+{
+    const QFileInfo folder(QFileInfo(path).path());
+    if (!folder.isDir()) {
+        fail(tr("There is no folder “%1”, so “%2” cannot be opened. Make the folder first, or open "
+                "another file.")
+                 .arg(folder.filePath(), QFileInfo(path).fileName()),
+             window);
+        return;
+    }
+    ReadResult nothing;
+    nothing.answer = true;
+    nothing.path = path;
+    nothing.type = DocumentType::ofFile(path);
+    take(std::move(nothing), target, window);
+}
+
+void DocumentController::take(ReadResult result, const OpenTarget& target, DocumentWindow* window)
+{
+    if (!result.answer) {
+        fail(result.message, window);
+        return;
+    }
+    const QString path = result.path;
+    auto document = std::make_unique<Document>(m_environment);
+    document->setUntitledNumber(path.isEmpty() ? ++m_lastUntitled : 0);
+    document->adopt(std::move(result));
+    DocumentWindow* shown = show(std::move(document), window);
+    // What came from standard input is nowhere on disk yet.
+    if (path.isEmpty())
+        shown->document().undoManager().markDirty();
+    else if (QFileInfo::exists(path))
+        m_recent.note(path);
+    if (target.place)
+        shown->goTo(*target.place);
+}
+
+void DocumentController::fail(const QString& message, DocumentWindow* window)
+{
+    m_failed = true;
+    qWarning("quillory: %s", qUtf8Printable(message));
+    ++m_underway;
+    m_questions.tell(window, tr("The file cannot be opened."), message, [this] {
+        --m_underway;
+        settle();
+    });
+}
+
+// Quitting
+
+void DocumentController::quit()
+{
+    if (m_windows.empty()) {
+        settle();
+        return;
+    }
+    // The windows without a question go last, so that a Cancel keeps them.
+    const auto edited =
+        std::find_if(m_windows.begin(), m_windows.end(), [](DocumentWindow* window) {
+            return window->isBusy() || window->document().isDocumentEdited();
+        });
+    DocumentWindow* next = edited == m_windows.end() ? m_windows.back() : *edited;
+    next->closeAfterQuestions([this](bool closed) {
+        if (closed)
+            quit();
+    });
+}
+
+/// Without a window there is no way back into the program, so it ends with its last one.
+void DocumentController::settle()
+{
+    if (m_windows.empty() && m_underway == 0)
+        Q_EMIT finished();
+}
+
+} // namespace quillory

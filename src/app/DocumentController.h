@@ -1,0 +1,75 @@
+#pragma once
+
+#include "app/CommandLine.h"
+#include "app/DocumentLoader.h"
+#include "app/DocumentWindow.h"
+#include "app/RecentDocuments.h"
+
+#include <QObject>
+#include <vector>
+
+class QSettings;
+
+namespace quillory {
+
+/// Opens documents, each in a window of its own, and knows the windows that are open.
+class DocumentController : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// \a state keeps the recent files and the windows' size from one session to the next.
+    DocumentController(const DocumentEnvironment& environment, UserQuestions& questions,
+                       QSettings& state);
+    ~DocumentController() override;
+
+    DocumentWindow* newDocument();
+    /// Opens each target, or raises the window that shows it; an untouched new document makes room.
+    /// What cannot be opened is told in \a window, or in a dialog of its own, and on standard
+    /// error.
+    void open(const std::vector<OpenTarget>& targets, DocumentWindow* window = nullptr);
+    void askForFiles(DocumentWindow& window);
+    /// Closes all windows, asking for each that was edited; any of them may keep the rest open.
+    void quit();
+
+    /// In the order in which they were opened.
+    const std::vector<DocumentWindow*>& windows() const { return m_windows; }
+    void raise(DocumentWindow& window);
+    /// Raises the window \a steps after \a window in windows(), in a circle.
+    void raiseNeighbour(DocumentWindow& window, int steps);
+    void rememberSize(const DocumentWindow& window);
+
+    QStringList recentDocuments() const { return m_recent.paths(); }
+    void clearRecentDocuments() { m_recent.clear(); }
+    void noteSaved(const QString& path) { m_recent.note(path); }
+
+    /// True when something that was asked for could not be opened.
+    bool hasFailed() const { return m_failed; }
+
+Q_SIGNALS:
+    void windowOpened(quillory::DocumentWindow* window);
+    /// No window is open, none is about to be, and nothing is left to tell.
+    void finished();
+
+private:
+    void openOne(const OpenTarget& target, DocumentWindow* window);
+    void openNewFile(const QString& path, const OpenTarget& target, DocumentWindow* window);
+    void take(ReadResult result, const OpenTarget& target, DocumentWindow* window);
+    DocumentWindow* show(std::unique_ptr<Document> document, DocumentWindow* inPlaceOf);
+    DocumentWindow* windowShowing(const QString& path) const;
+    void fail(const QString& message, DocumentWindow* window);
+    void settle();
+
+    const DocumentEnvironment& m_environment;
+    UserQuestions& m_questions;
+    QSettings& m_state;
+    RecentDocuments m_recent;
+    DocumentLoader m_loader;
+    std::vector<DocumentWindow*> m_windows;
+    QStringList m_reading; ///< canonical paths of the files that are being read
+    int m_underway = 0;    ///< readings and dialogs that must end before the program may
+    int m_lastUntitled = 0;
+    bool m_failed = false;
+};
+
+} // namespace quillory

@@ -1,0 +1,329 @@
+#include "app/DocumentWindow.h"
+
+#include "app/DocumentController.h"
+#include "app/DocumentMessages.h"
+#include "app/GoToLineDialog.h"
+#include "app/MainMenu.h"
+#include "app/MessageArea.h"
+#include "app/RereadFlow.h"
+#include "app/SaveFlow.h"
+#include "app/StatusLine.h"
+#include "app/UserQuestions.h"
+#include "app/ViewAppearance.h"
+#include "document/Background.h"
+#include "document/Document.h"
+#include "text/TextEncoder.h"
+#include "view/TextViewWidget.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFontDialog>
+#include <QMenu>
+#include <QVBoxLayout>
+
+namespace quillory {
+
+DocumentWindow::DocumentWindow(std::unique_ptr<Document> document, const WindowServices& services)
+    : m_services(services), m_document(std::move(document))
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    build();
+    connectDocument();
+    m_document->windowControllerDidLoadNib(this);
+    // Nothing can be typed into a file that nothing is seen of.
+    m_document->textView().setEditable(!m_document->isUndecoded());
+    m_menu = new MainMenu(*this);
+    m_status->showPosition(*m_document);
+    updateTitle();
+    showStateMessages(*this);
+}
+
+DocumentWindow::~DocumentWindow()
+{
+    // The widgets look at the document to the last.
+    delete takeCentralWidget();
+    delete m_settings;
+}
+
+void DocumentWindow::build()
+{
+    auto* content = new QWidget(this);
+    auto* layout = new QVBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    m_messages = new MessageArea(content);
+    m_view = new TextViewWidget(m_document->textView(), m_document->overlay(), content);
+    m_view->setFrameShape(QFrame::NoFrame);
+    m_view->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_status = new StatusLine(content);
+    m_status->setObjectName(QStringLiteral("statusLine"));
+    layout->addWidget(m_messages);
+    layout->addWidget(m_view, 1);
+    layout->addWidget(m_status);
+    setCentralWidget(content);
+    m_view->setFocus();
+
+    const DocumentEnvironment& environment = m_services.environment;
+    m_appearance = std::make_unique<ViewAppearance>(*m_view, environment);
+    m_saving = std::make_unique<SaveFlow>(*m_document, environment, m_services.questions, *this);
+    m_rereading = std::make_unique<RereadFlow>(*m_document, m_services.questions, *this);
+}
+
+void DocumentWindow::connectDocument()
+{
+    Document& document = *m_document;
+    const auto showPosition = [this] { m_status->showPosition(*m_document); };
+    connect(&document.textView(), &QPTextView::selectionDidChange, this, showPosition);
+    connect(&document.textView(), &QPTextView::textDidChange, this, showPosition);
+    connect(&document.textView(), &QPTextView::beep, this, [] { QApplication::beep(); });
+    connect(&document, &Document::editedChanged, this,
+            [this] { setWindowModified(m_document->isDocumentEdited()); });
+    connect(&document, &Document::recordChanged, this, [this] {
+        updateTitle();
+        m_status->showForm(*m_document);
+    });
+    connect(&document, &Document::textViewSettingsApplied, this, [this] { m_appearance->apply(); });
+    connect(&document, &Document::settingsSheetRequested, this, [this] {
+        if (isUntouched())
+            showSettings(SettingsPopover::Reason::NewDocument);
+    });
+
+    connect(m_view, &QWidget::customContextMenuRequested, this, &DocumentWindow::showContextMenu);
+    connect(m_messages, &MessageArea::dismissed, m_view, [this] { m_view->setFocus(); });
+    connect(m_status, &StatusLine::positionClicked, this, &DocumentWindow::askForPlace);
+    connect(m_status, &StatusLine::formClicked, this, [this] {
+        if (m_settings && m_settings->isVisible())
+            m_settings->close();
+        else
+            showSettings();
+    });
+
+    connect(m_saving.get(), &SaveFlow::savingChanged, this, &DocumentWindow::updateActivity);
+    connect(m_saving.get(), &SaveFlow::saved, this, [this](const QString& path) {
+        m_messages->clearAll();
+        m_services.controller.noteSaved(path);
+    });
+    connect(m_saving.get(), &SaveFlow::failed, this,
+            [this](const SaveResult& result) { showSaveProblem(*this, result); });
+    connect(m_rereading.get(), &RereadFlow::readingChanged, this, &DocumentWindow::updateActivity);
+    connect(m_rereading.get(), &RereadFlow::reread, this, [this] {
+        m_messages->clearAll();
+        showStateMessages(*this);
+    });
+    connect(m_rereading.get(), &RereadFlow::failed, this,
+            [this](const QString& message, bool undecodable) {
+                showReadProblem(*this, message, undecodable);
+            });
+}
+
+bool DocumentWindow::isUntouched() const
+{
+    return m_document->path().isEmpty() && !m_document->isDocumentEdited() &&
+           m_document->completeString().isEmpty() && !m_document->undoManager().canUndo();
+}
+
+bool DocumentWindow::isBusy() const
+{
+    return m_saving->isSaving() || m_rereading->isReading();
+}
+
+// The window's own looks
+
+void DocumentWindow::updateTitle()
+{
+    QString name = m_document->displayName();
+    name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
+    setWindowTitle(tr("%1[*] — Quillory").arg(name));
+    setWindowModified(m_document->isDocumentEdited());
+    if (windowFilePath() != m_document->path())
+        setWindowFilePath(m_document->path());
+    Q_EMIT titleChanged();
+}
+
+void DocumentWindow::updateActivity()
+{
+    m_status->setActivity(m_saving->isSaving()       ? tr("Saving…")
+                          : m_rereading->isReading() ? tr("Reading…")
+                                                     : QString());
+    m_menu->scheduleRefresh();
+}
+
+void DocumentWindow::setStatusLineShown(bool shown)
+{
+    m_status->setVisible(shown);
+}
+
+void DocumentWindow::toggleFullScreen()
+{
+    setWindowState(windowState() ^ Qt::WindowFullScreen);
+}
+
+void DocumentWindow::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange && m_menu)
+        m_menu->scheduleRefresh();
+}
+
+void DocumentWindow::showContextMenu(QPoint point)
+{
+    QMenu* menu = m_menu->newContextMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(m_view->viewport()->mapToGlobal(point));
+}
+
+void DocumentWindow::chooseFont()
+{
+    auto* dialog = new QFontDialog(m_appearance->font(), this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setOption(QFontDialog::MonospacedFonts);
+    connect(dialog, &QFontDialog::fontSelected, this,
+            [this](const QFont& font) { m_appearance->setFont(font); });
+    dialog->open();
+}
+
+// Places in the text
+
+void DocumentWindow::goTo(TextPlace place)
+{
+    goToOffset(offsetOf(m_document->completeString(), place));
+}
+
+void DocumentWindow::goToOffset(TextOffset offset)
+{
+    m_document->textView().setSelectedRange({offset, 0});
+    m_view->centerOn(offset);
+    m_view->setFocus();
+}
+
+void DocumentWindow::askForPlace()
+{
+    const TextSnapshot& text = m_document->completeString();
+    const TextOffset caret = m_document->textView().primarySelection().head;
+    auto* dialog = new GoToLineDialog(placeOf(text, caret).line, text.lineCount(), this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &GoToLineDialog::chosen, this, &DocumentWindow::goTo);
+    dialog->open();
+}
+
+// The form of the document
+
+void DocumentWindow::showSettings(SettingsPopover::Reason reason)
+{
+    if (!m_settings) {
+        m_settings = new SettingsPopover(*m_document, m_services.environment, this);
+        connect(m_settings, &SettingsPopover::encodingChosen, this, &DocumentWindow::checkEncoding);
+        connect(m_settings, &SettingsPopover::closed, this, [this](bool hadFocus) {
+            if (hadFocus)
+                m_view->setFocus();
+        });
+    }
+    m_settings->open(reason);
+}
+
+void DocumentWindow::chooseEncoding(StringEncoding encoding)
+{
+    if (m_document->isUndecoded()) {
+        m_rereading->reopen(encoding);
+        return;
+    }
+    EncodingList& list = m_document->encodingsArrayController();
+    list.selectNumber(encoding);
+    m_document->changeEncodingAction();
+    checkEncoding();
+}
+
+/// Tells of the first character that the document's encoding lacks, if there is one, or that there
+/// is none any more. Looking takes long in a long text, so it is done aside.
+void DocumentWindow::checkEncoding()
+{
+    const StringEncoding encoding = m_document->record().encoding;
+    m_messages->clear(MessageArea::Subject::Encoding);
+    m_messages->clear(MessageArea::Subject::Saving);
+    runInBackground(
+        this,
+        [text = m_document->completeString(), encoding] { return findUnencodable(text, encoding); },
+        [this, encoding](const std::optional<EncodingFailure>& failure) {
+            if (failure && encoding == m_document->record().encoding)
+                showUnencodable(*this, *failure);
+        });
+}
+
+void DocumentWindow::chooseLineBreaks(int lbFormat)
+{
+    m_document->record().lbFormat = lbFormat;
+    m_document->changeLBFormatAction(lbFormat);
+}
+
+// Closing
+
+void DocumentWindow::closeEvent(QCloseEvent* event)
+{
+    if (!m_mayClose && (isBusy() || m_document->isDocumentEdited())) {
+        event->ignore();
+        closeAfterQuestions();
+        return;
+    }
+    m_services.controller.rememberSize(*this);
+    event->accept();
+    Q_EMIT closed(this);
+}
+
+void DocumentWindow::closeAfterQuestions(const std::function<void(bool)>& then)
+{
+    if (m_asking) {
+        raise();
+        activateWindow();
+        if (then)
+            then(false);
+        return;
+    }
+    m_asking = true;
+    m_saving->whenIdle([this, then] { askBeforeClosing(then); });
+}
+
+void DocumentWindow::askBeforeClosing(const std::function<void(bool)>& then)
+{
+    const auto stay = [this, then] {
+        m_asking = false;
+        if (then)
+            then(false);
+    };
+    if (!m_document->isDocumentEdited()) {
+        finishClosing(then);
+        return;
+    }
+    raise();
+    activateWindow();
+    m_services.questions.askToSave(
+        this, m_document->displayName(), [this, then, stay](UserQuestions::BeforeClosing answer) {
+            switch (answer) {
+            case UserQuestions::BeforeClosing::Discard:
+                finishClosing(then);
+                break;
+            case UserQuestions::BeforeClosing::Cancel:
+                stay();
+                break;
+            case UserQuestions::BeforeClosing::Save:
+                // The text may have been edited on while it was saved.
+                m_saving->save([this, then, stay](bool saved) {
+                    if (saved)
+                        m_saving->whenIdle([this, then] { askBeforeClosing(then); });
+                    else
+                        stay();
+                });
+                break;
+            }
+        });
+}
+
+void DocumentWindow::finishClosing(const std::function<void(bool)>& then)
+{
+    m_asking = false;
+    m_mayClose = true;
+    close();
+    if (then)
+        then(true);
+}
+
+} // namespace quillory

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "app/SettingsPopover.h"
+#include "app/TextPlace.h"
+#include "document/DocumentWindowHost.h"
+#include "document/DocumentWriter.h"
+#include "text/StringEncoding.h"
+
+#include <QMainWindow>
+#include <functional>
+#include <memory>
+
+namespace quillory {
+
+class Document;
+class DocumentController;
+class MainMenu;
+class MessageArea;
+class RereadFlow;
+class SaveFlow;
+class StatusLine;
+class TextViewWidget;
+class UserQuestions;
+class ViewAppearance;
+struct DocumentEnvironment;
+
+/// What the windows share. All of it outlives them.
+struct WindowServices
+{
+    const DocumentEnvironment& environment;
+    UserQuestions& questions;
+    DocumentController& controller;
+};
+
+/// The window of one document: its messages, its text and the status line, below the menus.
+class DocumentWindow : public QMainWindow, public DocumentWindowHost
+{
+    Q_OBJECT
+
+public:
+    /// Opens \a document, which must have been read; the window is not shown yet.
+    DocumentWindow(std::unique_ptr<Document> document, const WindowServices& services);
+    ~DocumentWindow() override;
+
+    Document& document() const { return *m_document; }
+    DocumentController& controller() const { return m_services.controller; }
+    TextViewWidget& view() const { return *m_view; }
+    ViewAppearance& appearance() const { return *m_appearance; }
+    StatusLine& statusLine() const { return *m_status; }
+    MessageArea& messages() const { return *m_messages; }
+    SaveFlow& saving() const { return *m_saving; }
+    RereadFlow& rereading() const { return *m_rereading; }
+
+    /// True for a new document that nothing was done to, so that another may take its place.
+    bool isUntouched() const;
+    /// A background save or reading goes on.
+    bool isBusy() const;
+
+    /// Puts the caret there, and shows it in the middle of the window.
+    void goTo(TextPlace place);
+    void goToOffset(TextOffset offset);
+    void askForPlace();
+
+    void showSettings(SettingsPopover::Reason reason = SettingsPopover::Reason::Asked);
+    /// The encoding of the next save; for a file that was not understood, the one to read it in.
+    void chooseEncoding(StringEncoding encoding);
+    void chooseLineBreaks(int lbFormat);
+    void setStatusLineShown(bool shown);
+    void toggleFullScreen();
+    void chooseFont();
+
+    /// Closes the window once the document is saved or its edits are given up; \a then is told
+    /// whether it closed.
+    void closeAfterQuestions(const std::function<void(bool closed)>& then = {});
+
+Q_SIGNALS:
+    /// The window is going, and its document with it.
+    void closed(DocumentWindow* window);
+    /// The title, or the file behind it, is another.
+    void titleChanged();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void build();
+    void connectDocument();
+    void updateTitle();
+    void updateActivity();
+    void showContextMenu(QPoint point);
+    void checkEncoding();
+    void askBeforeClosing(const std::function<void(bool)>& then);
+    void finishClosing(const std::function<void(bool)>& then);
+
+    WindowServices m_services;
+    std::unique_ptr<Document> m_document;
+    MessageArea* m_messages = nullptr;
+    TextViewWidget* m_view = nullptr;
+    StatusLine* m_status = nullptr;
+    SettingsPopover* m_settings = nullptr; ///< made when first shown
+    MainMenu* m_menu = nullptr;
+    std::unique_ptr<ViewAppearance> m_appearance;
+    std::unique_ptr<SaveFlow> m_saving;
+    std::unique_ptr<RereadFlow> m_rereading;
+    bool m_asking = false;   ///< a question before closing is open
+    bool m_mayClose = false; ///< it was answered
+};
+
+} // namespace quillory

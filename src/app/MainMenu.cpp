@@ -1,0 +1,117 @@
+#include "app/MainMenu.h"
+
+#include "app/DocumentWindow.h"
+#include "app/MenuTable.h"
+#include "document/Document.h"
+
+#include <QMenu>
+#include <QMenuBar>
+
+namespace quillory {
+
+namespace {
+
+/// The program's own keys come first, so that the menus show the same on every desktop.
+QList<QKeySequence> keysOf(const MenuItem& item)
+{
+    QList<QKeySequence> keys;
+    if (item.ownKeys)
+        keys = QKeySequence::listFromString(QLatin1StringView(item.ownKeys));
+    for (const QKeySequence& key : QKeySequence::keyBindings(item.standardKey)) {
+        if (!keys.contains(key))
+            keys.append(key);
+    }
+    return keys;
+}
+
+} // namespace
+
+MainMenu::MainMenu(DocumentWindow& window) : QObject(&window), m_window(window)
+{
+    for (const MenuDefinition& definition : menuTable()) {
+        QMenu* menu = window.menuBar()->addMenu(menuText(definition.title));
+        for (const MenuItem& item : definition.items)
+            addItem(*menu, item);
+        connect(menu, &QMenu::aboutToShow, this, &MainMenu::refresh);
+        if (definition.extend) {
+            // A part of its own, so that it can be cleared.
+            const qsizetype fixed = menu->actions().size();
+            connect(menu, &QMenu::aboutToShow, this, [this, menu, fixed, &definition] {
+                const QList<QAction*> actions = menu->actions();
+                for (qsizetype i = fixed; i < actions.size(); ++i)
+                    delete actions[i];
+                definition.extend(*menu, m_window);
+            });
+        }
+    }
+    m_refresh.setSingleShot(true);
+    m_refresh.setInterval(0);
+    connect(&m_refresh, &QTimer::timeout, this, &MainMenu::refresh);
+    Document& document = window.document();
+    connect(&document.undoManager(), &UndoManager::stepsChanged, this, &MainMenu::scheduleRefresh);
+    connect(&document.textView(), &QPTextView::selectionDidChange, this,
+            &MainMenu::scheduleRefresh);
+    connect(&document, &Document::recordChanged, this, &MainMenu::scheduleRefresh);
+    refresh();
+}
+
+void MainMenu::addItem(QMenu& menu, const MenuItem& item)
+{
+    if (!item.text) {
+        menu.addSeparator();
+        return;
+    }
+    QAction* action = nullptr;
+    if (item.fill) {
+        QMenu* submenu = menu.addMenu(menuText(item.text));
+        connect(submenu, &QMenu::aboutToShow, this, [this, submenu, &item] {
+            submenu->clear();
+            item.fill(*submenu, m_window);
+        });
+        action = submenu->menuAction();
+    } else {
+        action = menu.addAction(menuText(item.text));
+        action->setShortcuts(keysOf(item));
+        action->setCheckable(item.isChecked != nullptr);
+        connect(action, &QAction::triggered, this, [this, &item] {
+            item.run(m_window);
+            scheduleRefresh();
+        });
+    }
+    m_commands.push_back({action, &item});
+}
+
+void MainMenu::refresh()
+{
+    for (const Command& command : m_commands) {
+        if (command.item->isEnabled)
+            command.action->setEnabled(command.item->isEnabled(m_window));
+        if (command.item->isChecked)
+            command.action->setChecked(command.item->isChecked(m_window));
+        if (command.item->label)
+            command.action->setText(command.item->label(m_window));
+    }
+}
+
+QMenu* MainMenu::newContextMenu()
+{
+    refresh();
+    auto* menu = new QMenu(&m_window);
+    for (const MenuDefinition& definition : menuTable()) {
+        for (const MenuItem& item : definition.items) {
+            if (!item.inContextMenu)
+                continue;
+            if (!item.text) {
+                menu->addSeparator();
+                continue;
+            }
+            for (const Command& command : m_commands) {
+                if (command.item == &item)
+                    menu->addAction(command.action);
+            }
+        }
+    }
+    return menu;
+}
+
+} // namespace quillory

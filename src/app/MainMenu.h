@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <vector>
+
+class QAction;
+class QMenu;
+
+namespace quillory {
+
+class DocumentWindow;
+struct MenuItem;
+
+/// The menu bar of a document window, made from the menu table, and what keeps the names, the
+/// check marks and the enabling of its commands true.
+class MainMenu : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit MainMenu(DocumentWindow& window);
+
+    /// Brings the commands up to date once the events at hand are dealt with.
+    void scheduleRefresh() { m_refresh.start(); }
+
+    /// The commands that belong under the mouse; the caller shows and deletes it.
+    QMenu* newContextMenu();
+
+private:
+    struct Command
+    {
+        QAction* action;
+        const MenuItem* item;
+    };
+
+    void addItem(QMenu& menu, const MenuItem& item);
+    void refresh();
+
+    DocumentWindow& m_window;
+    std::vector<Command> m_commands;
+    QTimer m_refresh;
+};
+
+} // namespace quillory

@@ -1,0 +1,299 @@
+#include "app/MenuTable.h"
+
+#include "app/AboutBox.h"
+#include "app/DocumentController.h"
+#include "app/DocumentWindow.h"
+#include "app/EncodingMenu.h"
+#include "app/RereadFlow.h"
+#include "app/SaveFlow.h"
+#include "app/StatusLine.h"
+#include "app/ViewAppearance.h"
+#include "document/Document.h"
+#include "text/LineBreaks.h"
+#include "view/TextViewWidget.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QMenu>
+
+// The table is read by translation tools too, which look for the texts by these macros.
+#define ENTRY(text) QT_TRANSLATE_NOOP("MenuTable", text)
+
+namespace quillory {
+
+namespace {
+
+using W = DocumentWindow;
+
+bool isIdle(const W& w)
+{
+    return !w.isBusy();
+}
+
+bool hasFile(const W& w)
+{
+    return isIdle(w) && !w.document().path().isEmpty();
+}
+
+bool isUnderstood(const W& w)
+{
+    return isIdle(w) && !w.document().isUndecoded();
+}
+
+bool hasSelection(const W& w)
+{
+    const auto& selections = w.document().textView().selections();
+    return std::any_of(selections.begin(), selections.end(),
+                       [](const Selection& selection) { return !selection.isCaret(); });
+}
+
+bool canDelete(const W& w)
+{
+    return w.document().textView().isEditable() && hasSelection(w);
+}
+
+/// "Undo Typing": a command with the name of the step that it takes.
+QString withStep(const char* command, const QString& step)
+{
+    return step.isEmpty() ? menuText(command) : menuText(command) + u' ' + step;
+}
+
+// Submenus
+
+void fillRecent(QMenu& menu, W& w)
+{
+    const QStringList paths = w.controller().recentDocuments();
+    for (const QString& path : paths) {
+        const QFileInfo info(path);
+        QString label = QStringLiteral("%1 — %2").arg(info.fileName(), info.path());
+        QAction* action = menu.addAction(label.replace(u'&', QStringLiteral("&&")));
+        QObject::connect(action, &QAction::triggered, &w, [&w, path] {
+            w.controller().open({{path, {}}}, &w);
+        });
+    }
+    menu.addSeparator();
+    QAction* clear = menu.addAction(menuText(ENTRY("&Clear List")));
+    clear->setEnabled(!paths.isEmpty());
+    QObject::connect(clear, &QAction::triggered, &w,
+                     [&w] { w.controller().clearRecentDocuments(); });
+}
+
+void fillReopen(QMenu& menu, W& w)
+{
+    fillEncodingMenu(menu, w.document().encodingsArrayController().entries(),
+                     w.document().record().encoding,
+                     [&w](StringEncoding encoding) { w.rereading().reopen(encoding); });
+}
+
+void fillEncodings(QMenu& menu, W& w)
+{
+    fillEncodingMenu(menu, w.document().encodingsArrayController().entries(),
+                     w.document().record().encoding,
+                     [&w](StringEncoding encoding) { w.chooseEncoding(encoding); });
+}
+
+void fillLineBreaks(QMenu& menu, W& w)
+{
+    for (const LineBreakFormat format :
+         {LineBreakFormat::unixLf, LineBreakFormat::macCr, LineBreakFormat::windowsCrLf}) {
+        QAction* action = menu.addAction(label(format));
+        action->setCheckable(true);
+        action->setChecked(w.document().record().lbFormat == int(format));
+        QObject::connect(action, &QAction::triggered, &w,
+                         [&w, format] { w.chooseLineBreaks(int(format)); });
+    }
+}
+
+void listWindows(QMenu& menu, W& w)
+{
+    int number = 0;
+    for (W* other : w.controller().windows()) {
+        QString name = other->document().displayName();
+        name.replace(u'&', QStringLiteral("&&"));
+        ++number;
+        const QString mnemonic = number < 10 ? QStringLiteral("&%1  ").arg(number) : QString();
+        QAction* action =
+            menu.addAction(mnemonic + name + (other->isWindowModified() ? u" •"_qs : QString()));
+        action->setToolTip(other->document().path());
+        action->setCheckable(true);
+        action->setChecked(other == &w);
+        QObject::connect(action, &QAction::triggered, other,
+                         [other] { other->controller().raise(*other); });
+    }
+    menu.setToolTipsVisible(true);
+}
+
+// The menus
+
+constexpr auto noKey = QKeySequence::UnknownKey;
+
+constexpr MenuItem separator{};
+
+constexpr MenuItem fileMenu[]{
+    {.text = ENTRY("&New"),
+     .standardKey = QKeySequence::New,
+     .run = [](W& w) { w.controller().newDocument(); }},
+    {.text = ENTRY("&Open…"),
+     .standardKey = QKeySequence::Open,
+     .run = [](W& w) { w.controller().askForFiles(w); }},
+    {.text = ENTRY("Open &Recent"), .fill = fillRecent},
+    separator,
+    {.text = ENTRY("&Save"),
+     .standardKey = QKeySequence::Save,
+     .run = [](W& w) { w.saving().save(); }},
+    {.text = ENTRY("Save &As…"),
+     .standardKey = QKeySequence::SaveAs,
+     .ownKeys = "Ctrl+Shift+S",
+     .run = [](W& w) { w.saving().saveAs(); }},
+    {.text = ENTRY("Save a Cop&y…"),
+     .run = [](W& w) { w.saving().saveCopy(); },
+     .isEnabled = isUnderstood},
+    separator,
+    {.text = ENTRY("Re&vert to Saved"),
+     .run = [](W& w) { w.rereading().revert(); },
+     .isEnabled = hasFile},
+    {.text = ENTRY("Reopen with &Encoding"), .isEnabled = hasFile, .fill = fillReopen},
+    separator,
+    {.text = ENTRY("&Close"),
+     .standardKey = QKeySequence::Close,
+     .ownKeys = "Ctrl+W",
+     .run = [](W& w) { w.close(); }},
+    {.text = ENTRY("&Quit"),
+     .standardKey = QKeySequence::Quit,
+     .ownKeys = "Ctrl+Q",
+     .run = [](W& w) { w.controller().quit(); }},
+};
+
+constexpr MenuItem editMenu[]{
+    {.text = ENTRY("&Undo"),
+     .standardKey = QKeySequence::Undo,
+     .run = [](W& w) { w.view().undo(); },
+     .isEnabled = [](const W& w) { return w.document().undoManager().canUndo(); },
+     .label =
+         [](const W& w) { return withStep("&Undo", w.document().undoManager().undoActionName()); },
+     .inContextMenu = true},
+    {.text = ENTRY("&Redo"),
+     .standardKey = QKeySequence::Redo,
+     .ownKeys = "Ctrl+Shift+Z; Ctrl+Y",
+     .run = [](W& w) { w.view().redo(); },
+     .isEnabled = [](const W& w) { return w.document().undoManager().canRedo(); },
+     .label =
+         [](const W& w) { return withStep("&Redo", w.document().undoManager().redoActionName()); },
+     .inContextMenu = true},
+    {.inContextMenu = true},
+    {.text = ENTRY("Cu&t"),
+     .standardKey = QKeySequence::Cut,
+     .run = [](W& w) { w.view().cut(); },
+     .isEnabled = canDelete,
+     .inContextMenu = true},
+    {.text = ENTRY("&Copy"),
+     .standardKey = QKeySequence::Copy,
+     .run = [](W& w) { w.view().copy(); },
+     .isEnabled = hasSelection,
+     .inContextMenu = true},
+    // Whether the clipboard holds text is for its owner to say, who may take long.
+    {.text = ENTRY("&Paste"),
+     .standardKey = QKeySequence::Paste,
+     .run = [](W& w) { w.view().paste(); },
+     .isEnabled = [](const W& w) { return w.document().textView().isEditable(); },
+     .inContextMenu = true},
+    {.text = ENTRY("&Delete"),
+     .run = [](W& w) { w.document().textView().deleteSelection(); },
+     .isEnabled = canDelete,
+     .inContextMenu = true},
+    {.inContextMenu = true},
+    {.text = ENTRY("Select &All"),
+     .standardKey = QKeySequence::SelectAll,
+     .run = [](W& w) { w.view().selectAll(); },
+     .inContextMenu = true},
+};
+
+constexpr MenuItem viewMenu[]{
+    {.text = ENTRY("&Wrap Lines"),
+     .run = [](W& w) { w.appearance().setWrapLines(!w.appearance().wrapsLines()); },
+     .isChecked = [](const W& w) { return w.appearance().wrapsLines(); }},
+    separator,
+    {.text = ENTRY("Zoom &In"),
+     .standardKey = QKeySequence::ZoomIn,
+     .ownKeys = "Ctrl++; Ctrl+=",
+     .run = [](W& w) { w.appearance().zoomIn(); }},
+    {.text = ENTRY("Zoom &Out"),
+     .standardKey = QKeySequence::ZoomOut,
+     .ownKeys = "Ctrl+-",
+     .run = [](W& w) { w.appearance().zoomOut(); }},
+    {.text = ENTRY("&Actual Size"),
+     .ownKeys = "Ctrl+0",
+     .run = [](W& w) { w.appearance().resetZoom(); },
+     .isEnabled = [](const W& w) { return w.appearance().isZoomed(); }},
+    separator,
+    {.text = ENTRY("&Status Line"),
+     .run = [](W& w) { w.statusLine().setVisible(w.statusLine().isHidden()); },
+     .isChecked = [](const W& w) { return !w.statusLine().isHidden(); }},
+    {.text = ENTRY("&Full Screen"),
+     .standardKey = QKeySequence::FullScreen,
+     .ownKeys = "F11",
+     .run = [](W& w) { w.toggleFullScreen(); },
+     .isChecked = [](const W& w) { return w.isFullScreen(); }},
+};
+
+constexpr MenuItem formatMenu[]{
+    {.text = ENTRY("&Document Settings…"), .run = [](W& w) { w.showSettings(); }},
+    separator,
+    {.text = ENTRY("&Encoding"), .isEnabled = isIdle, .fill = fillEncodings},
+    {.text = ENTRY("&Line Breaks"), .isEnabled = isUnderstood, .fill = fillLineBreaks},
+    {.text = ENTRY("&Byte-Order Mark"),
+     .run = [](W& w) { w.document().setHasByteOrderMark(!w.document().hasByteOrderMark()); },
+     .isEnabled =
+         [](const W& w) {
+             return isUnderstood(w) && w.document().record().encoding == StringEncoding::utf8;
+         },
+     .isChecked = [](const W& w) { return w.document().hasByteOrderMark(); }},
+    separator,
+    {.text = ENTRY("&Font…"), .run = [](W& w) { w.chooseFont(); }},
+};
+
+constexpr MenuItem navigateMenu[]{
+    {.text = ENTRY("&Go to Line…"), .ownKeys = "Ctrl+L", .run = [](W& w) { w.askForPlace(); }},
+    {.text = ENTRY("&Show Caret"),
+     .ownKeys = "Ctrl+J",
+     .run = [](W& w) { w.view().centerOn(w.document().textView().primarySelection().head); }},
+};
+
+constexpr MenuItem windowMenu[]{
+    {.text = ENTRY("&Minimise"), .ownKeys = "Ctrl+M", .run = [](W& w) { w.showMinimized(); }},
+    {.text = ENTRY("&Next Window"),
+     .ownKeys = "Ctrl+Tab; Ctrl+PgDown",
+     .run = [](W& w) { w.controller().raiseNeighbour(w, 1); },
+     .isEnabled = [](const W& w) { return w.controller().windows().size() > 1; }},
+    {.text = ENTRY("&Previous Window"),
+     .ownKeys = "Ctrl+Shift+Tab; Ctrl+PgUp",
+     .run = [](W& w) { w.controller().raiseNeighbour(w, -1); },
+     .isEnabled = [](const W& w) { return w.controller().windows().size() > 1; }},
+    separator,
+};
+
+constexpr MenuItem helpMenu[]{
+    {.text = ENTRY("&About Quillory"), .run = [](W& w) { showAboutBox(&w); }},
+    {.text = ENTRY("About &Qt"), .run = [](W&) { QApplication::aboutQt(); }},
+};
+
+constexpr MenuDefinition menus[]{
+    {ENTRY("&File"), fileMenu},         {ENTRY("&Edit"), editMenu},
+    {ENTRY("&View"), viewMenu},         {ENTRY("F&ormat"), formatMenu},
+    {ENTRY("&Navigate"), navigateMenu}, {ENTRY("&Window"), windowMenu, listWindows},
+    {ENTRY("&Help"), helpMenu},
+};
+
+} // namespace
+
+std::span<const MenuDefinition> menuTable()
+{
+    return menus;
+}
+
+QString menuText(const char* text)
+{
+    return QCoreApplication::translate("MenuTable", text);
+}
+
+} // namespace quillory

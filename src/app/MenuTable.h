@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QKeySequence>
+#include <QString>
+#include <span>
+
+class QMenu;
+
+namespace quillory {
+
+class DocumentWindow;
+
+/// One line of a menu. Without a text it is a separator.
+struct MenuItem
+{
+    const char* text = nullptr; ///< English, with its mnemonic
+    QKeySequence::StandardKey standardKey = QKeySequence::UnknownKey;
+    /// Beside the desktop's own keys, or where the desktop has none: "A; B".
+    const char* ownKeys = nullptr;
+    void (*run)(DocumentWindow&) = nullptr;
+    bool (*isEnabled)(const DocumentWindow&) = nullptr; ///< always, without one
+    bool (*isChecked)(const DocumentWindow&) = nullptr; ///< has no check mark, without one
+    /// In the place of the text where the name changes with the document.
+    QString (*label)(const DocumentWindow&) = nullptr;
+    /// Makes it a submenu, which is filled anew each time it opens.
+    void (*fill)(QMenu&, DocumentWindow&) = nullptr;
+    bool inContextMenu = false;
+};
+
+struct MenuDefinition
+{
+    const char* title; ///< English, with its mnemonic
+    std::span<const MenuItem> items;
+    /// Adds what changes at the menu's end, each time it opens.
+    void (*extend)(QMenu&, DocumentWindow&) = nullptr;
+};
+
+/// The menus of a document window, from left to right.
+std::span<const MenuDefinition> menuTable();
+
+/// \a text of the menu table in the user's language.
+QString menuText(const char* text);
+
+} // namespace quillory

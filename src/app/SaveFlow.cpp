@@ -1,0 +1,149 @@
+#include "app/SaveFlow.h"
+
+#include "app/UserQuestions.h"
+#include "document/Background.h"
+#include "document/Document.h"
+#include "document/DocumentType.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QWidget>
+
+namespace quillory {
+
+namespace {
+
+constexpr QFileDevice::Permissions anyWrite = QFileDevice::WriteOwner | QFileDevice::WriteUser |
+                                              QFileDevice::WriteGroup | QFileDevice::WriteOther;
+
+/// True for a file that its owner has protected, or that this user may not write.
+bool isWriteProtected(const QString& path)
+{
+    const QFileInfo info(path);
+    return info.exists() && (!(info.permissions() & anyWrite) || !info.isWritable());
+}
+
+} // namespace
+
+SaveFlow::SaveFlow(Document& document, const DocumentEnvironment& environment,
+                   UserQuestions& questions, QWidget& window)
+    : m_document(document), m_environment(environment), m_questions(questions), m_window(window)
+{}
+
+void SaveFlow::save(const Then& then)
+{
+    const QString path = m_document.path();
+    if (path.isEmpty()) {
+        saveAs(then);
+        return;
+    }
+    if (!isWriteProtected(path) || m_mayReplaceProtected == path) {
+        enqueue({path, m_document.type(), false, then});
+        return;
+    }
+    m_questions.confirm(
+        &m_window,
+        {tr("“%1” is write-protected. Replace it all the same?").arg(m_document.displayName()),
+         tr("The file keeps its protection. To leave it as it is, cancel and save elsewhere."),
+         tr("Replace")},
+        [this, path, then](bool agreed) {
+            if (!agreed) {
+                if (then)
+                    then(false);
+                return;
+            }
+            m_mayReplaceProtected = path;
+            enqueue({path, m_document.type(), false, then});
+        });
+}
+
+void SaveFlow::saveAs(const Then& then)
+{
+    askForPlace(tr("Save As"), false, then);
+}
+
+void SaveFlow::saveCopy()
+{
+    askForPlace(tr("Save a Copy"), true, {});
+}
+
+void SaveFlow::overwrite()
+{
+    m_document.acceptFileOnDisk();
+    save();
+}
+
+void SaveFlow::askForPlace(const QString& title, bool isCopy, const Then& then)
+{
+    const QString path = m_document.path();
+    const QString suggestion =
+        path.isEmpty() ? QDir::current().filePath(m_document.displayName() + QStringLiteral(".txt"))
+                       : path;
+    m_questions.askForSavePath(&m_window, title, suggestion,
+                               [this, isCopy, then](const QString& chosen) {
+                                   if (chosen.isEmpty()) {
+                                       if (then)
+                                           then(false);
+                                       return;
+                                   }
+                                   // The dialog has asked whether to replace what stands there.
+                                   if (chosen == m_document.path() && !isCopy)
+                                       m_document.acceptFileOnDisk();
+                                   enqueue({chosen, DocumentType::ofFile(chosen), isCopy, then});
+                               });
+}
+
+void SaveFlow::enqueue(const Request& request)
+{
+    m_waiting.push_back(request);
+    if (!m_running)
+        runNext();
+}
+
+void SaveFlow::runNext()
+{
+    if (m_waiting.empty()) {
+        Q_EMIT savingChanged(false);
+        for (const auto& then : std::exchange(m_whenIdle, {}))
+            then();
+        return;
+    }
+    const Request request = std::move(m_waiting.front());
+    m_waiting.pop_front();
+    m_running = true;
+    Q_EMIT savingChanged(true);
+    SaveJob job = m_document.saveJob(request.path, request.type);
+    if (request.isCopy)
+        job.recoveryRecord.clear();
+    runInBackground(
+        this,
+        [job, &environment = m_environment] {
+            return job.run(environment.fileOps, environment.recovery);
+        },
+        [this, request, job](const SaveResult& result) { finish(request, job, result); });
+}
+
+void SaveFlow::finish(const Request& request, const SaveJob& job, const SaveResult& result)
+{
+    m_running = false;
+    if (!request.isCopy)
+        m_document.finishSave(job, result);
+    if (!result.written)
+        Q_EMIT failed(result);
+    else if (!request.isCopy)
+        Q_EMIT saved(request.path);
+    if (request.then)
+        request.then(result.written);
+    if (!m_running)
+        runNext();
+}
+
+void SaveFlow::whenIdle(const std::function<void()>& then)
+{
+    if (m_running)
+        m_whenIdle.push_back(then);
+    else
+        then();
+}
+
+} // namespace quillory

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QFrame>
+
+class QCheckBox;
+class QComboBox;
+
+namespace quillory {
+
+class Document;
+struct DocumentEnvironment;
+
+/// Shows and changes the form in which a document is saved. Lies over the lower right corner of
+/// its window and is put away by Escape, by a click elsewhere, and by typing.
+class SettingsPopover : public QFrame
+{
+    Q_OBJECT
+
+public:
+    enum class Reason
+    {
+        Asked,      ///< by the user: takes the keyboard
+        NewDocument ///< leaves the keyboard to the text, and can be asked not to come again
+    };
+
+    SettingsPopover(Document& document, const DocumentEnvironment& environment, QWidget* window);
+
+    void open(Reason reason);
+    /// Puts it away; the keyboard goes back to the text when it was here.
+    void close();
+
+Q_SIGNALS:
+    /// The user chose the encoding that the document now has.
+    void encodingChosen();
+    void closed(bool hadFocus);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void build();
+    void showRecord();
+    void place();
+    void chooseEncoding(int index);
+    void chooseLineBreaks(int index);
+
+    Document& m_document;
+    const DocumentEnvironment& m_environment;
+    QComboBox* m_encoding = nullptr;
+    QComboBox* m_lineBreaks = nullptr;
+    QCheckBox* m_mark = nullptr;
+    QCheckBox* m_dontAsk = nullptr;
+};
+
+} // namespace quillory

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QFont>
+#include <QObject>
+
+namespace quillory {
+
+class TextViewWidget;
+class UserDefaults;
+struct DocumentEnvironment;
+
+/// The font and the wrapping of a window's text: those of the user defaults, the font enlarged or
+/// made smaller for this window.
+class ViewAppearance : public QObject
+{
+    Q_OBJECT
+
+public:
+    ViewAppearance(TextViewWidget& view, const DocumentEnvironment& environment);
+
+    /// Brings the view up to date with the user defaults.
+    void apply();
+
+    void zoomIn() { setZoom(m_zoom + 1); }
+    void zoomOut() { setZoom(m_zoom - 1); }
+    void resetZoom() { setZoom(0); }
+    bool isZoomed() const { return m_zoom != 0; }
+
+    bool wrapsLines() const;
+    /// For all windows, and those to come.
+    void setWrapLines(bool wrap);
+
+    /// Without the zoom.
+    QFont font() const;
+    /// For all windows, and those to come.
+    void setFont(const QFont& font);
+
+private:
+    void setZoom(int points);
+
+    TextViewWidget& m_view;
+    const DocumentEnvironment& m_environment;
+    int m_zoom = 0; ///< points added to the font's size
+};
+
+} // namespace quillory

@@ -1,0 +1,70 @@
+#include "app/Application.h"
+#include "app/CommandLine.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <cstdio>
+
+namespace {
+
+constexpr int wrongUsage = 2;
+
+quillory::CommandLine parse(const QStringList& arguments)
+{
+    return quillory::parseCommandLine(arguments,
+                                      [](const QString& path) { return QFileInfo::exists(path); });
+}
+
+/// True when the command line wants no window; \a status is the exit status then.
+bool answersAlone(const quillory::CommandLine& line, int& status)
+{
+    using Action = quillory::CommandLine::Action;
+    if (line.action == Action::Open || line.action == Action::Render)
+        return false;
+    const bool refuses = line.action == Action::Refuse;
+    std::fputs(qUtf8Printable(line.text), refuses ? stderr : stdout);
+    status = refuses ? wrongUsage : 0;
+    return true;
+}
+
+bool hasDisplay()
+{
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+           qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments += QString::fromLocal8Bit(argv[i]);
+    const bool choosesPlatform = arguments.contains(QStringLiteral("-platform"));
+    int status = 0;
+    // Help is for those without a display too. Wrong options have to wait: some are the toolkit's.
+    const quillory::CommandLine early = parse(arguments);
+    if ((early.action != quillory::CommandLine::Action::Refuse ||
+         !(hasDisplay() || choosesPlatform)) &&
+        answersAlone(early, status))
+        return status;
+    if (!hasDisplay() && !choosesPlatform) {
+        std::fputs(qUtf8Printable(QCoreApplication::translate(
+                       "main", "quillory: there is no display to open a window on: neither DISPLAY "
+                               "nor WAYLAND_DISPLAY is set.\n")),
+                   stderr);
+        return 1;
+    }
+
+    QCoreApplication::setApplicationName(QStringLiteral("Quillory"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(QUILLORY_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("quillory"));
+    QApplication qtApplication(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    const quillory::CommandLine line = parse(QCoreApplication::arguments());
+    if (answersAlone(line, status))
+        return status;
+    quillory::Application application;
+    return application.run(line);
+}
