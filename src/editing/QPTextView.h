@@ -22,8 +22,8 @@ enum class SelectionGranularity
 /// The editing view without its looks: the selections over a text, and what keys and commands do
 /// to both. A widget shows it, and forwards events to it.
 ///
-/// There is always at least one selection; they are in the order of the text, do not overlap, and no
-/// caret stands at the edge of another one. Every operation acts on all of them and is one undo
+/// There is always at least one selection; they are in the order of the text, do not overlap, and
+/// no caret stands at the edge of another one. Every operation acts on all of them and is one undo
 /// step. All offsets are UTF-16 code units. While TextStorage::edited is heard, the selections may
 /// still be those of the text before; selectionDidChange and textDidChange come when all is done.
 class QPTextView : public QObject
