@@ -2,12 +2,15 @@
 
 #include <QApplication>
 #include <QKeySequence>
+#include <QLoggingCategory>
 #include <QTest>
 
 namespace quillory {
 
 ViewHarness::ViewHarness(const QString& text)
 {
+    // That some script has no font here is not what is tested.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.text.*=false"));
     QObject::connect(&storage, &TextStorage::edited, &overlay, &Overlay::textChanged);
     storage.replaceCharactersInRange({}, text);
     editor.setSelectedRange({});

@@ -1,0 +1,140 @@
+#include "ViewHarness.h"
+
+#include <QPainter>
+#include <QScreen>
+#include <QTest>
+#include <QWindow>
+#include <random>
+
+namespace quillory {
+
+namespace {
+
+QImage onScreen(ViewHarness& harness)
+{
+    return harness.view.screen()
+        ->grabWindow(harness.view.winId())
+        .toImage()
+        .convertToFormat(QImage::Format_RGB32);
+}
+
+QImage paintedAnew(ViewHarness& harness)
+{
+    QImage image(harness.view.size(), QImage::Format_RGB32);
+    harness.view.render(&image);
+    return image;
+}
+
+/// Whether \a image has a pixel of \a colour in \a area.
+bool shows(const QImage& image, QRect area, QRgb colour)
+{
+    area = area.intersected(image.rect());
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            if (image.pixel(x, y) == colour)
+                return true;
+        }
+    }
+    return false;
+}
+
+class Repaint : public testing::TestWithParam<bool>
+{};
+
+TEST_P(Repaint, whatIsPaintedPieceByPieceIsWhatIsPaintedAtOnce)
+{
+    ViewHarness harness;
+    harness.view.setWrapLines(GetParam());
+    QString text;
+    for (int i = 0; i < 60; ++i)
+        text += QStringLiteral("line %1 ").arg(i).repeated(i * 5 % 23) + u'\n';
+    harness.storage.replaceCharactersInRange({}, text);
+    harness.settle();
+    if (onScreen(harness).isNull())
+        GTEST_SKIP() << "this platform cannot be looked at";
+
+    std::mt19937 random(4);
+    const QStringList keys{
+        QStringLiteral("'x'"),         QStringLiteral("Return"),       QStringLiteral("Backspace"),
+        QStringLiteral("Shift+Right"), QStringLiteral("Shift+Down"),   QStringLiteral("Down"),
+        QStringLiteral("Up"),          QStringLiteral("Left"),         QStringLiteral("Ctrl+Z"),
+        QStringLiteral("End"),         QStringLiteral("Shift+PgDown"), QStringLiteral("PgUp"),
+    };
+    for (int step = 0; step < 150; ++step) {
+        const auto somewhere = [&] {
+            return TextOffset(random() % size_t(harness.storage.length() + 1));
+        };
+        switch (random() % 8) {
+        case 0: {
+            OverlayAttributes look;
+            look.foreground = Colour{float(random() % 2), 0, 1, 1};
+            look.background = Colour{1, 1, float(random() % 2), 1};
+            harness.overlay.setAttributes(
+                TextRange{somewhere(), 30}.clampedTo(harness.storage.length()), look);
+            break;
+        }
+        case 1:
+            harness.view.scrollBy(0, int(random() % 100) - 50);
+            break;
+        case 2:
+            harness.editor.setSelectedRanges({{somewhere(), 5}, {somewhere(), 0}});
+            break;
+        case 3:
+            harness.storage.replaceCharactersInRange({somewhere(), TextOffset(random() % 9)},
+                                                     QStringLiteral("new\ntext"));
+            break;
+        default:
+            harness.press({keys[qsizetype(random() % size_t(keys.size()))]});
+        }
+        harness.settle();
+        ASSERT_EQ(onScreen(harness), paintedAnew(harness)) << "after step " << step;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Wrapping, Repaint, testing::Bool());
+
+TEST(TextPainter, paintsColoursBackgroundsAndSelections)
+{
+    ViewHarness harness(QStringLiteral("red plain\n\u05d0\u05d1 rtl"));
+    OverlayAttributes look;
+    look.foreground = Colour{1, 0, 0, 1};
+    look.background = Colour{0, 1, 0, 1};
+    harness.overlay.setAttributes({0, 3}, look);
+    harness.editor.setSelectedRange({6, 7});
+    const QImage image = paintedAnew(harness);
+    const auto between = [&](TextOffset a, TextOffset b) {
+        const QRect from = harness.view.caretRectAt(a);
+        const QRect to = harness.view.caretRectAt(b);
+        return QRect(std::min(from.x(), to.x()) + 2, from.y(), std::abs(to.x() - from.x()) - 4,
+                     from.height());
+    };
+    const QRgb selection = harness.view.colours().selection.rgb();
+    EXPECT_TRUE(shows(image, between(0, 3), qRgb(255, 0, 0)));
+    EXPECT_TRUE(shows(image, between(0, 3), qRgb(0, 255, 0)));
+    EXPECT_FALSE(shows(image, between(4, 6), qRgb(255, 0, 0)));
+    EXPECT_FALSE(shows(image, between(4, 6), qRgb(0, 255, 0)));
+    EXPECT_FALSE(shows(image, between(4, 6), selection));
+    EXPECT_TRUE(shows(image, between(6, 9), selection));
+    // The selected break reaches to the edge; of the line with two directions the parts that are
+    // selected are marked, wherever they stand.
+    EXPECT_TRUE(shows(image, {700, 2, 90, 4}, selection));
+    EXPECT_TRUE(shows(image, between(10, 12), selection));
+    EXPECT_FALSE(shows(image, between(14, 16), selection));
+}
+
+TEST(TextPainter, followsThePalette)
+{
+    ViewHarness harness(QStringLiteral("text"));
+    QPalette dark = harness.view.palette();
+    dark.setColor(QPalette::Base, QColor(20, 20, 20));
+    dark.setColor(QPalette::Text, QColor(230, 230, 230));
+    harness.view.setPalette(dark);
+    harness.settle();
+    const QImage image = paintedAnew(harness);
+    EXPECT_EQ(image.pixel(300, 200), qRgb(20, 20, 20));
+    EXPECT_TRUE(shows(image, {0, 0, 60, 20}, qRgb(230, 230, 230)));
+}
+
+} // namespace
+
+} // namespace quillory
