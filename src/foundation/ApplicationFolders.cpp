@@ -27,8 +27,7 @@ QString resourcesFolder(const QProcessEnvironment& environment, const QString& e
     const QString named = environment.value(QStringLiteral("QUILLORY_RESOURCES"));
     if (!named.isEmpty())
         return QDir(named).absolutePath();
-    const QString installed =
-        QDir::cleanPath(executableFolder + QStringLiteral("/../share/quillory"));
+    QString installed = QDir::cleanPath(executableFolder + QStringLiteral("/../share/quillory"));
     if (holdsResources(installed))
         return installed;
     // A program of a build tree lies in build/PRESET/src/ROOM.

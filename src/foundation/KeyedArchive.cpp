@@ -105,7 +105,7 @@ private:
 
     static PropertyList text(const PropertyList& record)
     {
-        const PropertyList content = record[QStringLiteral("NS.string")];
+        PropertyList content = record[QStringLiteral("NS.string")];
         if (content.as<QString>())
             return content;
         const PropertyList bytes = record[QStringLiteral("NS.bytes")];
@@ -116,7 +116,7 @@ private:
 
     static PropertyList data(const PropertyList& record)
     {
-        const PropertyList content = record[QStringLiteral("NS.data")];
+        PropertyList content = record[QStringLiteral("NS.data")];
         if (content.as<QByteArray>())
             return content;
         fail(QStringLiteral("data are missing."));

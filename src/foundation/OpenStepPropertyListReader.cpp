@@ -212,7 +212,7 @@ private:
             return nextStepCharacter(uchar(number(8, 3)));
         ++m_at;
         if (unit == u'U' && !atEnd() && hexadecimalValue(m_text[m_at]) >= 0)
-            return QChar(char16_t(number(16, 4)));
+            return char16_t(number(16, 4));
         const qsizetype at = names.indexOf(unit);
         return at < 0 ? unit : meanings[at];
     }
