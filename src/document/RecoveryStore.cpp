@@ -102,8 +102,11 @@ FileStatus RecoveryStore::write(const QString& name, FileOps::Replacing replacin
         done = compareBytes(m_ops, descriptor, whole);
     if (done)
         done = file->publish(pathOf(name), replacing);
-    if (done)
-        done = syncFolder(m_ops, folder);
+    if (!done)
+        return done;
+    done = syncFolder(m_ops, folder);
+    if (!done && replacing == FileOps::Replacing::No)
+        (void)m_ops.remove(pathOf(name)); // no one would know of it
     return done;
 }
 
@@ -113,7 +116,9 @@ FileResult<QString> RecoveryStore::store(const RecoveryEntry& entry, const ByteS
     const QString name = id.isEmpty() ? QUuid::createUuid().toString(QUuid::Id128) : id;
     FileStatus done = prepareFolder();
     if (done)
-        done = write(textName(name), FileOps::Replacing::Yes, entry, source);
+        done =
+            write(textName(name), id.isEmpty() ? FileOps::Replacing::No : FileOps::Replacing::Yes,
+                  entry, source);
     return done ? FileResult<QString>(name) : FileResult<QString>::failed(done.error());
 }
 

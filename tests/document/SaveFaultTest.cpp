@@ -26,15 +26,23 @@ QByteArray headOf(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.read(4096) : QByteArrayLiteral("(no file)");
 }
 
+/// Where thousands of saves need not wait for a disk.
+QString fastPlace()
+{
+    const QFileInfo memory(QStringLiteral("/dev/shm"));
+    return memory.isDir() && memory.isWritable() ? memory.filePath() : QDir::tempPath();
+}
+
 /// A scenario set up on disk, ready for one save.
 class SaveRun
 {
 public:
-    explicit SaveRun(const SaveScenario& scenario)
+    /// Made below \a place.
+    SaveRun(const SaveScenario& scenario, const QString& place)
     {
         if (scenario.by != SaveScenario::By::Root)
             m_rights.emplace();
-        m_root.emplace();
+        m_root.emplace(place + QStringLiteral("/quillory-save-XXXXXX"));
         QDir(m_root->path()).mkdir(QStringLiteral("folder"));
         if (scenario.by == SaveScenario::By::UserAfterRoot)
             m_rights.reset();
@@ -109,8 +117,6 @@ protected:
     {
         if (GetParam().by != SaveScenario::By::User && geteuid() != 0)
             GTEST_SKIP() << "only root can make this scenario";
-        if (!SaveRun(GetParam()).isReady())
-            GTEST_SKIP() << "the file system cannot make this scenario";
     }
 
     static void check(const SaveRun& run, const SafeWriteResult& result, bool persistent)
@@ -133,7 +139,7 @@ protected:
             EXPECT_TRUE(run.kept(false).contains(newContent));
             break;
         }
-        if (!persistent && GetParam().prepare && run.factsBefore().contains("/file.txt")) {
+        if (!persistent && run.factsBefore().contains("/file.txt")) {
             EXPECT_EQ(factsOf(run.folder()), run.factsBefore());
         }
         EXPECT_TRUE(persistent || run.strayFiles() == 0) << "a file was left behind";
@@ -143,18 +149,25 @@ protected:
         if (!result.isWritten()) {
             EXPECT_TRUE(result.message.contains(QStringLiteral("file.txt")));
             EXPECT_NE(result.error.code, 0);
-            EXPECT_EQ(!result.recoveryRecord.isEmpty(), run.kept(false).contains(newContent));
+            const QByteArrayList kept = run.kept(false);
+            EXPECT_TRUE(result.recoveryRecord.isEmpty() || kept.contains(newContent));
+            EXPECT_TRUE(persistent || kept.size() == (result.recoveryRecord.isEmpty() ? 0 : 1));
         } else if (result.recoveryRecord.isEmpty()) {
             EXPECT_TRUE(run.kept(false).isEmpty());
         }
-        EXPECT_NE(result.identity.has_value(),
-                  result.disk == DiskState::Unchanged && isOld && !GetParam().inPlace);
+        struct stat status = {};
+        if (result.identity && ::stat(QFile::encodeName(run.path()).constData(), &status) == 0) {
+            EXPECT_TRUE(result.identity->matches(status));
+        }
+        EXPECT_TRUE(result.identity || !result.isWritten() || GetParam().inPlace);
     }
 };
 
 TEST_P(SaveFaultTest, GoesWellWithoutFaults)
 {
-    SaveRun run(GetParam());
+    SaveRun run(GetParam(), QDir::tempPath());
+    if (!run.isReady())
+        GTEST_SKIP() << "the file system cannot make this scenario";
     SystemFileOps ops;
     const SafeWriteResult result = run.save(ops);
     EXPECT_TRUE(result.isWritten()) << qPrintable(result.message);
@@ -164,6 +177,8 @@ TEST_P(SaveFaultTest, GoesWellWithoutFaults)
 
 TEST_P(SaveFaultTest, KeepsOldOrNewWhateverFails)
 {
+    if (!SaveRun(GetParam(), fastPlace()).isReady())
+        GTEST_SKIP() << "the file system cannot make this scenario";
     for (const int error : {EIO, ENOSPC, EDQUOT, EACCES, EINTR, FaultyFileOps::shortWrite}) {
         for (const bool persistent : {false, true}) {
             if (persistent && error == EINTR)
@@ -172,7 +187,7 @@ TEST_P(SaveFaultTest, KeepsOldOrNewWhateverFails)
             for (int call = 1; wasHit; ++call) {
                 SCOPED_TRACE(testing::Message() << "call " << call << " fails with " << error
                                                 << (persistent ? ", like all later ones" : ""));
-                SaveRun run(GetParam());
+                SaveRun run(GetParam(), fastPlace());
                 SystemFileOps real;
                 FaultyFileOps ops(real, {call, error, persistent});
                 const SafeWriteResult result = run.save(ops);

@@ -191,9 +191,9 @@ const QVector<SaveScenario>& saveScenarios()
                     setxattr(QFile::encodeName(folder).constData(), "system.posix_acl_default",
                              accessList().constData(), size_t(accessList().size()), 0) == 0;
          }},
-        {"largeSparse", By::User,
+        {"sparse", By::User,
          [](const QString& folder) {
-             return makeFile(folder) && truncate(filePath(folder).constData(), off_t(1) << 30) == 0;
+             return makeFile(folder) && truncate(filePath(folder).constData(), off_t(1) << 20) == 0;
          }},
     };
     return scenarios;
