@@ -55,14 +55,14 @@ Converter::Progress Converter::decode(QByteArrayView bytes, std::span<char16_t> 
 
 Converter::Progress Converter::finishDecoding(std::span<char16_t> room)
 {
-    // ICU lets UTF-7 and HZ end inside a character. There, what would end a shifted stretch is
-    // added: it gives nothing, or at most itself, unless something was open before it.
+    // ICU lets UTF-7 and HZ end inside a character. There, one more byte is added, which gives
+    // itself or nothing, unless something was open before it.
     const bool isUtf7 = m_info.encoding == StringEncoding::utf7;
-    const bool isHz = m_info.encoding == StringEncoding::hz;
-    if (!isUtf7 && !isHz)
+    if (!isUtf7 && m_info.encoding != StringEncoding::hz)
         return decodeAsIs({}, room, true);
-    const Progress progress = decodeAsIs(isUtf7 ? "-" : "~}", room, true);
-    const bool isItself = isUtf7 && progress.written == 1 && room[0] == u'-';
+    const char probe = isUtf7 ? '-' : 'x';
+    const Progress progress = decodeAsIs(QByteArrayView(&probe, 1), room, true);
+    const bool isItself = progress.written == 1 && room[0] == char16_t(probe);
     return {0, 0, progress.valid && (progress.written == 0 || isItself)};
 }
 

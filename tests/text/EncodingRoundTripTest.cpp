@@ -148,7 +148,7 @@ TEST(EncodingRoundTrip, RandomBytesAreReadBackOrRefused)
         SCOPED_TRACE(info.displayName);
         std::mt19937 random(23);
         int accepted = 0;
-        for (int round = 0; round < 3000; ++round) {
+        for (int round = 0; round < 800; ++round) {
             QByteArray bytes(qsizetype(random() % 12), Qt::Uninitialized);
             for (char& byte : bytes)
                 byte = char(random() % 3 == 0 ? random() % 0x80 : random());
@@ -171,7 +171,7 @@ TEST(EncodingRoundTrip, RandomBytesAreReadBackOrRefused)
                     << bytes.toHex().constData();
             }
         }
-        EXPECT_GT(accepted, 50);
+        EXPECT_GT(accepted, 10);
     }
 }
 

@@ -44,7 +44,7 @@ TEST(LineBreaks, FormatIsThatOfTheFirstCarriageReturn)
 TEST(LineBreaks, ConvertsAsReplacementsInTurnWould)
 {
     std::mt19937 random(5);
-    for (int round = 0; round < 300; ++round) {
+    for (int round = 0; round < 100; ++round) {
         QString text;
         const unsigned plain = round % 3 == 0 ? 1000 : 3; // few breaks, or many
         const qsizetype length = qsizetype(random() % 20000);

@@ -25,7 +25,7 @@ TextOffset expectedLast(const QString& text, QStringView needle, TextRange withi
 TEST(TextSearch, FindsWhatAPlainStringFinds)
 {
     std::mt19937 random(31);
-    for (int round = 0; round < 400; ++round) {
+    for (int round = 0; round < 150; ++round) {
         // Few different characters, so that near misses abound; some leaves wide, some narrow.
         QString text;
         const qsizetype length = qsizetype(random() % 15000);
