@@ -64,6 +64,12 @@ bool meansUnsupported(int error)
     return error == EINVAL || error == ENOTSUP || error == ENOSYS;
 }
 
+/// Nothing to bring to a device that cannot be written to.
+bool needsNoSync(int error)
+{
+    return meansUnsupported(error) || error == EROFS;
+}
+
 } // namespace
 
 FileResult<qint64> countBytes(const ByteSource& source)
@@ -143,7 +149,7 @@ FileStatus syncFolder(FileOps& ops, const QByteArray& folder)
     if (!open)
         return open.error() == EACCES ? FileStatus(Nothing()) : FileStatus::failed(open.error());
     FileStatus synced = ops.sync(open->descriptor());
-    return meansUnsupported(synced.error()) ? FileStatus(Nothing()) : synced;
+    return needsNoSync(synced.error()) ? FileStatus(Nothing()) : synced;
 }
 
 QByteArray folderOf(const QByteArray& path)

@@ -38,19 +38,32 @@ bool isRecordName(const QString& name)
            (name.endsWith(QStringLiteral(".text")) || isPreviousName(name));
 }
 
-/// Makes \a folder and those above it, each one lasting. An existing one is fine.
-FileStatus makeFolders(FileOps& ops, const QByteArray& folder)
+/// Makes \a folder and those above it; an existing one is fine. Answers whether there was none.
+FileResult<bool> makeFolders(FileOps& ops, const QByteArray& folder)
 {
     FileStatus made = ops.makeFolder(folder, folderMode);
     if (!made && made.error() == ENOENT) {
-        const FileStatus above = makeFolders(ops, folderOf(folder));
+        const auto above = makeFolders(ops, folderOf(folder));
         if (!above)
             return above;
         made = ops.makeFolder(folder, folderMode);
     }
-    if (!made)
-        return made.error() == EEXIST ? FileStatus(Nothing()) : made;
-    return syncFolder(ops, folderOf(folder));
+    if (!made && made.error() != EEXIST)
+        return FileResult<bool>::failed(made.error());
+    return bool(made);
+}
+
+/// Makes the names of \a folder and of all above it last.
+FileStatus syncPath(FileOps& ops, const QByteArray& folder)
+{
+    QByteArray path = folder;
+    for (qsizetype slash; (slash = path.lastIndexOf('/')) >= 0;) {
+        const FileStatus synced = syncFolder(ops, folderOf(path));
+        if (!synced)
+            return synced;
+        path.truncate(slash);
+    }
+    return Nothing();
 }
 
 } // namespace
@@ -66,9 +79,17 @@ QByteArray RecoveryStore::pathOf(const QString& name) const
 FileStatus RecoveryStore::prepareFolder()
 {
     const QByteArray path = QFile::encodeName(m_folder);
-    const FileStatus made = makeFolders(m_ops, path);
+    const auto made = makeFolders(m_ops, path);
     if (!made)
-        return made;
+        return FileStatus::failed(made.error());
+    // Not only when the folder was made just now: the last try may have ended before its name was
+    // on the device.
+    if (*made || !m_isFolderLasting) {
+        const FileStatus synced = syncPath(m_ops, path);
+        if (!synced)
+            return synced;
+        m_isFolderLasting = true;
+    }
     const auto folder = FileHandle::open(m_ops, path, O_RDONLY | O_DIRECTORY);
     if (!folder)
         return FileStatus::failed(folder.error());

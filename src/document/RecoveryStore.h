@@ -8,6 +8,7 @@
 #include <QDateTime>
 #include <QString>
 #include <QVector>
+#include <atomic>
 
 namespace quillory {
 
@@ -83,6 +84,7 @@ private:
 
     FileOps& m_ops;
     QString m_folder;
+    std::atomic_bool m_isFolderLasting = false; ///< its name is on the device
 };
 
 } // namespace quillory
