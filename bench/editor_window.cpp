@@ -7,6 +7,7 @@
 
 #include "Probe.h"
 #include "app/Application.h"
+#include "app/CommandLine.h"
 #include "app/DocumentWindow.h"
 #include "document/Document.h"
 #include "document/SystemFileOps.h"
@@ -122,5 +123,6 @@ int main(int argc, char** argv)
         QTimer::singleShot(300, [arguments, at = now()] { run(arguments, at); });
     });
     Application application;
-    return application.run(parseCommandLine({arguments.value(0), arguments.value(2)}, {}));
+    const auto exists = [](const QString&) { return true; };
+    return application.run(parseCommandLine({arguments.value(0), arguments.value(2)}, exists));
 }
