@@ -1,0 +1,169 @@
+#include "cli/Cli.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace quillory {
+namespace {
+
+struct CliTest : ::testing::Test
+{
+    QTemporaryDir folder;
+    QString out;
+    QString error;
+
+    void SetUp() override { qputenv("XDG_STATE_HOME", QFile::encodeName(folder.path())); }
+
+    int run(const QStringList& arguments)
+    {
+        out.clear();
+        error.clear();
+        QTextStream outStream(&out);
+        QTextStream errorStream(&error);
+        return int(runCli(arguments, {outStream, errorStream}));
+    }
+
+    QString write(const char* name, const QByteArray& bytes) const
+    {
+        QFile file(path(name));
+        EXPECT_TRUE(file.open(QFile::WriteOnly) && file.write(bytes) == bytes.size());
+        return file.fileName();
+    }
+    QString path(const char* name) const { return folder.filePath(QString::fromLatin1(name)); }
+    QByteArray read(const char* name) const
+    {
+        QFile file(path(name));
+        return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
+    }
+    QJsonObject info(const QString& file)
+    {
+        EXPECT_EQ(
+            run({QStringLiteral("info"), QStringLiteral("--format"), QStringLiteral("json"), file}),
+            0)
+            << error.toStdString();
+        return QJsonDocument::fromJson(out.toUtf8()).object();
+    }
+};
+
+TEST_F(CliTest, InfoTellsWhatAFileIs)
+{
+    QFile list(QStringLiteral(QUILLORY_SOURCE_DIR "/tests/document/data/binary.plist"));
+    ASSERT_TRUE(list.open(QFile::ReadOnly));
+    struct Case
+    {
+        const char* name;
+        QByteArray bytes;
+        const char* kind;
+        qint64 encoding;
+        const char* encodingName;
+        int lbFormat;
+        int plistKind;
+    };
+    const Case cases[] = {
+        {"a.txt", "x\r\ny\r\n", "Text Document", 4, "Unicode (UTF-8)", 3, 0},
+        {"b.txt", QByteArray("\xFE\xFF\0x\0\r", 6), "Text Document", 10, "Unicode (UTF-16)", 2, 0},
+        {"c.bin", QByteArray(400, '\0') + "\xFF\xFE\x01", "Text Document", 0, "unknown", 0, 0},
+        {"d.plist", "{ a = b; }", "Plist Document", 4, "Unicode (UTF-8)", 1, 0},
+        {"e.plist", list.readAll(), "Plist Document", 4, "Unicode (UTF-8)", 1, 3},
+    };
+    for (const Case& c : cases) {
+        const QJsonObject told = info(write(c.name, c.bytes));
+        const QJsonObject expected{
+            {QStringLiteral("kind"), QString::fromLatin1(c.kind)},
+            {QStringLiteral("encoding"), c.encoding},
+            {QStringLiteral("encodingName"), QString::fromLatin1(c.encodingName)},
+            {QStringLiteral("lbFormat"), c.lbFormat},
+            {QStringLiteral("plistKind"), c.plistKind}};
+        EXPECT_EQ(told, expected) << c.name << out.toStdString();
+    }
+    EXPECT_EQ(run({QStringLiteral("info"), path("e.plist")}), 0);
+    EXPECT_TRUE(out.contains(QStringLiteral("Property list: binary"))) << out.toStdString();
+}
+
+TEST_F(CliTest, ConvertWritesEncodingsBreaksAndKinds)
+{
+    const QString source = write("in.txt", "gr\xC3\xBC\xC3\x9F\nzwei\n");
+    const auto convert = [&](QStringList options, const QString& in, const char* target) {
+        return run(QStringList(QStringLiteral("convert")) + options +
+                   QStringList{in, path(target)});
+    };
+    const auto option = [](const char* name, const char* value) {
+        return QStringList{QString::fromLatin1(name), QString::fromLatin1(value)};
+    };
+    EXPECT_EQ(convert(option("--encoding", "ISO-8859-1") + option("--line-breaks", "windows"),
+                      source, "latin1.txt"),
+              0)
+        << error.toStdString();
+    EXPECT_EQ(read("latin1.txt"), "gr\xFC\xDF\r\nzwei\r\n");
+    EXPECT_EQ(
+        convert(option("--encoding", "10") + option("--line-breaks", "mac"), source, "utf16.txt"),
+        0);
+    EXPECT_TRUE(read("utf16.txt").startsWith(QByteArray("\xFF\xFEg\0", 4)));
+
+    EXPECT_EQ(convert(option("--as", "archive"), path("latin1.txt"), "archive.quillory"), 0);
+    const QJsonObject archive = info(path("archive.quillory"));
+    EXPECT_EQ(archive[QStringLiteral("kind")].toString(), QStringLiteral("Quillory Document"));
+    EXPECT_EQ(archive[QStringLiteral("lbFormat")].toInt(), 3);
+    EXPECT_EQ(convert(option("--as", "text") + option("--encoding", "utf-8") +
+                          option("--line-breaks", "unix"),
+                      path("archive.quillory"), "back.txt"),
+              0);
+    EXPECT_EQ(read("back.txt"), read("in.txt"));
+
+    EXPECT_EQ(convert(option("--from", "macintosh"), write("mac.txt", "\x8A"), "mac-out.txt"), 0);
+    EXPECT_EQ(read("mac-out.txt"), "\x8A");
+
+    // A property list becomes what saving it would write.
+    QFile::copy(QStringLiteral(QUILLORY_SOURCE_DIR "/tests/document/data/binary.plist"),
+                path("binary.plist"));
+    EXPECT_EQ(convert({}, path("binary.plist"), "xml.plist"), 0);
+    EXPECT_TRUE(
+        read("xml.plist").startsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE"));
+}
+
+TEST_F(CliTest, FailuresSayWhatAndAnswerOneUsageTwo)
+{
+    const QString source = write("in.txt", "\xE6\x97\xA5");
+    const QString info = QStringLiteral("info");
+    const QString convert = QStringLiteral("convert");
+    struct Case
+    {
+        QStringList arguments;
+        int status;
+        const char* says;
+    };
+    const Case cases[] = {
+        {{}, 2, "no command"},
+        {{QStringLiteral("frobnicate")}, 2, "frobnicate"},
+        {{info}, 2, "one file"},
+        {{info, QStringLiteral("--format"), QStringLiteral("xml"), source}, 2, "--format"},
+        {{info, QStringLiteral("--nonsense"), source}, 2, "nonsense"},
+        {{info, path("missing.txt")}, 1, "missing.txt"},
+        {{info, folder.path()}, 1, "folder"},
+        {{convert, source}, 2, "the file to write"},
+        {{convert, QStringLiteral("--encoding"), QStringLiteral("klingon"), source, path("o")},
+         2,
+         "klingon"},
+        {{convert, QStringLiteral("--encoding"), QStringLiteral("5"), source, path("o")},
+         1,
+         "U+65E5"},
+        {{convert, source, path("no/such/folder")}, 1, "folder does not exist"},
+        {{convert, write("binary", QByteArray(300, '\0') + "\xFF\xFE\x01"), path("o")},
+         1,
+         "--from"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(run(c.arguments), c.status) << c.arguments.join(QLatin1Char(' ')).toStdString();
+        EXPECT_TRUE(error.contains(QString::fromLatin1(c.says))) << error.toStdString();
+        EXPECT_TRUE(out.isEmpty());
+    }
+    EXPECT_FALSE(QFile::exists(path("o")));
+    EXPECT_EQ(run({QStringLiteral("--help")}), 0);
+    EXPECT_TRUE(out.contains(QStringLiteral("convert")));
+}
+
+} // namespace
+} // namespace quillory
