@@ -4,7 +4,7 @@
 #include "text/TextBuilder.h"
 #include "text/TextSearch.h"
 
-#include <ranges>
+#include <algorithm>
 #include <vector>
 
 namespace quillory {
@@ -117,12 +117,13 @@ TextSnapshot converted(const TextSnapshot& text, LineBreakFormat format)
     const QStringView wanted = lineBreak(format);
     if (wanted == u"\n" && find(text, u"\r", text.range()) < 0)
         return text;
-    const std::vector<TextRange> wrong = wrongBreaks(text, wanted, few);
+    std::vector<TextRange> wrong = wrongBreaks(text, wanted, few);
     if (wrong.size() == few)
         return rebuilt(text, wanted);
     TextSnapshot result = text;
     const TextSnapshot replacement(wanted);
-    for (const TextRange range : wrong | std::views::reverse)
+    std::reverse(wrong.begin(), wrong.end()); // so that ranges still to come stay true
+    for (const TextRange range : wrong)
         result = result.replacing(range, replacement);
     return result;
 }
