@@ -2,6 +2,11 @@
 
 namespace quillory {
 
+namespace {
+// An edit further away than this leaves a cut as good as it was.
+constexpr TextOffset cutReach = 128;
+} // namespace
+
 LineChunks::LineChunks(TextOffset length, double unitWidth)
     : m_length(length), m_unitWidth(unitWidth)
 {
@@ -96,6 +101,12 @@ void LineChunks::settle(size_t index, TextOffset units)
     resize(chunk, units);
 }
 
+void LineChunks::unsettle()
+{
+    for (Chunk& chunk : m_chunks)
+        chunk.settled = false;
+}
+
 double LineChunks::setWidth(size_t index, double width)
 {
     Chunk& chunk = m_chunks[index];
@@ -127,17 +138,25 @@ void LineChunks::followEdit(TextRange replaced, TextOffset inserted)
     m_length += difference;
 
     const TextOffset newLength = oldLength() + difference;
+    const bool nearStart = replaced.location - first.start < cutReach;
+    const bool nearEnd = first.start + oldLength() - replaced.end() < cutReach;
+    size_t added = 1;
     const auto begin = m_chunks.begin() + qsizetype(first.index);
     if (first.index == last.index && newLength <= longLine) {
         resize(*begin, difference);
     } else {
         const std::vector<Chunk> chunks = cut(newLength);
+        const bool settled = begin->settled;
         const auto at = m_chunks.erase(begin, begin + qsizetype(last.index - first.index) + 1);
-        m_chunks.insert(at, chunks.begin(), chunks.end());
+        m_chunks.insert(at, chunks.begin(), chunks.end())->settled = settled;
+        added = chunks.size();
     }
-    // What the cuts beside the edit were fitted to may be gone.
-    for (size_t index = first.index; index < count() && index <= first.index + 1; ++index)
-        m_chunks[index].settled = false;
+    // What a cut beside the edit was fitted to may be gone.
+    if (nearStart)
+        m_chunks[first.index].settled = false;
+    const size_t next = first.index + added;
+    if (nearEnd && next < count())
+        m_chunks[next].settled = false;
 }
 
 void LineChunks::resetWidths(double unitWidth)

@@ -53,6 +53,8 @@ public:
     bool isSettled(size_t index) const;
     /// Settles the cut before chunk \a index, \a units further left than it was.
     void settle(size_t index, TextOffset units);
+    /// Lets every cut be settled anew.
+    void unsettle();
 
     /// Says how wide a chunk really is; one with hardly any width is taken to be wider. Answers how
     /// far that moves what lies to its right, where the chunk to the right has been laid out and so

@@ -57,4 +57,10 @@ void LongLines::setUnitWidth(double unitWidth)
         entry.chunks->resetWidths(unitWidth);
 }
 
+void LongLines::unsettle()
+{
+    for (Entry& entry : m_entries)
+        entry.chunks->unsettle();
+}
+
 } // namespace quillory

@@ -24,6 +24,8 @@ public:
     void followEdit(const TextChange& change, const TextSnapshot& text);
 
     void setUnitWidth(double unitWidth);
+    /// Lets every cut be settled anew, for rows of another width.
+    void unsettle();
 
 private:
     struct Entry

@@ -27,8 +27,11 @@ void TextGeometry::setFont(const TextFont& font)
 
 void TextGeometry::setWrapWidth(double width)
 {
+    if (width == wrapWidth())
+        return;
     m_last = {};
     m_cache.setWrapWidth(width);
+    m_longLines.unsettle();
 }
 
 void TextGeometry::followEdit(const TextChange& change)
@@ -64,25 +67,41 @@ TextGeometry::Segment TextGeometry::wholeLine(TextRange content)
     return segment(content, TextLayoutCache::Kind::Line);
 }
 
+void TextGeometry::settleCut(TextRange content, LineChunks& chunks, size_t cut)
+{
+    const TextOffset before = content.location + chunks.placeOf(cut - 1).start;
+    const TextOffset offset = content.location + chunks.placeOf(cut).start;
+    chunks.settle(cut, unitsToCut(text(), TextRange::between(before, content.end()), offset));
+}
+
 TextGeometry::Segment TextGeometry::chunkOf(TextRange content, size_t index)
 {
     LineChunks& chunks = m_longLines.chunks(content);
-    for (const size_t cut : {index, index + 1}) {
-        if (chunks.isSettled(cut))
-            continue;
-        const TextOffset before = content.location + chunks.placeOf(cut - 1).start;
-        const TextOffset offset = content.location + chunks.placeOf(cut).start;
-        chunks.settle(cut, unitsToCut(text(), TextRange::between(before, content.end()), offset));
+    const auto segmentNow = [&] {
+        const TextOffset start = content.location + chunks.placeOf(index).start;
+        return segment({start, chunks.lengthOf(index)}, TextLayoutCache::Kind::Chunk);
+    };
+    if (!chunks.isSettled(index))
+        settleCut(content, chunks, index);
+    if (!chunks.isSettled(index + 1)) {
+        settleCut(content, chunks, index + 1);
+        if (wraps()) {
+            // The next chunk begins with the row that this one cannot fill, so that the seam does
+            // not show.
+            const Segment whole = segmentNow();
+            const int lastRow = whole.layout->rowCount() - 1;
+            const TextOffset rest = whole.layout->length() - whole.layout->rowStart(lastRow);
+            if (whole.preeditLength == 0 && rest < whole.range.length / 2)
+                chunks.settle(index + 1, rest);
+        }
     }
-    const LineChunks::Place place = chunks.placeOf(index);
-    Segment result = segment({content.location + place.start, chunks.lengthOf(index)},
-                             TextLayoutCache::Kind::Chunk);
-    result.x = wraps() ? 0 : place.x;
+    Segment result = segmentNow();
     if (wraps())
         return result;
+    result.x = chunks.placeOf(index).x;
     const double amount = chunks.setWidth(index, result.layout->rowWidth(0));
     if (amount != 0)
-        m_shifts.push_back({content.location, place.x, amount});
+        m_shifts.push_back({content.location, result.x, amount});
     return result;
 }
 

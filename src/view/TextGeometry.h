@@ -118,6 +118,7 @@ private:
     Row wrappedRow(LineIndex line, TextRange content, size_t chunk, int row);
     size_t chunkCount(TextRange content);
     Segment wholeLine(TextRange content);
+    void settleCut(TextRange content, LineChunks& chunks, size_t cut);
     Segment chunkOf(TextRange content, size_t index);
     Segment segment(TextRange range, TextLayoutCache::Kind kind);
     Segment segmentAt(const Row& row, TextOffset offset);
