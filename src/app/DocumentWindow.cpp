@@ -261,7 +261,9 @@ void DocumentWindow::closeEvent(QCloseEvent* event)
 {
     if (!m_mayClose && (isBusy() || m_document->isDocumentEdited())) {
         event->ignore();
-        closeAfterQuestions();
+        // The answer closes the window, which it cannot while it is being closed.
+        QMetaObject::invokeMethod(
+            this, [this] { closeAfterQuestions(); }, Qt::QueuedConnection);
         return;
     }
     m_services.controller.rememberSize(*this);

@@ -13,8 +13,8 @@ namespace quillory {
 
 namespace {
 
-constexpr QFileDevice::Permissions anyWrite = QFileDevice::WriteOwner | QFileDevice::WriteUser |
-                                              QFileDevice::WriteGroup | QFileDevice::WriteOther;
+constexpr QFileDevice::Permissions anyWrite =
+    QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
 
 /// True for a file that its owner has protected, or that this user may not write.
 bool isWriteProtected(const QString& path)
