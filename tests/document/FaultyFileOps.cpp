@@ -38,6 +38,9 @@ FileResult<qint64> FaultyFileOps::tryWrite(int descriptor, const char* bytes, qi
     const int error = faultOfNextCall();
     if (error > 0)
         return FileResult<qint64>::failed(error);
+    const QByteArray zeroes(error == wrongWrite ? size : 0, '\0');
+    if (error == wrongWrite)
+        bytes = zeroes.constData();
     return m_real.write(descriptor, bytes, error == shortWrite ? (size + 1) / 2 : size, offset);
 }
 

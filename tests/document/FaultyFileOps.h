@@ -10,6 +10,8 @@ class FaultyFileOps : public FileOps
 public:
     /// As an error: a write takes half of the bytes; other calls do their work.
     static constexpr int shortWrite = -1;
+    /// A write answers that all was written, and writes zeroes; other calls do their work.
+    static constexpr int wrongWrite = -2;
 
     struct Fault
     {

@@ -227,6 +227,22 @@ TEST_F(SafeFileWriterTest, KnowsWriteProtectedFiles)
     }
 }
 
+TEST_F(SafeFileWriterTest, WhatCannotBeKeptIsNotOverwritten)
+{
+    writeFile(file(), "old");
+    ASSERT_TRUE(link(QFile::encodeName(file()).constData(),
+                     QFile::encodeName(path(QStringLiteral("other"))).constData()) == 0);
+    const struct stat before = statusOf(file());
+    RecoveryStore store(m_ops, file() + QStringLiteral("/Recovery"));
+    const SafeWriteResult result =
+        SafeFileWriter(m_ops, store).write(request(QByteArray(1'000'000, 'x')));
+    EXPECT_EQ(result.error.code, ENOTDIR);
+    EXPECT_EQ(result.error.step, FileStep::StoreRecovery);
+    EXPECT_TRUE(result.message.contains(store.folder()));
+    EXPECT_EQ(contentOf(file()), "old");
+    EXPECT_EQ(statusOf(file()).st_blocks, before.st_blocks) << "room stays reserved";
+}
+
 TEST_F(SafeFileWriterTest, ALimitOnFileSizesLeavesTheOldFile)
 {
     const QByteArray big(200'000, 'x');

@@ -179,7 +179,8 @@ TEST_P(SaveFaultTest, KeepsOldOrNewWhateverFails)
 {
     if (!SaveRun(GetParam(), fastPlace()).isReady())
         GTEST_SKIP() << "the file system cannot make this scenario";
-    for (const int error : {EIO, ENOSPC, EDQUOT, EACCES, EINTR, FaultyFileOps::shortWrite}) {
+    for (const int error : {EIO, ENOSPC, EDQUOT, EACCES, EINTR, FaultyFileOps::shortWrite,
+                            FaultyFileOps::wrongWrite}) {
         for (const bool persistent : {false, true}) {
             if (persistent && error == EINTR)
                 continue; // who is always interrupted never ends
