@@ -6,6 +6,7 @@
 // in the table.
 
 #include "foundation/BinaryPropertyListReader.h"
+#include "foundation/TextPool.h"
 
 #include <QtEndian>
 #include <algorithm>
@@ -204,13 +205,13 @@ private:
         fail(offset - 1, QStringLiteral("an integer of more than 64 bits."));
     }
 
-    PropertyList ascii(qsizetype offset, qsizetype size) const
+    PropertyList ascii(qsizetype offset, qsizetype size)
     {
         const QByteArrayView bytes = QByteArrayView(m_bytes).sliced(offset, size);
         const auto isAscii = [](char byte) { return uchar(byte) < 0x80; };
         if (!std::all_of(bytes.begin(), bytes.end(), isAscii))
             fail(offset, QStringLiteral("a text said to be ASCII is not."));
-        return QString::fromLatin1(bytes);
+        return m_texts.list(QString::fromLatin1(bytes));
     }
 
     PropertyList uid(qsizetype offset, qsizetype size)
@@ -271,6 +272,7 @@ private:
     qsizetype m_unclaimed = 0; ///< bytes that can belong to objects not yet read
     std::vector<PropertyList> m_objects;
     std::vector<State> m_states;
+    TextPool m_texts;
 };
 
 } // namespace

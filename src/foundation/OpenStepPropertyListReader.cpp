@@ -1,6 +1,7 @@
 #include "foundation/OpenStepPropertyListReader.h"
 
 #include "foundation/PropertyListText.h"
+#include "foundation/TextPool.h"
 #include "text/ByteTable.h"
 
 namespace quillory {
@@ -100,7 +101,7 @@ private:
             return nested(&Parser::dictionary);
         if (skip(u"<"))
             return data();
-        return text();
+        return m_texts.list(text());
     }
 
     PropertyList nested(PropertyList (Parser::*read)())
@@ -137,7 +138,7 @@ private:
     {
         const QString key = text();
         skipBlanks();
-        dictionary.insert(key, skip(u"=") ? value() : PropertyList(key));
+        dictionary.insert(key, skip(u"=") ? value() : m_texts.list(key));
         skipBlanks();
         if (!skip(u";"))
             fail(QStringLiteral("The “;” after the value of “%1” is missing here.")
@@ -242,6 +243,7 @@ private:
     QStringView m_text;
     qsizetype m_at = 0;
     int m_depth = 0;
+    TextPool m_texts;
 };
 
 } // namespace

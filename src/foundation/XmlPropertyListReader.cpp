@@ -2,6 +2,7 @@
 
 #include "foundation/PropertyListScalars.h"
 #include "foundation/PropertyListText.h"
+#include "foundation/TextPool.h"
 #include "foundation/XmlCharacters.h"
 
 #include <QXmlStreamReader>
@@ -120,7 +121,7 @@ private:
         if (name == u"array")
             return nested(&Parser::array);
         if (name == u"string")
-            return text();
+            return m_texts.list(text());
         if (name == u"data")
             return QByteArray::fromBase64(text().toLatin1());
         if (name == u"integer")
@@ -188,6 +189,7 @@ private:
 
     QXmlStreamReader m_xml;
     int m_depth = 0;
+    TextPool m_texts;
 };
 
 } // namespace
