@@ -275,29 +275,27 @@ TEST(TextEncoder, TellsWhenBytesWouldNotComeBack)
 {
     struct Case
     {
-        quint32 number;
         const char* hex;
+        quint32 number;
         bool same;
     };
     const Case cases[] = {
-        {8, "82a0", true},
-        {8, "8790", false}, // the duplicate of 81E0
-        {21, "1b244224221b2842", true},
-        {21,
-         "1b2440"
+        {"82a0", 8, true},
+        {"8790", 8, false}, // the duplicate of 81E0
+        {"1b244224221b2842", 21, true},
+        {"1b2440"
          "24221b2842",
-         false}, // the older escape sequence
-        {21,
-         "1b2442"
+         21, false}, // the older escape sequence
+        {"1b2442"
          "24221b2442"
          "24221b2842",
-         false},
-        {0x84000100, "2b414f6b2d", true},
-        {0x84000100, "2b4145452d", false},
-        {0x80000a05, "617e7b30217e7d627e7b30217e7d", true},
-        {0x80000a05, "7e7b3021", false},
-        {7, "5c7530306539", false}, // \u00e9, which is written \351
-        {4, "efbbbf61", true},
+         21, false},
+        {"2b414f6b2d", 0x84000100, true},
+        {"2b4145452d", 0x84000100, false},
+        {"617e7b30217e7d627e7b30217e7d", 0x80000a05, true},
+        {"7e7b3021", 0x80000a05, false},
+        {"5c7530306539", 7, false}, // \u00e9, which is written \351
+        {"efbbbf61", 4, true},
     };
     for (const Case& c : cases) {
         const QByteArray original = bytes(c.hex);
