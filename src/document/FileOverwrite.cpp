@@ -47,8 +47,15 @@ private:
 
         if (const FileStatus done = allocateIfSupported(ops, m_descriptor, m_task.size); !done)
             return unchanged(FileStep::Allocate, done.error());
+        const auto before = ops.status(m_descriptor); // reserving room may have changed its time
+        if (!before)
+            return unchanged(FileStep::Inspect, before.error());
         if (const FileStatus done = storeBoth(); !done)
             return unchanged(FileStep::StoreRecovery, done.error());
+        if (isChangedSince(*before)) {
+            (void)m_store.removeRecord(m_previousRecord);
+            return WriteAttempt::changedByOther();
+        }
         if (const FileError error = writeOver(m_task.source, m_task.size); error.code != 0)
             return putBack(error);
         m_task.setAttributes(m_descriptor);
@@ -73,12 +80,22 @@ private:
         return WriteAttempt::failed(errorAt(step, code));
     }
 
-    /// Fails before the first byte; gives back the room that was reserved.
+    /// Fails before the first byte; gives back the room that was reserved. Reserving it may have
+    /// changed the file's time and cleared set-ID bits.
     WriteAttempt unchanged(FileStep step, int code) const
     {
         if (const auto status = statusNow())
             (void)m_task.ops.truncate(m_descriptor, status->st_size);
-        return failed(step, code);
+        (void)m_metadata.applyTo(m_task.ops, m_descriptor);
+        WriteAttempt attempt = failed(step, code);
+        attempt.status = statusNow();
+        return attempt;
+    }
+
+    bool isChangedSince(const struct stat& before) const
+    {
+        const auto now = statusNow();
+        return m_task.mustBeUnchanged && now && !FileIdentity::of(before).matches(*now);
     }
 
     /// A file that its owner protected is made writable for as long as opening it takes: whoever

@@ -186,6 +186,27 @@ TEST_F(SafeFileWriterTest, AFileThatAppearsMeanwhileIsLeftAlone)
     EXPECT_EQ(contentOf(file()), "theirs");
 }
 
+TEST_F(SafeFileWriterTest, AFileThatChangesMeanwhileIsLeftAlone)
+{
+    writeFile(file(), "old");
+    for (const bool hardLinked : {false, true}) {
+        if (hardLinked) {
+            ASSERT_TRUE(link(QFile::encodeName(file()).constData(),
+                             QFile::encodeName(path(QStringLiteral("other"))).constData()) == 0);
+        }
+        SafeWriteRequest next = request("mine");
+        next.expected = FileIdentity::of(statusOf(file()));
+        int runs = 0;
+        next.source = [&](const ByteSink& sink) {
+            if (++runs == 2)
+                writeFile(file(), hardLinked ? "theirs again" : "theirs");
+            return sink("mine");
+        };
+        EXPECT_EQ(save(next).outcome, Outcome::ChangedByOther);
+        EXPECT_EQ(contentOf(file()), hardLinked ? "theirs again" : "theirs");
+    }
+}
+
 TEST_F(SafeFileWriterTest, ASourceWithoutBytesChangesNothing)
 {
     writeFile(file(), "old");
@@ -234,13 +255,17 @@ TEST_F(SafeFileWriterTest, WhatCannotBeKeptIsNotOverwritten)
                      QFile::encodeName(path(QStringLiteral("other"))).constData()) == 0);
     const struct stat before = statusOf(file());
     RecoveryStore store(m_ops, file() + QStringLiteral("/Recovery"));
-    const SafeWriteResult result =
-        SafeFileWriter(m_ops, store).write(request(QByteArray(1'000'000, 'x')));
+    SafeWriteRequest next = request(QByteArray(1'000'000, 'x'));
+    next.expected = FileIdentity::of(before);
+    const SafeWriteResult result = SafeFileWriter(m_ops, store).write(next);
     EXPECT_EQ(result.error.code, ENOTDIR);
     EXPECT_EQ(result.error.step, FileStep::StoreRecovery);
     EXPECT_TRUE(result.message.contains(store.folder()));
     EXPECT_EQ(contentOf(file()), "old");
     EXPECT_EQ(statusOf(file()).st_blocks, before.st_blocks) << "room stays reserved";
+
+    next.expected = result.identity;
+    EXPECT_TRUE(save(next).isWritten()) << "reserving room is no change by another program";
 }
 
 TEST_F(SafeFileWriterTest, ALimitOnFileSizesLeavesTheOldFile)
