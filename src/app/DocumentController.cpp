@@ -23,11 +23,13 @@ QString canonical(const QString& path)
 
 DocumentController::DocumentController(const DocumentEnvironment& environment,
                                        UserQuestions& questions, QSettings& state)
-    : m_environment(environment), m_questions(questions), m_state(state), m_recent(state)
+    : m_environment(environment), m_questions(questions), m_state(state), m_recent(state),
+      m_loader(std::make_unique<DocumentLoader>())
 {}
 
 DocumentController::~DocumentController()
 {
+    m_loader.reset();
     for (DocumentWindow* window : std::exchange(m_windows, {})) {
         window->disconnect(this);
         delete window;
@@ -128,7 +130,7 @@ void DocumentController::openOne(const OpenTarget& target, DocumentWindow* windo
     };
     if (target.isStandardInput()) {
         ++m_underway;
-        m_loader.loadStandardInput(window, taken);
+        m_loader->loadStandardInput(window, taken);
         return;
     }
     const QString path = QDir::cleanPath(QFileInfo(target.path).absoluteFilePath());
@@ -148,7 +150,7 @@ void DocumentController::openOne(const OpenTarget& target, DocumentWindow* windo
         return;
     m_reading.append(name);
     ++m_underway;
-    m_loader.load(path, window, taken);
+    m_loader->load(path, window, taken);
 }
 
 /// A path at which no file is: the document is new, and saving makes the file.

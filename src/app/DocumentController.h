@@ -64,7 +64,7 @@ private:
     UserQuestions& m_questions;
     QSettings& m_state;
     RecentDocuments m_recent;
-    DocumentLoader m_loader;
+    std::unique_ptr<DocumentLoader> m_loader; ///< goes before the windows
     std::vector<DocumentWindow*> m_windows;
     QStringList m_reading; ///< canonical paths of the files that are being read
     int m_underway = 0;    ///< readings and dialogs that must end before the program may

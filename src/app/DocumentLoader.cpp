@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QPointer>
 #include <QProgressDialog>
+#include <QThreadPool>
 
 namespace quillory {
 
@@ -23,6 +24,7 @@ DocumentLoader::~DocumentLoader()
         if (const Cancelled flag = cancelled.lock())
             *flag = true;
     }
+    QThreadPool::globalInstance()->waitForDone();
 }
 
 void DocumentLoader::load(const QString& path, QWidget* window, const Done& done)

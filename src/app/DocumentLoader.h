@@ -22,7 +22,7 @@ public:
     using Done = std::function<void(std::optional<ReadResult>)>;
 
     explicit DocumentLoader(QObject* parent = nullptr) : QObject(parent) {}
-    /// Ends what is being read, without calling back.
+    /// Ends what is being read, without calling back, and waits until it has ended.
     ~DocumentLoader() override;
 
     /// \a window is where the dialog belongs, or null. \a done may be called before this returns.

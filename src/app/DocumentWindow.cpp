@@ -19,6 +19,7 @@
 #include <QCloseEvent>
 #include <QFontDialog>
 #include <QMenu>
+#include <QPointer>
 #include <QVBoxLayout>
 
 namespace quillory {
@@ -241,11 +242,12 @@ void DocumentWindow::checkEncoding()
     m_messages->clear(MessageArea::Subject::Encoding);
     m_messages->clear(MessageArea::Subject::Saving);
     runInBackground(
-        this,
+        // The window may be closed before the answer comes.
+        &m_services.controller,
         [text = m_document->completeString(), encoding] { return findUnencodable(text, encoding); },
-        [this, encoding](const std::optional<EncodingFailure>& failure) {
-            if (failure && encoding == m_document->record().encoding)
-                showUnencodable(*this, *failure);
+        [window = QPointer(this), encoding](const std::optional<EncodingFailure>& failure) {
+            if (window && failure && encoding == window->m_document->record().encoding)
+                showUnencodable(*window, *failure);
         });
 }
 
@@ -281,7 +283,17 @@ void DocumentWindow::closeAfterQuestions(const std::function<void(bool)>& then)
         return;
     }
     m_asking = true;
-    m_saving->whenIdle([this, then] { askBeforeClosing(then); });
+    whenIdle([this, then] { askBeforeClosing(then); });
+}
+
+void DocumentWindow::whenIdle(const std::function<void()>& then)
+{
+    if (m_rereading->isReading())
+        connect(
+            m_rereading.get(), &RereadFlow::readingChanged, this, [this, then] { whenIdle(then); },
+            Qt::SingleShotConnection);
+    else
+        m_saving->whenIdle(then);
 }
 
 void DocumentWindow::askBeforeClosing(const std::function<void(bool)>& then)

@@ -90,6 +90,7 @@ private:
     void updateActivity();
     void showContextMenu(QPoint point);
     void checkEncoding();
+    void whenIdle(const std::function<void()>& then);
     void askBeforeClosing(const std::function<void(bool)>& then);
     void finishClosing(const std::function<void(bool)>& then);
 

@@ -8,7 +8,8 @@ class QMenu;
 
 namespace quillory {
 
-/// Fills \a menu with \a entries; the one of \a current is checked. Nothing known reads "none".
+/// Fills \a menu with \a entries, those of one region ("Western (ISO Latin 1)", "Western (ASCII)")
+/// in a submenu; the one of \a current is checked.
 void fillEncodingMenu(QMenu& menu, const std::vector<EncodingEntry>& entries,
                       StringEncoding current, const std::function<void(StringEncoding)>& chosen);
 

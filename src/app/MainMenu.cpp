@@ -2,6 +2,7 @@
 
 #include "app/DocumentWindow.h"
 #include "app/MenuTable.h"
+#include "app/RefillingMenu.h"
 #include "document/Document.h"
 
 #include <QMenu>
@@ -33,16 +34,10 @@ MainMenu::MainMenu(DocumentWindow& window) : QObject(&window), m_window(window)
         for (const MenuItem& item : definition.items)
             addItem(*menu, item);
         connect(menu, &QMenu::aboutToShow, this, &MainMenu::refresh);
-        if (definition.extend) {
-            // A part of its own, so that it can be cleared.
-            const qsizetype fixed = menu->actions().size();
-            connect(menu, &QMenu::aboutToShow, this, [this, menu, fixed, &definition] {
-                const QList<QAction*> actions = menu->actions();
-                for (qsizetype i = fixed; i < actions.size(); ++i)
-                    delete actions[i];
-                definition.extend(*menu, m_window);
+        if (definition.extend)
+            refillOnShow(*menu, [this, &definition](QMenu& opening) {
+                definition.extend(opening, m_window);
             });
-        }
     }
     m_refresh.setSingleShot(true);
     m_refresh.setInterval(0);
@@ -64,10 +59,7 @@ void MainMenu::addItem(QMenu& menu, const MenuItem& item)
     QAction* action = nullptr;
     if (item.fill) {
         QMenu* submenu = menu.addMenu(menuText(item.text));
-        connect(submenu, &QMenu::aboutToShow, this, [this, submenu, &item] {
-            submenu->clear();
-            item.fill(*submenu, m_window);
-        });
+        refillOnShow(*submenu, [this, &item](QMenu& opening) { item.fill(opening, m_window); });
         action = submenu->menuAction();
     } else {
         action = menu.addAction(menuText(item.text));

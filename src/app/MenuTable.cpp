@@ -12,6 +12,7 @@
 #include "text/LineBreaks.h"
 #include "view/TextViewWidget.h"
 
+#include <QActionGroup>
 #include <QApplication>
 #include <QFileInfo>
 #include <QMenu>
@@ -94,9 +95,11 @@ void fillEncodings(QMenu& menu, W& w)
 
 void fillLineBreaks(QMenu& menu, W& w)
 {
+    auto* group = new QActionGroup(&menu);
     for (const LineBreakFormat format :
          {LineBreakFormat::unixLf, LineBreakFormat::macCr, LineBreakFormat::windowsCrLf}) {
         QAction* action = menu.addAction(label(format));
+        action->setActionGroup(group);
         action->setCheckable(true);
         action->setChecked(w.document().record().lbFormat == int(format));
         QObject::connect(action, &QAction::triggered, &w,
@@ -107,6 +110,7 @@ void fillLineBreaks(QMenu& menu, W& w)
 void listWindows(QMenu& menu, W& w)
 {
     int number = 0;
+    auto* group = new QActionGroup(&menu);
     for (W* other : w.controller().windows()) {
         QString name = other->document().displayName();
         name.replace(u'&', QStringLiteral("&&"));
@@ -115,6 +119,7 @@ void listWindows(QMenu& menu, W& w)
         QAction* action =
             menu.addAction(mnemonic + name + (other->isWindowModified() ? u" •"_qs : QString()));
         action->setToolTip(other->document().path());
+        action->setActionGroup(group);
         action->setCheckable(true);
         action->setChecked(other == &w);
         QObject::connect(action, &QAction::triggered, other,

@@ -1,5 +1,7 @@
 #include "app/MessageBar.h"
 
+#include "app/RefillingMenu.h"
+
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -99,10 +101,7 @@ void MessageBar::addButton(const Message::WayOut& wayOut)
     button->setAutoDefault(true);
     if (wayOut.fill) {
         auto* menu = new QMenu(button);
-        connect(menu, &QMenu::aboutToShow, menu, [menu, fill = wayOut.fill] {
-            menu->clear();
-            fill(*menu);
-        });
+        refillOnShow(*menu, wayOut.fill);
         button->setMenu(menu);
     } else {
         // The act may replace this message, and with it the function.

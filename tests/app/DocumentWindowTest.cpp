@@ -122,7 +122,7 @@ TEST_F(DocumentWindowTest, saysWhichCharacterDoesNotFit)
 {
     const QString file = write("euro.txt", "ok\nfive €\n");
     DocumentWindow& window = open(file);
-    choose(window, qs("Format/Encoding/Western (ISO Latin 1)"));
+    choose(window, qs("Format/Encoding/Western/Western (ISO Latin 1)"));
     ASSERT_TRUE(QTest::qWaitFor([&] { return !message(window, Subject::Encoding).isEmpty(); }));
     EXPECT_TRUE(
         message(window, Subject::Encoding).contains(qs("“€” (U+20AC) in line 2, column 6")));
@@ -264,19 +264,19 @@ TEST_F(DocumentWindowTest, revertsAndReopensInAnotherEncoding)
     const QString file = write("latin.txt", "caf\xe9 \xfc"
                                             "ber\n");
     DocumentWindow& window = open(file);
-    choose(window, qs("File/Reopen with Encoding/Cyrillic (Windows)"));
+    choose(window, qs("File/Reopen with Encoding/Cyrillic/Cyrillic (Windows)"));
     waitUntilIdle(window);
     EXPECT_EQ(textOf(window), qs("cafй ьber\n"));
     press(window, {qs("'x'")});
     choose(window, qs("File/Revert to Saved"));
     EXPECT_EQ(textOf(window), qs("xcafй ьber\n")) << "not without a yes";
     questions.agrees = true;
-    choose(window, qs("File/Reopen with Encoding/Western (ISO Latin 1)"));
+    choose(window, qs("File/Reopen with Encoding/Western/Western (ISO Latin 1)"));
     waitUntilIdle(window);
     EXPECT_EQ(textOf(window), qs("café über\n"));
     EXPECT_FALSE(window.isWindowModified());
 
-    choose(window, qs("File/Reopen with Encoding/Unicode (UTF-8)"));
+    choose(window, qs("File/Reopen with Encoding/Unicode/Unicode (UTF-8)"));
     waitUntilIdle(window);
     EXPECT_EQ(textOf(window), qs("café über\n")) << "these bytes are not UTF-8";
     EXPECT_TRUE(message(window, Subject::Encoding).contains(qs("Unicode (UTF-8)")));
@@ -296,7 +296,7 @@ TEST_F(DocumentWindowTest, doesNotWriteOverBytesThatItDidNotUnderstand)
     EXPECT_EQ(bytesOf(file), bytes);
     EXPECT_NE(message(window, Subject::Saving), QString());
 
-    choose(window, qs("Format/Encoding/Western (ISO Latin 1)"));
+    choose(window, qs("Format/Encoding/Western/Western (ISO Latin 1)"));
     waitUntilIdle(window);
     EXPECT_EQ(message(window, Subject::Encoding), QString());
     press(window, {qs("'x'")});
