@@ -63,7 +63,7 @@ QByteArray RecoveryHeader::encoded() const
 
 FileResult<RecoveryHeader> RecoveryHeader::read(FileOps& ops, int descriptor)
 {
-    const auto damaged = FileResult<RecoveryHeader>::failed(EBADMSG);
+    auto damaged = FileResult<RecoveryHeader>::failed(EBADMSG);
     const QByteArray start = startOf(ops, descriptor, prefixSize + largestHeader + digestSize);
     if (start.size() < prefixSize + digestSize || !start.startsWith(magic))
         return damaged;
