@@ -11,7 +11,7 @@ constexpr int maximumCost = 96 * 1024;
 
 } // namespace
 
-TextLayoutCache::TextLayoutCache(const TextFont& font) : m_font(font), m_layouts(maximumCost) {}
+TextLayoutCache::TextLayoutCache(TextFont font) : m_font(std::move(font)), m_layouts(maximumCost) {}
 
 void TextLayoutCache::setFont(const TextFont& font)
 {

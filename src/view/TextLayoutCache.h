@@ -13,7 +13,7 @@ namespace quillory {
 class TextLayoutCache
 {
 public:
-    explicit TextLayoutCache(const TextFont& font);
+    explicit TextLayoutCache(TextFont font);
 
     const TextFont& font() const { return m_font; }
     void setFont(const TextFont& font);

@@ -208,7 +208,8 @@ void TextViewport::scrollToY(qint64 y)
     const qint64 end = std::max<qint64>(0, contentHeight() - m_size.height());
     y = std::clamp<qint64>(y, 0, end);
     const bool toEnd = m_geometry.wraps() && y == end;
-    m_top = toEnd ? m_geometry.text().length() : offsetOfEstimatedRow(double(y / rowHeight()));
+    const qint64 row = y / rowHeight();
+    m_top = toEnd ? m_geometry.text().length() : offsetOfEstimatedRow(double(row));
     m_hidden = int(y % rowHeight());
     invalidate();
 }

@@ -17,6 +17,7 @@ ViewHarness::ViewHarness(const QString& text)
     view.resize(800, 400);
     view.show();
     view.activateWindow();
+    (void)QTest::qWaitForWindowExposed(&view);
     view.setFocus();
     settle();
 }
