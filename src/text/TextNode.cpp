@@ -9,7 +9,11 @@ namespace quillory {
 TextLeaf::TextLeaf(std::u16string_view string) : TextNode(0)
 {
     Q_ASSERT(!string.empty() && TextOffset(string.size()) <= maximumUnits);
-    wide = std::any_of(string.begin(), string.end(), [](char16_t unit) { return unit > 0xFF; });
+    // All units at once: a loop that stops early is not vectorised.
+    char16_t bits = 0;
+    for (const char16_t unit : string)
+        bits |= unit;
+    wide = bits > 0xFF;
     if (wide) {
         m_wideOwned = std::make_unique_for_overwrite<char16_t[]>(string.size());
         std::copy(string.begin(), string.end(), m_wideOwned.get());

@@ -64,11 +64,11 @@ TEST(TextSnapshot, AMillionRandomEditsKeepToTheModel)
     for (int i = 0; i < edits; ++i) {
         const size_t length = model.text.size();
         const size_t location = random.below(length + 1);
-        const bool large = random.below(200) == 0;
-        const bool shrinking = length > 16000;
+        const bool large = random.below(1000) == 0;
+        const bool shrinking = length > 12000;
         const size_t removed =
-            std::min(length - location, random.below(large || shrinking ? 9000 : 4));
-        const std::u16string inserted = random(random.below(large && !shrinking ? 9000 : 5));
+            std::min(length - location, random.below(large || shrinking ? 6000 : 4));
+        const std::u16string inserted = random(random.below(large && !shrinking ? 6000 : 5));
         const TextRange range{TextOffset(location), TextOffset(removed)};
         text = text.replacing(range, TextSnapshot(inserted));
         model.replace(range, inserted);
@@ -77,12 +77,12 @@ TEST(TextSnapshot, AMillionRandomEditsKeepToTheModel)
         if (offset < text.length()) {
             ASSERT_EQ(text.at(offset), model.text[size_t(offset)]) << "edit " << i;
         }
-        if (i % 64 == 0) {
+        if (i % 256 == 0) {
             const LineIndex line = text.lineAt(offset);
             ASSERT_EQ(line.value(), model.lineAt(offset)) << "edit " << i;
             ASSERT_EQ(text.lineStart(line), model.lineStart(line.value())) << "edit " << i;
         }
-        if (i % 2048 == 0) {
+        if (i % 8192 == 0) {
             ASSERT_NO_FATAL_FAILURE(expectSame(text, model)) << "edit " << i;
         }
         if (i % 50000 == 0)
