@@ -126,6 +126,12 @@ void showStateMessages(DocumentWindow& window)
                  .arg(document.displayName(), displayName(document.record().encoding))});
 }
 
+void updateLineBreaksMessage(DocumentWindow& window)
+{
+    if (!window.messages().text(Subject::LineBreaks).isEmpty())
+        showMixedBreaks(window);
+}
+
 void showSaveProblem(DocumentWindow& window, const SaveResult& result)
 {
     const QString text = result.message.isEmpty()

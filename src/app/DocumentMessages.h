@@ -14,6 +14,9 @@ struct SaveResult;
 /// breaks, bytes that saving would not write as they were.
 void showStateMessages(DocumentWindow& window);
 
+/// Says again what saving does to mixed line breaks, after another form of them was chosen.
+void updateLineBreaksMessage(DocumentWindow& window);
+
 void showSaveProblem(DocumentWindow& window, const SaveResult& result);
 /// Reading the file again failed; \a undecodable: another encoding may help.
 void showReadProblem(DocumentWindow& window, const QString& text, bool undecodable);

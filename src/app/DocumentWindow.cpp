@@ -82,6 +82,7 @@ void DocumentWindow::connectDocument()
     connect(&document, &Document::recordChanged, this, [this] {
         updateTitle();
         m_status->showForm(*m_document);
+        updateLineBreaksMessage(*this);
     });
     connect(&document, &Document::textViewSettingsApplied, this, [this] { m_appearance->apply(); });
     connect(&document, &Document::settingsSheetRequested, this, [this] {

@@ -2,6 +2,7 @@
 
 #include "app/RefillingMenu.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -80,7 +81,7 @@ MessageBar::MessageBar(const Message& message, QWidget* parent)
 
     auto* cross = new QToolButton(this);
     cross->setAutoRaise(true);
-    cross->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton, nullptr, this));
+    cross->setText(QStringLiteral("✕")); // an icon might not show on a dark ground
     cross->setToolTip(tr("Put this message away"));
     cross->setAccessibleName(cross->toolTip());
     connect(cross, &QToolButton::clicked, this, &MessageBar::dismissed);
@@ -116,17 +117,19 @@ void MessageBar::addButton(const Message::WayOut& wayOut)
 void MessageBar::changeEvent(QEvent* event)
 {
     QFrame::changeEvent(event);
-    if (event->type() == QEvent::ApplicationPaletteChange)
+    if (event->type() == QEvent::PaletteChange)
         updateColours();
 }
 
 /// The colours follow the desktop's light or dark ones, of which they are a shade.
 void MessageBar::updateColours()
 {
-    const QColor base = parentWidget() ? parentWidget()->palette().color(QPalette::Window)
-                                       : palette().color(QPalette::Window);
+    const QColor base = QApplication::palette(this).color(QPalette::Window);
+    const QColor ground = blended(base, tintOf(m_kind), tintStrength);
+    if (palette().color(QPalette::Window) == ground)
+        return;
     QPalette colours = palette();
-    colours.setColor(QPalette::Window, blended(base, tintOf(m_kind), tintStrength));
+    colours.setColor(QPalette::Window, ground);
     setPalette(colours);
 }
 

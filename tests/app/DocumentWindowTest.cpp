@@ -1,5 +1,6 @@
 #include "AppFixture.h"
 
+#include "app/MessageBar.h"
 #include "app/RereadFlow.h"
 #include "app/SaveFlow.h"
 #include "app/StatusLine.h"
@@ -7,6 +8,7 @@
 #include "text/TextEncoder.h"
 #include "view/TextViewWidget.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QMenu>
 #include <QMenuBar>
@@ -100,6 +102,7 @@ TEST_F(DocumentWindowTest, tellsOfMixedLineBreaksUntilTheFirstSave)
                                  "2 × Windows (CRLF)")));
     EXPECT_EQ(window.statusLine().lineBreaksText(), qs("Mixed: 1 LF, 1 CR, 2 CRLF"));
     choose(window, qs("Format/Line Breaks/Unix (LF)"));
+    EXPECT_TRUE(message(window, Subject::LineBreaks).endsWith(qs("all of them Unix (LF).")));
     EXPECT_TRUE(window.isWindowModified());
     save(window);
     EXPECT_EQ(bytesOf(file), "a\nb\nc\nd\n");
@@ -328,6 +331,22 @@ TEST_F(DocumentWindowTest, namesAndEnablesCommandsByTheDocument)
     for (const auto& c : cases)
         EXPECT_EQ(command(window, qs(c.command))->isEnabled(), c.afterTypingAndSelecting)
             << c.command;
+}
+
+TEST_F(DocumentWindowTest, followsALightOrDarkDesktop)
+{
+    const QPalette before = QApplication::palette();
+    DocumentWindow& window = open(write("mixed.txt", "a\r\nb\n"));
+    const QWidget* bar = window.messages().findChild<MessageBar*>();
+    const auto contrast = [](const QWidget& widget) {
+        return widget.palette().color(QPalette::WindowText).lightness() -
+               widget.palette().color(QPalette::Window).lightness();
+    };
+    EXPECT_LT(contrast(*bar), -100) << "dark on light";
+    QApplication::setPalette(QPalette(QColor(60, 60, 64), QColor(45, 45, 48)));
+    QCoreApplication::processEvents();
+    EXPECT_GT(contrast(*bar), 100) << "light on dark";
+    QApplication::setPalette(before);
 }
 
 TEST_F(DocumentWindowTest, givesEachMenuItsOwnMnemonicsAndKeys)
