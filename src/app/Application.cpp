@@ -5,9 +5,18 @@
 #include <QApplication>
 #include <QIcon>
 #include <QProcessEnvironment>
-#include <QTimer>
 
 namespace quillory {
+
+namespace {
+
+/// Waits for the first paint, which drawing the icon would delay.
+void setIcon()
+{
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillory.svg")));
+}
+
+} // namespace
 
 Application::Application()
     : m_folders(ApplicationFolders::fromEnvironment(QProcessEnvironment::systemEnvironment(),
@@ -31,16 +40,14 @@ int Application::run(const CommandLine& line)
             if (!opened && line.action == CommandLine::Action::Render)
                 renderToPng(*window, line.renderTo,
                             [](bool written) { QCoreApplication::exit(written ? 0 : 1); });
+            if (!opened)
+                QObject::connect(window, &DocumentWindow::firstPainted, qApp, setIcon);
             opened = true;
         });
     if (line.targets.empty())
         m_controller.newDocument();
     else
         m_controller.open(line.targets);
-    // Drawing the icon would make the first paint wait.
-    QTimer::singleShot(0, qApp, [] {
-        QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillory.svg")));
-    });
     return QCoreApplication::exec();
 }
 

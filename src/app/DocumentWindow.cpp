@@ -139,7 +139,6 @@ void DocumentWindow::updateTitle()
     setWindowModified(m_document->isDocumentEdited());
     if (windowFilePath() != m_document->path())
         setWindowFilePath(m_document->path());
-    Q_EMIT titleChanged();
 }
 
 void DocumentWindow::updateActivity()
@@ -150,14 +149,19 @@ void DocumentWindow::updateActivity()
     m_menu->scheduleRefresh();
 }
 
-void DocumentWindow::setStatusLineShown(bool shown)
-{
-    m_status->setVisible(shown);
-}
-
 void DocumentWindow::toggleFullScreen()
 {
     setWindowState(windowState() ^ Qt::WindowFullScreen);
+}
+
+bool DocumentWindow::event(QEvent* event)
+{
+    const bool taken = QMainWindow::event(event);
+    if (event->type() == QEvent::UpdateRequest && !m_painted) {
+        m_painted = true;
+        Q_EMIT firstPainted();
+    }
+    return taken;
 }
 
 void DocumentWindow::changeEvent(QEvent* event)

@@ -65,7 +65,6 @@ public:
     /// The encoding of the next save; for a file that was not understood, the one to read it in.
     void chooseEncoding(StringEncoding encoding);
     void chooseLineBreaks(int lbFormat);
-    void setStatusLineShown(bool shown);
     void toggleFullScreen();
     void chooseFont();
 
@@ -76,12 +75,13 @@ public:
 Q_SIGNALS:
     /// The window is going, and its document with it.
     void closed(DocumentWindow* window);
-    /// The title, or the file behind it, is another.
-    void titleChanged();
+    /// Once, when the window was first painted: the time for what that need not wait for.
+    void firstPainted();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     void build();
@@ -104,6 +104,7 @@ private:
     std::unique_ptr<ViewAppearance> m_appearance;
     std::unique_ptr<SaveFlow> m_saving;
     std::unique_ptr<RereadFlow> m_rereading;
+    bool m_painted = false;
     bool m_asking = false;   ///< a question before closing is open
     bool m_mayClose = false; ///< it was answered
 };

@@ -31,14 +31,10 @@ MainMenu::MainMenu(DocumentWindow& window) : QObject(&window), m_window(window)
 {
     for (const MenuDefinition& definition : menuTable()) {
         QMenu* menu = window.menuBar()->addMenu(menuText(definition.title));
-        for (const MenuItem& item : definition.items)
-            addItem(*menu, item);
         connect(menu, &QMenu::aboutToShow, this, &MainMenu::refresh);
-        if (definition.extend)
-            refillOnShow(*menu, [this, &definition](QMenu& opening) {
-                definition.extend(opening, m_window);
-            });
+        m_menus.push_back(menu);
     }
+    connect(&window, &DocumentWindow::firstPainted, this, &MainMenu::refresh);
     m_refresh.setSingleShot(true);
     m_refresh.setInterval(0);
     connect(&m_refresh, &QTimer::timeout, this, &MainMenu::refresh);
@@ -47,7 +43,20 @@ MainMenu::MainMenu(DocumentWindow& window) : QObject(&window), m_window(window)
     connect(&document.textView(), &QPTextView::selectionDidChange, this,
             &MainMenu::scheduleRefresh);
     connect(&document, &Document::recordChanged, this, &MainMenu::scheduleRefresh);
-    refresh();
+}
+
+void MainMenu::fill()
+{
+    auto menu = m_menus.begin();
+    for (const MenuDefinition& definition : menuTable()) {
+        for (const MenuItem& item : definition.items)
+            addItem(**menu, item);
+        if (definition.extend)
+            refillOnShow(**menu, [this, &definition](QMenu& opening) {
+                definition.extend(opening, m_window);
+            });
+        ++menu;
+    }
 }
 
 void MainMenu::addItem(QMenu& menu, const MenuItem& item)
@@ -75,6 +84,8 @@ void MainMenu::addItem(QMenu& menu, const MenuItem& item)
 
 void MainMenu::refresh()
 {
+    if (m_commands.empty())
+        fill();
     for (const Command& command : m_commands) {
         if (command.item->isEnabled)
             command.action->setEnabled(command.item->isEnabled(m_window));

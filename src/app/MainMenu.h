@@ -13,7 +13,8 @@ class DocumentWindow;
 struct MenuItem;
 
 /// The menu bar of a document window, made from the menu table, and what keeps the names, the
-/// check marks and the enabling of its commands true.
+/// check marks and the enabling of its commands true. The menus are filled when the window has been
+/// painted, which need not wait for commands that nobody has had the time to ask for.
 class MainMenu : public QObject
 {
     Q_OBJECT
@@ -34,11 +35,13 @@ private:
         const MenuItem* item;
     };
 
+    void fill();
     void addItem(QMenu& menu, const MenuItem& item);
     void refresh();
 
     DocumentWindow& m_window;
-    std::vector<Command> m_commands;
+    std::vector<QMenu*> m_menus;
+    std::vector<Command> m_commands; ///< empty until the menus are filled
     QTimer m_refresh;
 };
 
