@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -37,6 +38,8 @@ bool hasDisplay()
 
 int main(int argc, char* argv[])
 {
+    // A file-size limit is for the save to tell of (EFBIG), not to end the program.
+    std::signal(SIGXFSZ, SIG_IGN);
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
         arguments += QString::fromLocal8Bit(argv[i]);

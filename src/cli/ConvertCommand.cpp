@@ -100,6 +100,7 @@ ExitStatus runConvert(const QStringList& arguments, const CliStreams& streams)
     SaveJob job;
     job.path = parser.positionalArguments().at(1);
     job.text = *file.text;
+    job.keepsText = false; // the file that was read holds it
     job.record = file.record;
     job.layout = file.layout;
     const bool toArchive =

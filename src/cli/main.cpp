@@ -1,9 +1,11 @@
 #include "cli/Cli.h"
 
 #include <QCoreApplication>
+#include <csignal>
 
 int main(int argc, char** argv)
 {
+    std::signal(SIGXFSZ, SIG_IGN); // a file-size limit is told of as a failed write
     QCoreApplication::setApplicationName(QStringLiteral("quillory-cli"));
     const QCoreApplication application(argc, argv);
     QTextStream out(stdout);

@@ -319,11 +319,13 @@ SaveJob Document::saveJob(const QString& path, const QString& ofType) const
 void Document::finishSave(const SaveJob& job, const SaveResult& result)
 {
     m_recoveryRecord = result.recoveryRecord;
+    // A save that failed may have touched the file all the same: reserving room ages it.
+    if (result.identity && (result.written || job.path == m_path))
+        m_identity = result.identity;
     if (!result.written)
         return;
     m_path = job.path;
     m_type = job.type;
-    m_identity = result.identity;
     m_lineBreaks = {};
     m_encodesBack = true;
     m_record.isQuilloryDocument = job.type == DocumentType::archive;

@@ -59,6 +59,8 @@ private:
     {
         m_result.problem = problem;
         m_result.message = message;
+        if (!m_job.keepsText)
+            return;
         const StringEncoding form = findUnencodable(m_job.text, StringEncoding::utf8)
                                         ? StringEncoding::utf16
                                         : StringEncoding::utf8;
@@ -179,6 +181,7 @@ private:
         request.expected = m_job.expected;
         request.entry = entry(encoding);
         request.recoveryRecord = m_job.recoveryRecord;
+        request.keepsText = m_job.keepsText;
         if (m_job.hasEncodingAttribute)
             request.attributes[textEncodingAttribute] = attributeForEncoding(encoding);
         const SafeWriteResult written = SafeFileWriter(m_ops, m_recovery).write(request);

@@ -49,7 +49,8 @@ struct SaveJob
     bool hasEncodingAttribute = false; ///< the file has a text-encoding attribute, to be kept true
     /// What the file must still be; nothing when any file there may be replaced.
     std::optional<FileIdentity> expected;
-    /// The record that an earlier, failed save left in the recovery store.
+    bool keepsText = true; ///< a save that fails leaves the text in the recovery store
+    /// The record that an earlier, failed save left there.
     QString recoveryRecord;
 
     SaveResult run(FileOps& ops, RecoveryStore& recovery) const;

@@ -157,7 +157,7 @@ private:
     /// Brings the text of a failed save to the recovery store, if it is not there yet.
     bool keepText(const WriteAttempt& attempt)
     {
-        if (attempt.isTextStored || attempt.error.code == ECANCELED)
+        if (attempt.isTextStored || attempt.error.code == ECANCELED || !m_request.keepsText)
             return attempt.isTextStored;
         const auto id = m_store.store(m_entry, m_request.source, m_recoveryId);
         if (id)

@@ -1,5 +1,6 @@
 #include "cli/Cli.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -161,6 +162,7 @@ TEST_F(CliTest, FailuresSayWhatAndAnswerOneUsageTwo)
         EXPECT_TRUE(out.isEmpty());
     }
     EXPECT_FALSE(QFile::exists(path("o")));
+    EXPECT_TRUE(QDir(path("Quillory/Recovery")).isEmpty()); // what was read is still where it was
     EXPECT_EQ(run({QStringLiteral("--help")}), 0);
     EXPECT_TRUE(out.contains(QStringLiteral("convert")));
 }
