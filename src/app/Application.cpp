@@ -6,6 +6,12 @@
 #include <QIcon>
 #include <QProcessEnvironment>
 
+// A static library's resources are linked in only when they are asked for.
+static void initialiseResources()
+{
+    Q_INIT_RESOURCE(quillory);
+}
+
 namespace quillory {
 
 namespace {
@@ -25,7 +31,9 @@ Application::Application()
       m_state(m_folders.state + QStringLiteral("/Windows.conf"), QSettings::IniFormat),
       m_environment{m_folders, m_defaults, m_notifications, m_fileOps, m_recovery},
       m_controller(m_environment, m_questions, m_state)
-{}
+{
+    initialiseResources();
+}
 
 int Application::run(const CommandLine& line)
 {

@@ -130,8 +130,6 @@ void listWindows(QMenu& menu, W& w)
 
 // The menus
 
-constexpr auto noKey = QKeySequence::UnknownKey;
-
 constexpr MenuItem separator{};
 
 constexpr MenuItem fileMenu[]{
@@ -171,46 +169,46 @@ constexpr MenuItem fileMenu[]{
 
 constexpr MenuItem editMenu[]{
     {.text = ENTRY("&Undo"),
+     .inContextMenu = true,
      .standardKey = QKeySequence::Undo,
      .run = [](W& w) { w.view().undo(); },
      .isEnabled = [](const W& w) { return w.document().undoManager().canUndo(); },
      .label =
-         [](const W& w) { return withStep("&Undo", w.document().undoManager().undoActionName()); },
-     .inContextMenu = true},
+         [](const W& w) { return withStep("&Undo", w.document().undoManager().undoActionName()); }},
     {.text = ENTRY("&Redo"),
+     .inContextMenu = true,
      .standardKey = QKeySequence::Redo,
      .ownKeys = "Ctrl+Shift+Z; Ctrl+Y",
      .run = [](W& w) { w.view().redo(); },
      .isEnabled = [](const W& w) { return w.document().undoManager().canRedo(); },
      .label =
-         [](const W& w) { return withStep("&Redo", w.document().undoManager().redoActionName()); },
-     .inContextMenu = true},
+         [](const W& w) { return withStep("&Redo", w.document().undoManager().redoActionName()); }},
     {.inContextMenu = true},
     {.text = ENTRY("Cu&t"),
+     .inContextMenu = true,
      .standardKey = QKeySequence::Cut,
      .run = [](W& w) { w.view().cut(); },
-     .isEnabled = canDelete,
-     .inContextMenu = true},
+     .isEnabled = canDelete},
     {.text = ENTRY("&Copy"),
+     .inContextMenu = true,
      .standardKey = QKeySequence::Copy,
      .run = [](W& w) { w.view().copy(); },
-     .isEnabled = hasSelection,
-     .inContextMenu = true},
+     .isEnabled = hasSelection},
     // Whether the clipboard holds text is for its owner to say, who may take long.
     {.text = ENTRY("&Paste"),
+     .inContextMenu = true,
      .standardKey = QKeySequence::Paste,
      .run = [](W& w) { w.view().paste(); },
-     .isEnabled = [](const W& w) { return w.document().textView().isEditable(); },
-     .inContextMenu = true},
+     .isEnabled = [](const W& w) { return w.document().textView().isEditable(); }},
     {.text = ENTRY("&Delete"),
+     .inContextMenu = true,
      .run = [](W& w) { w.document().textView().deleteSelection(); },
-     .isEnabled = canDelete,
-     .inContextMenu = true},
+     .isEnabled = canDelete},
     {.inContextMenu = true},
     {.text = ENTRY("Select &All"),
+     .inContextMenu = true,
      .standardKey = QKeySequence::SelectAll,
-     .run = [](W& w) { w.view().selectAll(); },
-     .inContextMenu = true},
+     .run = [](W& w) { w.view().selectAll(); }},
 };
 
 constexpr MenuItem viewMenu[]{

@@ -14,6 +14,7 @@ class DocumentWindow;
 struct MenuItem
 {
     const char* text = nullptr; ///< English, with its mnemonic
+    bool inContextMenu = false;
     QKeySequence::StandardKey standardKey = QKeySequence::UnknownKey;
     /// Beside the desktop's own keys, or where the desktop has none: "A; B".
     const char* ownKeys = nullptr;
@@ -24,7 +25,6 @@ struct MenuItem
     QString (*label)(const DocumentWindow&) = nullptr;
     /// Makes it a submenu, which is filled anew each time it opens.
     void (*fill)(QMenu&, DocumentWindow&) = nullptr;
-    bool inContextMenu = false;
 };
 
 struct MenuDefinition
