@@ -21,7 +21,8 @@ struct SafeWriteRequest
     RecoveryEntry entry;
     /// The record in which an earlier, failed save left the text; empty when there is none.
     QString recoveryRecord;
-    /// A save that fails leaves the text in the recovery store. Off where the text has another home.
+    /// A save that fails leaves the text in the recovery store. Off where the text has another
+    /// home.
     bool keepsText = true;
     /// Extended attributes to set beside the file's own, or, where empty, to remove.
     QMap<QByteArray, QByteArray> attributes;
