@@ -1,25 +1,30 @@
 #pragma once
 
-#include <QFuture>
-#include <QObject>
-#include <QPromise>
+#include <QCoreApplication>
+#include <QPointer>
 #include <QThreadPool>
 #include <memory>
 
 namespace quillory {
 
-/// Runs \a work on a thread of the pool and then, on \a context's thread, \a done with its result;
-/// \a done is dropped when \a context is gone by then.
+/// Runs \a work on a thread of the pool and then, on the application's thread, \a done with its
+/// result; \a done is dropped when \a context, an object of that thread, is gone by then.
 template<class Work, class Done>
 void runInBackground(QObject* context, Work work, Done done)
 {
-    using Result = decltype(work());
-    auto promise = std::make_shared<QPromise<Result>>();
-    promise->future().then(context, std::move(done));
-    QThreadPool::globalInstance()->start([promise, work = std::move(work)]() mutable {
-        promise->start();
-        promise->addResult(work());
-        promise->finish();
+    QThreadPool::globalInstance()->start([guard = QPointer<QObject>(context),
+                                          work = std::move(work),
+                                          done = std::move(done)]() mutable {
+        auto result = std::make_shared<decltype(work())>(work());
+        // The application outlives the pool's threads; whether the context did is for its own
+        // thread to see.
+        QMetaObject::invokeMethod(
+            qApp,
+            [guard, done = std::move(done), result]() mutable {
+                if (guard)
+                    done(std::move(*result));
+            },
+            Qt::QueuedConnection);
     });
 }
 

@@ -234,15 +234,39 @@ void Document::changeEncoding()
     const std::optional<EncodingEntry> entry = m_encodings.selected();
     if (!entry)
         return;
+    if (m_undecoded) {
+        readBytesAs(entry->number);
+        return;
+    }
     m_record.encoding = entry->number;
     m_layout = standardLayout(entry->number);
-    m_undecoded = false;
     // A text that does not fit stays as it is; one that fits comes back as it was or, where the
     // encoding has another character for one of its own, with that.
     const TextSnapshot text = completeString();
     changeWholeText(tr("Changed Encoding"), [text, encoding = entry->number] {
         return thereAndBack(text, encoding).value_or(text);
     });
+}
+
+/// Opens the bytes, which did not decode so far, in \a encoding; where that fails too the document
+/// stays as it is.
+void Document::readBytesAs(StringEncoding encoding)
+{
+    ReadResult read;
+    read.answer = true;
+    read.path = m_path;
+    read.record = m_record;
+    read.hasEncodingAttribute = m_hasEncodingAttribute;
+    read.identity = m_identity.value_or(FileIdentity());
+    const auto decoded = [read, encoding] {
+        ReadResult result = read;
+        decodeAs(result, encoding);
+        return result;
+    };
+    if (m_record.dataFromFile->size().value() <= quickLength)
+        takeReread(decoded());
+    else
+        runInBackground(this, decoded, [this](const ReadResult& result) { takeReread(result); });
 }
 
 void Document::changeEncodingAction()

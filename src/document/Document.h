@@ -97,7 +97,8 @@ public:
     void selectEncoding();
     void delayedSelectEncoding();
     /// Takes the selected entry's encoding, and the text as it comes back from it; a text that does
-    /// not fit stays as it is. A long text changes a little later, and cannot be edited until then.
+    /// not fit stays as it is, and bytes that did not decode are opened in it. A long text changes
+    /// a little later, and cannot be edited until then.
     void changeEncoding();
     void changeEncodingAction();
 
@@ -128,6 +129,7 @@ Q_SIGNALS:
 
 private:
     void fillText();
+    void readBytesAs(StringEncoding encoding);
     using NewText = std::function<TextSnapshot()>;
     void changeWholeText(const QString& actionName, const NewText& newText);
     void replaceWholeText(const TextSnapshot& text);

@@ -43,8 +43,9 @@ FileResult<Target> resolved(FileOps& ops, QByteArray path)
 QString changedMessage(const QString& path)
 {
     return QCoreApplication::translate(
-               "FileError", "“%1” was not saved: another program changed the file. Save elsewhere "
-                            "to keep both versions, or save again to replace the other one.")
+               "FileError",
+               "“%1” was not saved: another program changed the file, and nothing was "
+               "written over its version. Save elsewhere to keep both, or overwrite it.")
         .arg(QFileInfo(path).fileName());
 }
 

@@ -140,7 +140,12 @@ TEST_F(RealFilesTest, BytesThatAreNoTextAreNeverWrittenOver)
     EXPECT_EQ(test::readBytes(path), bytes);
     EXPECT_TRUE(document->isDocumentEdited());
 
-    ASSERT_TRUE(document->revert(StringEncoding::isoLatin1).answer);
+    // Choosing an encoding opens the bytes in it, where they are text in it.
+    document->encodingsArrayController().selectNumber(StringEncoding::ascii);
+    document->changeEncodingAction();
+    EXPECT_TRUE(document->isUndecoded());
+    document->encodingsArrayController().selectNumber(StringEncoding::isoLatin1);
+    document->changeEncodingAction();
     EXPECT_EQ(document->completeString().length(), bytes.size());
     EXPECT_FALSE(document->isUndecoded());
     EXPECT_FALSE(document->isDocumentEdited());
