@@ -57,7 +57,7 @@ TEST(CountedWork, AnEditMakesAFewLeavesHoweverLongTheText)
             edited = next;
         }
         EXPECT_LE(leavesMade(text, text.replacing({1000, text.length() - 2000}, TextSnapshot())),
-                  2);
+                  few);
         EXPECT_LE(leavesMade(text, text.slice({5000, text.length() - 10000})), few);
         // Moving half of the text to its end copies none of it.
         const TextRange half{0, text.length() / 2};
