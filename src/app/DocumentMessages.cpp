@@ -155,9 +155,8 @@ void showUnencodable(DocumentWindow& window, const EncodingFailure& failure)
     const Document& document = window.document();
     const TextPlace place = placeOf(document.completeString(), failure.offset);
     const QString text =
-        tr("%1 has no place for the character “%2” (U+%3) in line %4, column %5. The text cannot "
-           "be "
-           "saved in this encoding while it stands there.")
+        tr("%1 has no place for the character “%2” (U+%3) in line %4, column %5. The text "
+           "cannot be saved in this encoding while it stands there.")
             .arg(displayName(document.record().encoding), QString::fromUcs4(&failure.character, 1),
                  QString::number(uint(failure.character), 16)
                      .toUpper()

@@ -4,26 +4,12 @@
 #include "document/Background.h"
 #include "document/Document.h"
 #include "document/DocumentType.h"
+#include "document/SafeFileWriter.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QWidget>
 
 namespace quillory {
-
-namespace {
-
-constexpr QFileDevice::Permissions anyWrite =
-    QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
-
-/// True for a file that its owner has protected, or that this user may not write.
-bool isWriteProtected(const QString& path)
-{
-    const QFileInfo info(path);
-    return info.exists() && (!(info.permissions() & anyWrite) || !info.isWritable());
-}
-
-} // namespace
 
 SaveFlow::SaveFlow(Document& document, const DocumentEnvironment& environment,
                    UserQuestions& questions, QWidget& window)
@@ -37,7 +23,8 @@ void SaveFlow::save(const Then& then)
         saveAs(then);
         return;
     }
-    if (!isWriteProtected(path) || m_mayReplaceProtected == path) {
+    if (m_mayReplaceProtected == path ||
+        !SafeFileWriter::isWriteProtected(m_environment.fileOps, path)) {
         enqueue({path, m_document.type(), false, then});
         return;
     }
@@ -79,18 +66,20 @@ void SaveFlow::askForPlace(const QString& title, bool isCopy, const Then& then)
     const QString suggestion =
         path.isEmpty() ? QDir::current().filePath(m_document.displayName() + QStringLiteral(".txt"))
                        : path;
-    m_questions.askForSavePath(&m_window, title, suggestion,
-                               [this, isCopy, then](const QString& chosen) {
-                                   if (chosen.isEmpty()) {
-                                       if (then)
-                                           then(false);
-                                       return;
-                                   }
-                                   // The dialog has asked whether to replace what stands there.
-                                   if (chosen == m_document.path() && !isCopy)
-                                       m_document.acceptFileOnDisk();
-                                   enqueue({chosen, DocumentType::ofFile(chosen), isCopy, then});
-                               });
+    m_questions.askForSavePath(
+        &m_window, title, suggestion, [this, isCopy, then](const QString& chosen) {
+            if (chosen.isEmpty()) {
+                if (then)
+                    then(false);
+                return;
+            }
+            // The dialog has asked whether to replace what stands there.
+            const bool same = chosen == m_document.path();
+            if (same && !isCopy)
+                m_document.acceptFileOnDisk();
+            const QString type = same ? m_document.type() : DocumentType::ofNewFile(chosen);
+            enqueue({chosen, type, isCopy, then});
+        });
 }
 
 void SaveFlow::enqueue(const Request& request)

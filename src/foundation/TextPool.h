@@ -18,7 +18,7 @@ public:
         const auto known = m_lists.constFind(text);
         if (known != m_lists.cend())
             return *known;
-        const PropertyList made(text);
+        PropertyList made(text);
         if (m_lists.size() < mostTexts)
             m_lists.insert(text, made);
         return made;

@@ -187,9 +187,9 @@ TextNodePointer treeAfter(const TextNodePointer& root, TextOffset units)
     const int cut = branch.childAtUnit(units);
     TextNodePointer after;
     if (cut == branch.count - 2)
-        after = branch.children[size_t(cut + 1)];
+        after = branch.children[size_t(cut) + 1];
     else if (cut < branch.count - 2)
-        after = makeBranch(childrenOf(root).subspan(size_t(cut + 1)));
+        after = makeBranch(childrenOf(root).subspan(size_t(cut) + 1));
     return concatenated(
         treeAfter(branch.children[size_t(cut)], units - branch.unitsBefore[size_t(cut)]), after);
 }
