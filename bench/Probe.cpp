@@ -50,4 +50,10 @@ bool FirstPaint::eventFilter(QObject* object, QEvent* event)
     return false;
 }
 
+bool PaintCounter::eventFilter(QObject* object, QEvent* event)
+{
+    m_count += event->type() == QEvent::Paint ? 1 : 0;
+    return QObject::eventFilter(object, event);
+}
+
 } // namespace quillory::bench

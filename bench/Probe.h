@@ -32,4 +32,18 @@ private:
     bool m_done = false;
 };
 
+/// Counts how often an object is painted.
+class PaintCounter : public QObject
+{
+public:
+    explicit PaintCounter(QObject& target) { target.installEventFilter(this); }
+    int count() const { return m_count; }
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    int m_count = 0;
+};
+
 } // namespace quillory::bench
