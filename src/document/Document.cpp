@@ -79,6 +79,7 @@ void Document::adopt(ReadResult result)
     m_path = result.path;
     m_type = result.type;
     m_decoded = std::move(result.text);
+    m_decodedFormat = result.format;
     m_layout = result.layout;
     m_lineBreaks = result.lineBreaks;
     m_encodesBack = result.encodesBack;
@@ -121,7 +122,7 @@ void Document::fillText()
     } else if (m_record.isQuilloryDocument) {
         m_record.plistKind = 0;
     } else if (text) {
-        m_record.lbFormat = detectLBFormatFromString(*text);
+        m_record.lbFormat = int(m_decodedFormat);
     }
     m_undecoded = !isNew && !text;
     if (text) {
@@ -159,8 +160,7 @@ void Document::takeReread(const ReadResult& result)
     m_record.encoding = result.record.encoding;
     m_record.plistKind = keepsFormat ? 0 : result.record.plistKind;
     m_record.isPlistFile = result.record.isPlistFile;
-    m_record.lbFormat =
-        keepsFormat ? result.record.lbFormat : detectLBFormatFromString(*result.text);
+    m_record.lbFormat = keepsFormat ? result.record.lbFormat : int(result.format);
     m_record.dataFromFile = ByteBuffer();
     m_layout = result.layout;
     m_lineBreaks = result.lineBreaks;

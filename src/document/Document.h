@@ -156,6 +156,7 @@ private:
     QString m_type;
     int m_untitledNumber = 1;
     std::optional<TextSnapshot> m_decoded; ///< read, not yet in the text view
+    LineBreakFormat m_decodedFormat = LineBreakFormat::none;
     ByteLayout m_layout;
     LineBreakCounts m_lineBreaks;
     std::optional<FileIdentity> m_identity;

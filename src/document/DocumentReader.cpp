@@ -41,6 +41,8 @@ void takeText(ReadResult& result, StringEncoding encoding, const ByteLayout& lay
     result.layout = layout;
     result.text = text;
     result.lineBreaks = lineBreakCounts(text);
+    const bool hasCr = result.lineBreaks.cr + result.lineBreaks.crLf > 0;
+    result.format = hasCr ? detectLBFormat(text) : LineBreakFormat::unixLf;
     result.encodesBack = encodesBack(text, encoding, layout, result.record.dataFromFile->view());
 }
 

@@ -21,8 +21,9 @@ struct ReadResult
 
     /// What the record's bytes say in its encoding; nothing when they cannot be decoded.
     std::optional<TextSnapshot> text;
-    ByteLayout layout;                 ///< how the bytes began: with a byte-order mark or not
-    LineBreakCounts lineBreaks;        ///< as they stand in the file
+    ByteLayout layout; ///< how the bytes began: with a byte-order mark or not
+    LineBreakFormat format = LineBreakFormat::none; ///< what the text's first CR tells
+    LineBreakCounts lineBreaks;                     ///< as they stand in the file
     bool encodesBack = true;           ///< saving the text as it is gives the very same bytes
     bool hasEncodingAttribute = false; ///< the file names its encoding in an extended attribute
     FileIdentity identity;             ///< of the file as it was read

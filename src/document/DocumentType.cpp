@@ -24,7 +24,7 @@ bool holdsArchive(QFile& file)
 
 QString ofFile(const QString& path)
 {
-    const QString byName = ofNewFile(path);
+    QString byName = ofNewFile(path);
     if (byName == archive || !QFileInfo(path).isFile())
         return byName;
     QFile file(path);

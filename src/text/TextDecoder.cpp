@@ -8,6 +8,8 @@
 #include "text/Utf8.h"
 
 #include <QtEndian>
+#include <future>
+#include <thread>
 
 // Encodings in which ASCII stands for itself are decoded in two ways by turns: a run of ASCII that
 // would fill a leaf is handed to the builder as it lies in the file, and what stands between such
@@ -89,6 +91,41 @@ bool decodeUtf8Bytes(QByteArrayView rest, Assembly& text)
             return false;
     }
     return true;
+}
+
+/// Less is decoded on the calling thread alone.
+constexpr qsizetype shareForThread = qsizetype(8) << 20;
+
+/// UTF-8 tells where its characters begin, so a long text is decoded in parts, one on each
+/// processor; putting their trees together takes no time.
+std::optional<TextSnapshot> decodeUtf8InParts(QByteArrayView bytes, const ByteBuffer& owner)
+{
+    const auto decodePart = [&owner](QByteArrayView part) -> std::optional<TextSnapshot> {
+        Assembly text(owner);
+        return decodeUtf8Bytes(part, text) ? std::optional(text.builder().finish()) : std::nullopt;
+    };
+    const qsizetype processors = std::max(1U, std::thread::hardware_concurrency());
+    const qsizetype count = std::clamp<qsizetype>(bytes.size() / shareForThread, 1, processors);
+    std::vector<std::future<std::optional<TextSnapshot>>> parts;
+    qsizetype begin = 0;
+    for (qsizetype i = 1; i < count; ++i) {
+        qsizetype end = bytes.size() * i / count;
+        while (end > begin && (uchar(bytes[end]) & 0xC0) == 0x80)
+            --end;
+        parts.push_back(
+            std::async(std::launch::async, decodePart, bytes.sliced(begin, end - begin)));
+        begin = end;
+    }
+    const std::optional<TextSnapshot> last = decodePart(bytes.sliced(begin));
+    TextSnapshot text;
+    bool isValid = last.has_value();
+    for (auto& part : parts) {
+        const std::optional<TextSnapshot> decoded = part.get();
+        isValid = isValid && decoded;
+        if (isValid)
+            text = text.replacing({text.length(), 0}, *decoded);
+    }
+    return isValid ? std::optional(text.replacing({text.length(), 0}, *last)) : std::nullopt;
 }
 
 bool decodeByteTable(QByteArrayView rest, const EncodingInfo& info, const ByteBuffer& bytes,
@@ -183,11 +220,13 @@ std::optional<TextSnapshot> decode(const ByteBuffer& bytes, StringEncoding encod
         return std::nullopt;
     const ByteLayout layout = layoutOf(bytes.view(), encoding);
     const QByteArrayView rest = bytes.view().sliced(byteOrderMark(encoding, layout).size());
+    if (info->form == EncodingForm::utf8)
+        return decodeUtf8InParts(rest, bytes);
     Assembly text(bytes);
     const bool isValid = [&] {
         switch (info->form) {
         case EncodingForm::utf8:
-            return decodeUtf8Bytes(rest, text);
+            break; // see above
         case EncodingForm::utf16:
             return decodeUtf16(rest, layout.bigEndian, text);
         case EncodingForm::utf32:

@@ -175,6 +175,19 @@ TEST(TextDecoder, LeafSeamsDoNotShow)
     }
 }
 
+TEST(TextDecoder, LongUtf8IsPutTogetherFromItsParts)
+{
+    const QByteArray unit = QStringLiteral("a\u00E9\u65E5\r\n\xD83D\xDE00").toUtf8();
+    for (const int padding : {0, 1, 2, 3, 4, 5, 6, 7}) {
+        QByteArray bytes = QByteArray(padding, 'x') + unit.repeated(2'000'000);
+        EXPECT_TRUE(*decode(ByteBuffer(bytes), StringEncoding::utf8) ==
+                    TextSnapshot(QString::fromUtf8(bytes)))
+            << padding;
+        bytes[bytes.size() / 3] = '\xFF';
+        EXPECT_FALSE(decode(ByteBuffer(bytes), StringEncoding::utf8));
+    }
+}
+
 TEST(TextDecoder, RefersToLongAsciiInPlace)
 {
     const ByteBuffer ascii(QByteArray(100000, 'x'));
