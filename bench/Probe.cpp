@@ -33,7 +33,8 @@ void report(std::initializer_list<std::pair<const char*, double>> figures)
     std::fflush(stdout);
 }
 
-FirstPaint::FirstPaint(std::function<bool(QObject*)> isTarget, std::function<void()> painted)
+FirstPaint::FirstPaint(std::function<bool(QObject*)> isTarget,
+                       std::function<void(qint64 at)> painted)
     : m_isTarget(std::move(isTarget)), m_painted(std::move(painted))
 {
     QCoreApplication::instance()->installEventFilter(this);
@@ -45,9 +46,10 @@ bool FirstPaint::eventFilter(QObject* object, QEvent* event)
         return false;
     m_done = true;
     QCoreApplication::instance()->removeEventFilter(this);
-    // The event goes on to its receiver; what is queued comes after the frame is on its way.
-    QMetaObject::invokeMethod(this, m_painted, Qt::QueuedConnection);
-    return false;
+    object->event(event);
+    QMetaObject::invokeMethod(
+        this, [this, at = now()] { m_painted(at); }, Qt::QueuedConnection);
+    return true;
 }
 
 bool PaintCounter::eventFilter(QObject* object, QEvent* event)

@@ -17,18 +17,19 @@ qint64 residentBytes();
 /// Prints a line of JSON, {"name": value, ...}, that bench/budgets reads.
 void report(std::initializer_list<std::pair<const char*, double>> figures);
 
-/// Calls back once the first painting of an object that \a isTarget accepts is over.
+/// Tells when the first painting of an object that \a isTarget accepts was done, once the events
+/// at hand are handled.
 class FirstPaint : public QObject
 {
 public:
-    FirstPaint(std::function<bool(QObject*)> isTarget, std::function<void()> painted);
+    FirstPaint(std::function<bool(QObject*)> isTarget, std::function<void(qint64 at)> painted);
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     std::function<bool(QObject*)> m_isTarget;
-    std::function<void()> m_painted;
+    std::function<void(qint64 at)> m_painted;
     bool m_done = false;
 };
 

@@ -127,8 +127,8 @@ int main(int argc, char** argv)
 {
     QApplication qtApplication(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    const FirstPaint paint(showsText, [&arguments] {
-        QTimer::singleShot(300, [arguments, at = now()] { run(arguments, at); });
+    const FirstPaint paint(showsText, [&arguments](qint64 at) {
+        QTimer::singleShot(300, [arguments, at] { run(arguments, at); });
     });
     Application application;
     const auto exists = [](const QString&) { return true; };

@@ -86,8 +86,8 @@ int main(int argc, char** argv)
     window.setCentralWidget(&label);
     window.resize(800, 600);
     const FirstPaint paint([&](QObject* object) { return object == &label; },
-                           [] {
-                               report({{"at", double(now())}, {"memory", double(residentBytes())}});
+                           [](qint64 at) {
+                               report({{"at", double(at)}, {"memory", double(residentBytes())}});
                                std::_Exit(0);
                            });
     window.show();

@@ -17,13 +17,15 @@ struct EncodingEntry
 
 /// The encodings that a document offers, with a filter and a selection. The selection is an index
 /// into the arranged entries: those that the filter lets through, in the list's order.
+///
+/// The file is read when the list is first looked at, so that it does not delay a window.
 class EncodingList
 {
 public:
     /// Replaces the entries by those of the property list at \a path; none when it cannot be read.
     void load(const QString& path);
 
-    const std::vector<EncodingEntry>& entries() const { return m_entries; }
+    const std::vector<EncodingEntry>& entries() const;
     std::vector<EncodingEntry> arranged() const;
 
     /// Selects the first entry with \a number and shows all. Where there is none, index 0 is
@@ -31,14 +33,19 @@ public:
     void selectNumber(StringEncoding number);
 
     /// Selects an arranged entry; an index outside selects nothing.
-    void selectIndex(qsizetype index) { m_selection = index; }
-    qsizetype selectionIndex() const { return m_selection; }
+    void selectIndex(qsizetype index);
+    qsizetype selectionIndex() const;
     std::optional<EncodingEntry> selected() const;
 
 private:
-    std::vector<EncodingEntry> m_entries;
-    std::optional<StringEncoding> m_filter;
-    qsizetype m_selection = -1;
+    void settle() const;
+    void readEntries() const;
+
+    mutable std::optional<QString> m_unread;        ///< the file, until it has been read
+    mutable std::optional<StringEncoding> m_wanted; ///< the number to select, until it was sought
+    mutable std::vector<EncodingEntry> m_entries;
+    mutable std::optional<StringEncoding> m_filter;
+    mutable qsizetype m_selection = -1;
 };
 
 } // namespace quillory
