@@ -57,10 +57,12 @@ std::vector<WayOut> waysOut(DocumentWindow& window, const SaveResult& result)
                 {tr("&Reload"), [&window] { window.rereading().reload(); }}};
     case SaveProblem::Unencodable:
         return {showCharacter(window, result.offset),
-                {tr("Save as &UTF-8"), [&window] {
+                {tr("Save as &UTF-8"),
+                 [&window] {
                      window.chooseEncoding(StringEncoding::utf8);
                      window.saving().save();
-                 }}};
+                 }},
+                saveElsewhere(window)};
     case SaveProblem::UnparsablePropertyList:
         return {{tr("&Go to Line"),
                  [&window, place = TextPlace{result.line.value() + 1, result.column + 1}] {
