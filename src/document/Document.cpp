@@ -5,6 +5,7 @@
 #include "document/DocumentType.h"
 #include "document/DocumentWindowHost.h"
 #include "document/FirstStart.h"
+#include "document/RecoveryStore.h"
 #include "document/TextConversion.h"
 #include "foundation/ApplicationFolders.h"
 #include "foundation/NotificationCenter.h"
@@ -34,6 +35,12 @@ Document::Document(const DocumentEnvironment& environment, QObject* parent)
     m_settingsTimer.setSingleShot(true);
     m_settingsTimer.setInterval(textViewSettingsDelay);
     connect(&m_settingsTimer, &QTimer::timeout, this, &Document::textViewSettings);
+}
+
+Document::~Document()
+{
+    if (!m_fileDamaged)
+        (void)m_environment.recovery.remove(m_recoveryRecord); // what stays behind only takes room
 }
 
 QString Document::displayName() const
@@ -343,6 +350,7 @@ SaveJob Document::saveJob(const QString& path, const QString& ofType) const
 void Document::finishSave(const SaveJob& job, const SaveResult& result)
 {
     m_recoveryRecord = result.recoveryRecord;
+    m_fileDamaged = result.damaged || (m_fileDamaged && !result.written);
     // A save that failed may have touched the file all the same: reserving room ages it.
     if (result.identity && (result.written || job.path == m_path))
         m_identity = result.identity;

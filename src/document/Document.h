@@ -28,6 +28,9 @@ class Document : public QObject
 
 public:
     explicit Document(const DocumentEnvironment& environment, QObject* parent = nullptr);
+    /// Whoever closes a document has saved it or given it up, so no text of it is kept aside,
+    /// unless what is aside is all that is left of the file.
+    ~Document() override;
 
     DocumentRecord& record() { return m_record; }
     const DocumentRecord& record() const { return m_record; }
@@ -163,6 +166,7 @@ private:
     SavedForm m_savedForm;
     QString m_recoveryRecord;
     bool m_hasEncodingAttribute = false;
+    bool m_fileDamaged = false; ///< by a save that failed half-way
     bool m_undecoded = false;
     bool m_encodesBack = true;
 };

@@ -186,6 +186,7 @@ private:
             request.attributes[textEncodingAttribute] = attributeForEncoding(encoding);
         const SafeWriteResult written = SafeFileWriter(m_ops, m_recovery).write(request);
         m_result.written = written.isWritten();
+        m_result.damaged = written.disk == DiskState::Damaged;
         m_result.message = written.message;
         m_result.identity = written.identity;
         m_result.recoveryRecord = written.recoveryRecord;

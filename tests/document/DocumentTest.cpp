@@ -99,7 +99,7 @@ TEST_F(DocumentTest, ChangingLineBreaksIsOneNamedStep)
 
 TEST_F(DocumentTest, ChangingTheEncodingKeepsWhatFitsAndTheWholeTextOtherwise)
 {
-    const auto document = open(write("file.txt", "gr\xC3\xBC\xC3\x9F \xE6\x97\xA5"));
+    auto document = open(write("file.txt", "gr\xC3\xBC\xC3\x9F \xE6\x97\xA5"));
     const auto choose = [&](StringEncoding encoding) {
         document->encodingsArrayController().selectNumber(encoding);
         document->changeEncodingAction();
@@ -122,6 +122,9 @@ TEST_F(DocumentTest, ChangingTheEncodingKeepsWhatFitsAndTheWholeTextOtherwise)
     EXPECT_TRUE(result.message.contains(QStringLiteral("U+65E5"))) << result.message.toStdString();
     EXPECT_EQ(test::readBytes(document->path()), before);
     EXPECT_TRUE(document->isDocumentEdited());
+    EXPECT_EQ(recovery.records()->size(), 1); // the text is kept until it is saved or given up
+    document.reset();
+    EXPECT_EQ(recovery.records()->size(), 0);
 }
 
 TEST_F(DocumentTest, AnEncodingThatIsNotListedLeavesAnEmptyListAndIndexZero)
