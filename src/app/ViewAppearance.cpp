@@ -26,6 +26,7 @@ int pointSize(const QFont& font)
 ViewAppearance::ViewAppearance(TextViewWidget& view, const DocumentEnvironment& environment)
     : m_view(view), m_environment(environment)
 {
+    connect(&view, &TextViewWidget::zoomRequested, this, &ViewAppearance::zoomBy);
     apply();
 }
 

@@ -21,8 +21,10 @@ public:
     /// Brings the view up to date with the user defaults.
     void apply();
 
-    void zoomIn() { setZoom(m_zoom + 1); }
-    void zoomOut() { setZoom(m_zoom - 1); }
+    void zoomIn() { zoomBy(1); }
+    void zoomOut() { zoomBy(-1); }
+    /// Enlarges the text by so many points.
+    void zoomBy(int points) { setZoom(m_zoom + points); }
     void resetZoom() { setZoom(0); }
     bool isZoomed() const { return m_zoom != 0; }
 

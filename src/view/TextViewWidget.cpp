@@ -2,13 +2,10 @@
 
 #include "view/TextPainter.h"
 
-#include <QApplication>
 #include <QFontDatabase>
 #include <QKeyEvent>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QScopedValueRollback>
-#include <QScrollBar>
 
 namespace quillory {
 
@@ -16,8 +13,9 @@ TextViewWidget::TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* pa
     : QAbstractScrollArea(parent), m_editor(editor), m_overlay(overlay),
       m_geometry(editor.textStorage(),
                  TextFont(QFontDatabase::systemFont(QFontDatabase::FixedFont))),
-      m_viewport(m_geometry), m_rowMovement(editor, m_geometry), m_clipboard(editor), m_keys(*this),
-      m_mouse(*this), m_input(*this), m_colours(TextViewColours::fromPalette(palette()))
+      m_viewport(m_geometry), m_scrolling(*this, m_viewport), m_rowMovement(editor, m_geometry),
+      m_clipboard(editor), m_keys(*this), m_mouse(*this), m_input(*this),
+      m_colours(TextViewColours::fromPalette(palette()))
 {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_InputMethodEnabled);
@@ -36,10 +34,8 @@ TextViewWidget::TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* pa
         scheduleRefresh();
     });
     connect(&m_blink, &CaretBlink::toggled, this, &TextViewWidget::updateCarets);
-    for (QScrollBar* bar : {verticalScrollBar(), horizontalScrollBar()})
-        bar->setFocusPolicy(Qt::NoFocus);
-    connect(verticalScrollBar(), &QScrollBar::actionTriggered, this,
-            &TextViewWidget::scrollByBarAction);
+    connect(&m_scrolling, &TextViewScrolling::scrolled, this, &TextViewWidget::scheduleRefresh);
+    connect(&m_scrolling, &TextViewScrolling::zoomRequested, this, &TextViewWidget::zoomRequested);
 }
 
 // Looks
@@ -114,7 +110,7 @@ void TextViewWidget::refresh()
 {
     m_refreshPending = false;
     m_viewport.settle();
-    updateScrollBars();
+    m_scrolling.updateBars();
     const QRegion damage = m_repaint.takeDamage(m_viewport, m_editor.selections());
     if (!damage.isEmpty())
         viewport()->update(damage);
@@ -123,19 +119,6 @@ void TextViewWidget::refresh()
         Q_EMIT visibleRangeChanged();
     if (hasFocus())
         updateMicroFocus();
-}
-
-void TextViewWidget::updateScrollBars()
-{
-    const QScopedValueRollback moving(m_movingBars, true);
-    const int row = m_viewport.rowHeight();
-    const QSize size = viewport()->size();
-    m_verticalScale.fit(*verticalScrollBar(), m_viewport.contentHeight(), size.height(), row);
-    m_verticalScale.show(*verticalScrollBar(), m_viewport.y());
-    const double advance = m_geometry.font().advance();
-    const double width = std::max(m_viewport.contentWidth(), m_viewport.x() + size.width());
-    m_horizontalScale.fit(*horizontalScrollBar(), qint64(width), size.width(), int(2 * advance));
-    m_horizontalScale.show(*horizontalScrollBar(), qint64(m_viewport.x()));
 }
 
 // Painting
@@ -228,69 +211,12 @@ void TextViewWidget::resizeEvent(QResizeEvent* event)
 
 void TextViewWidget::scrollContentsBy(int dx, int dy)
 {
-    if (m_movingBars)
-        return;
-    if (dy != 0)
-        m_viewport.scrollToY(m_verticalScale.position(verticalScrollBar()->value()));
-    if (dx != 0)
-        m_viewport.scrollToX(double(m_horizontalScale.position(horizontalScrollBar()->value())));
-    scheduleRefresh();
-}
-
-/// Steps and pages are exact, though the bar counts in estimates or in more than a pixel.
-void TextViewWidget::scrollByBarAction(int action)
-{
-    const int row = m_viewport.rowHeight();
-    const int page = std::max(row, viewport()->height() - row);
-    int pixels = 0;
-    switch (action) {
-    case QScrollBar::SliderSingleStepAdd:
-        pixels = row;
-        break;
-    case QScrollBar::SliderSingleStepSub:
-        pixels = -row;
-        break;
-    case QScrollBar::SliderPageStepAdd:
-        pixels = page;
-        break;
-    case QScrollBar::SliderPageStepSub:
-        pixels = -page;
-        break;
-    default:
-        return;
-    }
-    const QScopedValueRollback moving(m_movingBars, true);
-    m_viewport.scrollBy(pixels);
-    m_verticalScale.show(*verticalScrollBar(), m_viewport.y());
-    verticalScrollBar()->setSliderPosition(verticalScrollBar()->value());
-    scheduleRefresh();
-}
-
-void TextViewWidget::scrollBy(int dx, int dy)
-{
-    if (dy != 0)
-        m_viewport.scrollBy(dy);
-    if (dx != 0 && !m_wraps)
-        m_viewport.scrollToX(
-            std::clamp(m_viewport.x() + dx, 0.0,
-                       std::max(0.0, m_viewport.contentWidth() - viewport()->width())));
-    scheduleRefresh();
+    m_scrolling.followBars(dx, dy);
 }
 
 void TextViewWidget::wheelEvent(QWheelEvent* event)
 {
-    QPointF pixels = event->pixelDelta();
-    if (pixels.isNull()) {
-        // A notch of a wheel is 120 eighths of a degree, and scrolls three rows on most desktops.
-        const double perUnit = m_viewport.rowHeight() * QApplication::wheelScrollLines() / 120.0;
-        pixels = QPointF(event->angleDelta()) * perUnit;
-    }
-    if (event->modifiers() & Qt::ShiftModifier && pixels.x() == 0)
-        pixels = pixels.transposed();
-    m_wheelRest += pixels;
-    const QPoint whole(int(m_wheelRest.x()), int(m_wheelRest.y()));
-    m_wheelRest -= whole;
-    scrollBy(-whole.x(), -whole.y());
+    m_scrolling.wheel(*event);
     event->accept();
 }
 
@@ -376,6 +302,7 @@ bool TextViewWidget::event(QEvent* event)
 
 void TextViewWidget::keyPressEvent(QKeyEvent* event)
 {
+    m_scrolling.stopRolling();
     if (m_keys.press(*event))
         event->accept();
     else
@@ -395,6 +322,7 @@ QVariant TextViewWidget::inputMethodQuery(Qt::InputMethodQuery query) const
 
 void TextViewWidget::mousePressEvent(QMouseEvent* event)
 {
+    m_scrolling.stopRolling();
     m_mouse.press(*event);
 }
 

@@ -5,12 +5,12 @@
 #include "view/CaretBlink.h"
 #include "view/RepaintTracker.h"
 #include "view/RowMovement.h"
-#include "view/ScrollScale.h"
 #include "view/TextClipboard.h"
 #include "view/TextViewColours.h"
 #include "view/TextViewInput.h"
 #include "view/TextViewKeys.h"
 #include "view/TextViewMouse.h"
+#include "view/TextViewScrolling.h"
 #include "view/TextViewport.h"
 
 #include <QAbstractScrollArea>
@@ -73,7 +73,7 @@ public:
     /// By screens, down when positive; the text scrolls along.
     void moveByPages(int pages, bool extending);
     /// Exactly by so many pixels.
-    void scrollBy(int dx, int dy);
+    void scrollBy(int dx, int dy) { m_scrolling.by({dx, dy}); }
     /// Has the caret in sight, and shown.
     void showCaret();
     void restartBlink() { m_blink.restart(); }
@@ -95,6 +95,8 @@ public Q_SLOTS:
 Q_SIGNALS:
     /// Other lines are in sight, or lines in sight have moved.
     void visibleRangeChanged();
+    /// The wheel was turned with Ctrl held; positive \a steps are to enlarge the text.
+    void zoomRequested(int steps);
 
 protected:
     bool event(QEvent* event) override;
@@ -120,14 +122,13 @@ private:
     void updateWrapWidth();
     void scheduleRefresh();
     void refresh();
-    void updateScrollBars();
     void updateCarets();
-    void scrollByBarAction(int action);
 
     QPTextView& m_editor;
     Overlay& m_overlay;
     TextGeometry m_geometry;
     TextViewport m_viewport;
+    TextViewScrolling m_scrolling;
     RepaintTracker m_repaint;
     RowMovement m_rowMovement;
     TextClipboard m_clipboard;
@@ -135,14 +136,10 @@ private:
     TextViewMouse m_mouse;
     TextViewInput m_input;
     CaretBlink m_blink;
-    ScrollScale m_verticalScale;
-    ScrollScale m_horizontalScale;
     TextViewColours m_colours;
     bool m_ownColours = false;
     bool m_wraps = false;
     bool m_refreshPending = false;
-    bool m_movingBars = false;
-    QPointF m_wheelRest; ///< fractions of pixels not yet scrolled
     struct
     {
         TextRange range;

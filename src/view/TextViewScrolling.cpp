@@ -1,0 +1,116 @@
+#include "view/TextViewScrolling.h"
+
+#include <QAbstractScrollArea>
+#include <QProxyStyle>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QWheelEvent>
+
+namespace quillory {
+
+namespace {
+
+/// Has a click beside a bar's handle jump there.
+class JumpingBarStyle : public QProxyStyle
+{
+public:
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override
+    {
+        if (hint == SH_ScrollBar_LeftClickAbsolutePosition)
+            return 1;
+        return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
+} // namespace
+
+TextViewScrolling::TextViewScrolling(QAbstractScrollArea& area, TextViewport& viewport)
+    : m_area(area), m_viewport(viewport)
+{
+    auto* style = new JumpingBarStyle;
+    style->setParent(this);
+    for (QScrollBar* bar : {area.verticalScrollBar(), area.horizontalScrollBar()}) {
+        bar->setFocusPolicy(Qt::NoFocus);
+        bar->setStyle(style);
+    }
+    connect(area.verticalScrollBar(), &QScrollBar::actionTriggered, this,
+            &TextViewScrolling::followBarAction);
+}
+
+void TextViewScrolling::updateBars()
+{
+    const QScopedValueRollback moving(m_movingBars, true);
+    const int row = m_viewport.rowHeight();
+    const QSize size = m_viewport.size();
+    QScrollBar& vertical = *m_area.verticalScrollBar();
+    m_vertical.fit(vertical, m_viewport.contentHeight(), size.height(), row);
+    m_vertical.show(vertical, m_viewport.y());
+    QScrollBar& horizontal = *m_area.horizontalScrollBar();
+    const double width = std::max(m_viewport.contentWidth(), m_viewport.x() + size.width());
+    m_horizontal.fit(horizontal, qint64(width), size.width(), row);
+    m_horizontal.show(horizontal, qint64(m_viewport.x()));
+}
+
+void TextViewScrolling::followBars(int dx, int dy)
+{
+    if (m_movingBars)
+        return;
+    if (dy != 0)
+        m_viewport.scrollToY(m_vertical.position(m_area.verticalScrollBar()->value()));
+    if (dx != 0)
+        m_viewport.scrollToX(double(m_horizontal.position(m_area.horizontalScrollBar()->value())));
+    Q_EMIT scrolled();
+}
+
+/// Steps and pages are exact, though the bar counts in estimates or in more than a pixel.
+void TextViewScrolling::followBarAction(int action)
+{
+    const int row = m_viewport.rowHeight();
+    const int page = std::max(row, m_viewport.size().height() - row);
+    int pixels = 0;
+    switch (action) {
+    case QScrollBar::SliderSingleStepAdd:
+        pixels = row;
+        break;
+    case QScrollBar::SliderSingleStepSub:
+        pixels = -row;
+        break;
+    case QScrollBar::SliderPageStepAdd:
+        pixels = page;
+        break;
+    case QScrollBar::SliderPageStepSub:
+        pixels = -page;
+        break;
+    default:
+        return;
+    }
+    const QScopedValueRollback moving(m_movingBars, true);
+    QScrollBar& bar = *m_area.verticalScrollBar();
+    m_viewport.scrollBy(pixels);
+    m_vertical.show(bar, m_viewport.y());
+    bar.setSliderPosition(bar.value());
+    Q_EMIT scrolled();
+}
+
+void TextViewScrolling::by(QPoint pixels)
+{
+    if (pixels.y() != 0)
+        m_viewport.scrollBy(pixels.y());
+    if (pixels.x() != 0) {
+        const double end = std::max(0.0, m_viewport.contentWidth() - m_viewport.size().width());
+        m_viewport.scrollToX(std::clamp(m_viewport.x() + pixels.x(), 0.0, end));
+    }
+    Q_EMIT scrolled();
+}
+
+void TextViewScrolling::wheel(const QWheelEvent& event)
+{
+    const WheelMove move = m_wheel.read(event, m_viewport.rowHeight());
+    if (!move.pixels.isNull())
+        by(move.pixels);
+    if (move.zoomSteps != 0)
+        Q_EMIT zoomRequested(move.zoomSteps);
+}
+
+} // namespace quillory
