@@ -59,6 +59,18 @@ QString withStep(const char* command, const QString& step)
     return step.isEmpty() ? menuText(command) : menuText(command) + u' ' + step;
 }
 
+/// Leads the eye to the selection, or to the word at the caret.
+void showCaret(W& w)
+{
+    const QPTextView& editor = w.document().textView();
+    const Selection selection = editor.primarySelection();
+    w.view().centerOn(selection.head);
+    w.view().showFindIndicatorForRange(
+        selection.isCaret()
+            ? editor.selectionRangeForProposedRange({selection.head, 0}, SelectionGranularity::Word)
+            : selection.range());
+}
+
 // Submenus
 
 void fillRecent(QMenu& menu, W& w)
@@ -257,9 +269,7 @@ constexpr MenuItem formatMenu[]{
 
 constexpr MenuItem navigateMenu[]{
     {.text = ENTRY("&Go to Line…"), .ownKeys = "Ctrl+L", .run = [](W& w) { w.askForPlace(); }},
-    {.text = ENTRY("&Show Caret"),
-     .ownKeys = "Ctrl+J",
-     .run = [](W& w) { w.view().centerOn(w.document().textView().primarySelection().head); }},
+    {.text = ENTRY("&Show Caret"), .ownKeys = "Ctrl+J", .run = showCaret},
 };
 
 constexpr MenuItem windowMenu[]{

@@ -1,6 +1,7 @@
 #include "view/TextViewScrolling.h"
 
 #include <QAbstractScrollArea>
+#include <QApplication>
 #include <QProxyStyle>
 #include <QScopedValueRollback>
 #include <QScrollBar>
@@ -14,6 +15,8 @@ namespace {
 class JumpingBarStyle : public QProxyStyle
 {
 public:
+    JumpingBarStyle() : QProxyStyle(QApplication::style()->name()) {}
+
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override
     {

@@ -1,5 +1,6 @@
 #include "view/TextViewWidget.h"
 
+#include "view/FindIndicator.h"
 #include "view/TextPainter.h"
 
 #include <QFontDatabase>
@@ -44,6 +45,7 @@ TextViewWidget::TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* pa
 void TextViewWidget::relayOut(const std::function<void()>& change)
 {
     change();
+    dismissFindIndicator();
     m_viewport.invalidateWidths();
     m_repaint.noteAllChanged();
     updateWrapWidth();
@@ -93,6 +95,7 @@ void TextViewWidget::changeEvent(QEvent* event)
 
 void TextViewWidget::followEdit(const TextChange& change)
 {
+    dismissFindIndicator();
     m_geometry.followEdit(change);
     m_viewport.followEdit(change);
     m_repaint.followEdit(change);
@@ -115,8 +118,10 @@ void TextViewWidget::refresh()
     if (!damage.isEmpty())
         viewport()->update(damage);
     const decltype(m_shown) shown{visibleRange(), m_viewport.y()};
-    if (!(std::exchange(m_shown, shown) == shown))
+    if (!(std::exchange(m_shown, shown) == shown)) {
+        dismissFindIndicator();
         Q_EMIT visibleRangeChanged();
+    }
     if (hasFocus())
         updateMicroFocus();
 }
@@ -186,6 +191,21 @@ TextOffset TextViewWidget::offsetAtPoint(QPoint point)
     return m_geometry.offsetAt(visible.row, point.x() - m_viewport.left());
 }
 
+void TextViewWidget::showFindIndicatorForRange(TextRange range)
+{
+    if (m_refreshPending)
+        refresh(); // the text may be about to move
+    if (!m_findIndicator)
+        m_findIndicator = new FindIndicator(m_geometry, m_viewport, viewport());
+    m_findIndicator->pop(range);
+}
+
+void TextViewWidget::dismissFindIndicator()
+{
+    if (m_findIndicator)
+        m_findIndicator->dismiss();
+}
+
 void TextViewWidget::setRulerWidth(int width)
 {
     setViewportMargins(width, 0, 0, 0);
@@ -202,6 +222,7 @@ QRect TextViewWidget::rulerRect() const
 
 void TextViewWidget::resizeEvent(QResizeEvent* event)
 {
+    dismissFindIndicator();
     QAbstractScrollArea::resizeEvent(event);
     m_viewport.setSize(viewport()->size());
     updateWrapWidth();

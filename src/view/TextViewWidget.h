@@ -19,6 +19,8 @@
 
 namespace quillory {
 
+class FindIndicator;
+
 /// Shows the text and the selections of a QPTextView, and turns keys, mouse and input method into
 /// its operations. All that it shows it looks up in the model when it paints; an edit anywhere, in
 /// a text or a line of any size, costs about the rows in sight that it changed.
@@ -61,6 +63,8 @@ public:
     TextOffset offsetAtPoint(QPoint point);
     /// Of the primary selection's head; empty when that is not in sight.
     QRect caretRect() { return caretRectAt(m_editor.primarySelection().head); }
+    /// Has a bubble pop up for half a second over what of \a range is in sight.
+    void showFindIndicatorForRange(TextRange range);
     QRect caretRectAt(TextOffset offset) { return m_viewport.caretRect(offset); }
 
     /// Room at the left, for a ruler; the ruler is a child of this widget and fills rulerRect().
@@ -118,6 +122,7 @@ protected:
 
 private:
     void followEdit(const TextChange& change);
+    void dismissFindIndicator();
     void relayOut(const std::function<void()>& change);
     void updateWrapWidth();
     void scheduleRefresh();
@@ -137,6 +142,7 @@ private:
     TextViewInput m_input;
     CaretBlink m_blink;
     TextViewColours m_colours;
+    FindIndicator* m_findIndicator = nullptr; ///< made when it is first needed
     bool m_ownColours = false;
     bool m_wraps = false;
     bool m_refreshPending = false;
