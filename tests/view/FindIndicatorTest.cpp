@@ -26,8 +26,8 @@ TEST_F(FindIndicatorTest, popsUpOverTheRangeAndFades)
                      harness.view.caretRectAt(9).bottomRight());
     EXPECT_TRUE(indicator()->geometry().contains(text));
     const QImage shown = indicator()->grab().toImage();
-    const QPoint middle = QRect({}, shown.size()).center();
-    const QColor ground = shown.pixelColor(middle.x(), middle.y() - text.height() / 2 + 1);
+    const int above = int((text.height() / 2 - 1) * shown.devicePixelRatio());
+    const QColor ground = shown.pixelColor(shown.rect().center() - QPoint(0, above));
     EXPECT_GT(ground.red(), ground.blue() + 80) << qPrintable(ground.name());
     EXPECT_TRUE(QTest::qWaitFor([&] { return !isShowing(); }, 4 * FindIndicator::duration));
     EXPECT_FALSE(indicator()->isShowing());

@@ -25,6 +25,14 @@ QImage paintedAnew(ViewHarness& harness)
     return image;
 }
 
+/// The screen after everything on it was painted at once.
+QImage onScreenPaintedAnew(ViewHarness& harness)
+{
+    harness.view.viewport()->update();
+    harness.settle();
+    return onScreen(harness);
+}
+
 /// Whether \a image has a pixel of \a colour in \a area.
 bool shows(const QImage& image, QRect area, QRgb colour)
 {
@@ -87,11 +95,38 @@ TEST_P(Repaint, whatIsPaintedPieceByPieceIsWhatIsPaintedAtOnce)
             harness.press({keys[qsizetype(random() % size_t(keys.size()))]});
         }
         harness.settle();
-        ASSERT_EQ(onScreen(harness), paintedAnew(harness)) << "after step " << step;
+        const QImage piecewise = onScreen(harness);
+        ASSERT_EQ(piecewise, onScreenPaintedAnew(harness)) << "after step " << step;
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(Wrapping, Repaint, testing::Bool());
+
+/// Runs where the platform has two screens of different density.
+TEST(MovingBetweenScreens, keepsTheTextWhereItIsAndPaintsItForTheScreen)
+{
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    if (screens.size() < 2 || screens[0]->devicePixelRatio() == screens[1]->devicePixelRatio())
+        GTEST_SKIP() << "needs screens of two densities";
+    ViewHarness harness(QStringLiteral("some text\n").repeated(99));
+    harness.editor.setSelectedRange({405, 0});
+    harness.view.centerOn(400);
+    harness.settle();
+    const QRect caret = harness.view.caretRectAt(400);
+    for (QScreen* screen : {screens[1], screens[0], screens[1]}) {
+        harness.view.move(screen->geometry().topLeft() + QPoint(20, 20));
+        harness.settle();
+        ASSERT_EQ(harness.view.screen(), screen);
+        EXPECT_EQ(harness.view.devicePixelRatio(), screen->devicePixelRatio());
+        EXPECT_EQ(harness.view.caretRectAt(400), caret);
+        harness.press({QStringLiteral("'x'")});
+        const QPixmap whole = harness.view.grab();
+        EXPECT_EQ(whole.size(), harness.view.size() * screen->devicePixelRatio());
+        const QImage shown = onScreen(harness);
+        EXPECT_EQ(shown, onScreenPaintedAnew(harness));
+        EXPECT_TRUE(shows(shown, shown.rect(), harness.view.colours().text.rgb()));
+    }
+}
 
 TEST(TextPainter, paintsColoursBackgroundsAndSelections)
 {
