@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 
 namespace quillory {
 
@@ -41,14 +42,25 @@ TextViewWidget::TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* pa
 
 // Looks
 
-/// Makes a change to what the layout depends on; the text at the top stays there.
+/// Makes a change to what the layout depends on. What the user looks at stays where it is: the row
+/// at the mouse, the caret's row, or else the one at the top.
 void TextViewWidget::relayOut(const std::function<void()>& change)
 {
+    const TextOffset head = m_editor.primarySelection().head;
+    const TextViewport::VisibleRow* anchor = nullptr;
+    if (m_anchorY)
+        anchor = &m_viewport.rowAtY(*m_anchorY);
+    else if (isVisible()) // else nothing need be laid out yet
+        anchor = m_viewport.rowShowing(head);
+    const int y = anchor ? anchor->y : 0;
+    const TextOffset kept = m_anchorY && anchor ? anchor->row.range.location : head;
     change();
     dismissFindIndicator();
     m_viewport.invalidateWidths();
     m_repaint.noteAllChanged();
     updateWrapWidth();
+    if (anchor)
+        m_viewport.showAt(kept, y);
     scheduleRefresh();
 }
 
@@ -237,6 +249,7 @@ void TextViewWidget::scrollContentsBy(int dx, int dy)
 
 void TextViewWidget::wheelEvent(QWheelEvent* event)
 {
+    const QScopedValueRollback anchor(m_anchorY, std::optional(event->position().toPoint().y()));
     m_scrolling.wheel(*event);
     event->accept();
 }

@@ -143,6 +143,7 @@ private:
     CaretBlink m_blink;
     TextViewColours m_colours;
     FindIndicator* m_findIndicator = nullptr; ///< made when it is first needed
+    std::optional<int> m_anchorY; ///< the text there stays while the wheel makes it larger
     bool m_ownColours = false;
     bool m_wraps = false;
     bool m_refreshPending = false;

@@ -70,6 +70,8 @@ public:
     /// Scrolls as little as shows \a offset; where that is far away, to the middle of the height.
     void ensureVisible(TextOffset offset);
     void centerOn(TextOffset offset);
+    /// Scrolls such that the row of \a offset stands at \a y, as far as there is text.
+    void showAt(TextOffset offset, qint64 y) { showRowAt(m_geometry.rowAt(offset), y); }
 
 private:
     void showRowAt(const TextGeometry::Row& row, qint64 y);

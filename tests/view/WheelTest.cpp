@@ -94,6 +94,44 @@ TEST(Wheel, ctrlAsksForAnotherSizeAndDoesNotScroll)
     EXPECT_EQ(harness.view.caretRectAt(0).y(), 0);
 }
 
+TEST(Wheel, theTextAtTheMouseStaysWhileItIsMadeLarger)
+{
+    ViewHarness harness(QStringLiteral("a line of text\n").repeated(400));
+    QObject::connect(&harness.view, &TextViewWidget::zoomRequested, [&](int steps) {
+        QFont font = harness.view.textFont();
+        font.setPointSize(font.pointSize() + steps);
+        harness.view.setTextFont(font);
+    });
+    harness.view.centerOn(3000);
+    harness.settle();
+    QWidget* viewport = harness.view.viewport();
+    const QPointF mouse(200, 150);
+    const TextOffset pointed = harness.view.offsetAtPoint(mouse.toPoint());
+    const int y = harness.view.caretRectAt(pointed).y();
+    for (const int turn : {120, 120, 120, -240, -120}) {
+        QWheelEvent event(mouse, viewport->mapToGlobal(mouse), {}, {0, turn}, {},
+                          Qt::ControlModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(viewport, &event);
+        harness.settle();
+        EXPECT_EQ(harness.view.caretRectAt(pointed).y(), y) << turn;
+    }
+}
+
+TEST(Zoom, theCaretStaysInItsPlaceWhenItIsInSight)
+{
+    for (const bool wraps : {false, true}) {
+        ViewHarness harness(QStringLiteral("a line of text that wraps somewhere\n").repeated(400));
+        harness.view.setWrapLines(wraps);
+        harness.view.centerOn(5000);
+        harness.editor.setSelectedRange({5000, 0});
+        harness.settle();
+        const int y = harness.view.caretRect().y();
+        harness.view.setTextFont(QFont(harness.view.textFont().family(), 40));
+        harness.settle();
+        EXPECT_EQ(harness.view.caretRect().y(), y) << wraps;
+    }
+}
+
 TEST(ScrollBarClick, besideTheHandleGoesThere)
 {
     ViewHarness harness(QStringLiteral("line\n").repeated(4000));
