@@ -19,6 +19,22 @@ void map(TextRange& range, const TextChange& change)
     range = TextRange::between(mapped(range.location, change), mapped(range.end(), change));
 }
 
+/// A row of a long line may have very many runs, most of them out of sight.
+bool isLong(TextRange row)
+{
+    return row.length > LineChunks::longLine;
+}
+
+std::vector<OverlayRun> runsOf(TextRange row, const Overlay& overlay)
+{
+    if (isLong(row))
+        return {};
+    std::vector<OverlayRun> runs = overlay.runs(row);
+    for (OverlayRun& run : runs)
+        run.range.location -= row.location;
+    return runs;
+}
+
 bool touch(TextRange a, TextRange b)
 {
     return a.location <= b.end() && b.location <= a.end();
@@ -39,6 +55,8 @@ void RepaintTracker::followEdit(const TextChange& change)
     }
     for (TextRange& changed : m_changed)
         map(changed, change);
+    if (m_recoloured)
+        map(*m_recoloured, change);
     noteChanged(change.inserted());
 }
 
@@ -50,8 +68,17 @@ void RepaintTracker::noteChanged(TextRange range)
         m_all = true;
 }
 
+void RepaintTracker::noteRecoloured(TextRange range)
+{
+    if (m_recoloured)
+        range = TextRange::between(std::min(m_recoloured->location, range.location),
+                                   std::max(m_recoloured->end(), range.end()));
+    m_recoloured = range;
+}
+
 std::vector<RepaintTracker::Shown> RepaintTracker::shownBy(TextViewport& viewport,
-                                                           const std::vector<Selection>& selections)
+                                                           const std::vector<Selection>& selections,
+                                                           const Overlay& overlay)
 {
     std::vector<Shown> result;
     auto next = selections.begin();
@@ -60,7 +87,7 @@ std::vector<RepaintTracker::Shown> RepaintTracker::shownBy(TextViewport& viewpor
                                 [&](const Selection& s) { return s.range().end() < top; });
     for (const TextViewport::VisibleRow& visible : viewport.rows()) {
         const TextRange range = visible.row.range;
-        Shown shown{range, visible.y, {}};
+        Shown shown{range, visible.y, {}, runsOf(range, overlay)};
         while (next != selections.end() && next->range().end() < range.location)
             ++next;
         for (auto it = next; it != selections.end() && it->range().location <= range.end(); ++it) {
@@ -78,18 +105,22 @@ std::vector<RepaintTracker::Shown> RepaintTracker::shownBy(TextViewport& viewpor
 
 bool RepaintTracker::isClean(const Shown& before, const Shown& now) const
 {
-    if (before.y != now.y || before.range != now.range || before.selections != now.selections)
+    if (before.y != now.y || before.range != now.range || before.selections != now.selections ||
+        before.runs != now.runs)
+        return false;
+    if (m_recoloured && isLong(now.range) && touch(*m_recoloured, now.range))
         return false;
     return std::none_of(m_changed.begin(), m_changed.end(),
                         [&](TextRange changed) { return touch(changed, now.range); });
 }
 
-QRegion RepaintTracker::takeDamage(TextViewport& viewport, const std::vector<Selection>& selections)
+QRegion RepaintTracker::takeDamage(TextViewport& viewport, const std::vector<Selection>& selections,
+                                   const Overlay& overlay)
 {
     const QRect whole({}, viewport.size());
     if (selections.size() > maximumNotes || m_x != viewport.x())
         m_all = true;
-    std::vector<Shown> now = shownBy(viewport, selections);
+    std::vector<Shown> now = shownBy(viewport, selections, overlay);
     QRegion damage;
     if (m_all) {
         damage = whole;
@@ -110,6 +141,7 @@ QRegion RepaintTracker::takeDamage(TextViewport& viewport, const std::vector<Sel
     m_shown = std::move(now);
     m_x = viewport.x();
     m_changed.clear();
+    m_recoloured.reset();
     m_all = false;
     return damage;
 }

@@ -32,7 +32,7 @@ TextViewWidget::TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* pa
         scheduleRefresh();
     });
     connect(&overlay, &Overlay::changed, this, [this](TextRange range) {
-        m_repaint.noteChanged(range);
+        m_repaint.noteRecoloured(range);
         scheduleRefresh();
     });
     connect(&m_blink, &CaretBlink::toggled, this, &TextViewWidget::updateCarets);
@@ -126,7 +126,7 @@ void TextViewWidget::refresh()
     m_refreshPending = false;
     m_viewport.settle();
     m_scrolling.updateBars();
-    const QRegion damage = m_repaint.takeDamage(m_viewport, m_editor.selections());
+    const QRegion damage = m_repaint.takeDamage(m_viewport, m_editor.selections(), m_overlay);
     if (!damage.isEmpty())
         viewport()->update(damage);
     const decltype(m_shown) shown{visibleRange(), m_viewport.y()};

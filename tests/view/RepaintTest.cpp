@@ -1,5 +1,6 @@
 #include "ViewHarness.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QTest>
@@ -46,10 +47,10 @@ bool shows(const QImage& image, QRect area, QRgb colour)
     return false;
 }
 
-class Repaint : public testing::TestWithParam<bool>
+class RandomRepaint : public testing::TestWithParam<bool>
 {};
 
-TEST_P(Repaint, whatIsPaintedPieceByPieceIsWhatIsPaintedAtOnce)
+TEST_P(RandomRepaint, whatIsPaintedPieceByPieceIsWhatIsPaintedAtOnce)
 {
     ViewHarness harness;
     harness.view.setWrapLines(GetParam());
@@ -100,7 +101,63 @@ TEST_P(Repaint, whatIsPaintedPieceByPieceIsWhatIsPaintedAtOnce)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Wrapping, Repaint, testing::Bool());
+INSTANTIATE_TEST_SUITE_P(Wrapping, RandomRepaint, testing::Bool());
+
+/// How much of its height a viewport paints while this lives, in pixels.
+class PaintedHeight : public QObject
+{
+public:
+    explicit PaintedHeight(ViewHarness& harness)
+    {
+        harness.view.viewport()->installEventFilter(this);
+    }
+    int operator()() const { return m_height; }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint) {
+            for (const QRect& rect : static_cast<QPaintEvent*>(event)->region())
+                m_height += rect.height();
+        }
+        return false;
+    }
+
+private:
+    int m_height = 0;
+};
+
+TEST(Repaint, onlyTheLinesWhoseColoursDifferArePainted)
+{
+    ViewHarness harness(QStringLiteral("some words in a line\n").repeated(500));
+    const auto colour = [&](TextOffset different) {
+        harness.overlay.removeForeground(harness.storage.snapshot().range());
+        for (TextOffset word = 0; word < 2000; word += 5) {
+            OverlayAttributes look;
+            look.foreground = Colour{word == different ? 1.F : 0.F, 0, float(word % 2), 1};
+            harness.overlay.setAttributes({word, 4}, look);
+        }
+        harness.settle();
+    };
+    colour(-1);
+    const int row = harness.view.caretRect().height();
+    PaintedHeight painted(harness);
+    colour(-1);
+    EXPECT_EQ(painted(), 0);
+    colour(100);
+    EXPECT_GE(painted(), row);
+    EXPECT_LE(painted(), 2 * row);
+}
+
+TEST(Repaint, aPieceOfALongLineThatIsColouredIsPainted)
+{
+    ViewHarness harness(repeated(QStringLiteral("word "), 100'000));
+    PaintedHeight painted(harness);
+    OverlayAttributes look;
+    look.foreground = Colour{1, 0, 0, 1};
+    harness.overlay.setAttributes({10, 4}, look);
+    harness.settle();
+    EXPECT_GT(painted(), 0);
+}
 
 /// Runs where the platform has two screens of different density.
 TEST(MovingBetweenScreens, keepsTheTextWhereItIsAndPaintsItForTheScreen)
