@@ -1,6 +1,8 @@
 #include "app/Application.h"
 
+#include "app/MessageBar.h"
 #include "app/RenderToPng.h"
+#include "view/TextViewAccessible.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -33,6 +35,8 @@ Application::Application()
       m_controller(m_environment, m_questions, m_state)
 {
     initialiseResources();
+    installTextViewAccessibility();
+    installMessageAccessibility();
 }
 
 int Application::run(const CommandLine& line)

@@ -55,6 +55,7 @@ void DocumentWindow::build()
     m_messages = new MessageArea(content);
     m_view = new TextViewWidget(m_document->textView(), m_document->overlay(), content);
     m_view->setFrameShape(QFrame::NoFrame);
+    m_view->setAccessibleDescription(tr("Text of the document"));
     m_view->setContextMenuPolicy(Qt::CustomContextMenu);
     m_status = new StatusLine(content);
     m_status->setObjectName(QStringLiteral("statusLine"));
@@ -134,6 +135,7 @@ bool DocumentWindow::isBusy() const
 void DocumentWindow::updateTitle()
 {
     QString name = m_document->displayName();
+    m_view->setAccessibleName(name);
     name.replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
     setWindowTitle(tr("%1[*] — Quillory").arg(name));
     setWindowModified(m_document->isDocumentEdited());

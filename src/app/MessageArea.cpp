@@ -2,6 +2,7 @@
 
 #include "app/MessageBar.h"
 
+#include <QAccessible>
 #include <QVBoxLayout>
 
 namespace quillory {
@@ -27,6 +28,8 @@ void MessageArea::show(Subject subject, const Message& message)
     static_cast<QVBoxLayout*>(layout())->insertWidget(int(place), bar);
     bar->QWidget::show();
     QWidget::show();
+    QAccessibleEvent alert(bar, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void MessageArea::clear(Subject subject)

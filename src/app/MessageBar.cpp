@@ -2,6 +2,7 @@
 
 #include "app/RefillingMenu.h"
 
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
@@ -53,7 +54,19 @@ QColor blended(const QColor& base, const QColor& tint, double strength)
                             float(mix(base.blueF(), tint.blueF())));
 }
 
+QAccessibleInterface* makeInterface(const QString&, QObject* object)
+{
+    auto* bar = qobject_cast<MessageBar*>(object);
+    // Screen readers speak of a notification as soon as it shows.
+    return bar ? new QAccessibleWidget(bar, QAccessible::Notification) : nullptr;
+}
+
 } // namespace
+
+void installMessageAccessibility()
+{
+    QAccessible::installFactory(makeInterface);
+}
 
 MessageBar::MessageBar(const Message& message, QWidget* parent)
     : QFrame(parent), m_kind(message.kind), m_icon(new QLabel(this)), m_text(new QLabel(this))

@@ -8,6 +8,10 @@ class QLabel;
 
 namespace quillory {
 
+/// From now on assistive technologies are told of messages that come up. Needs the application
+/// object.
+void installMessageAccessibility();
+
 /// One message across the top of a window: what happened, the ways out, and a cross to put it away.
 class MessageBar : public QFrame
 {

@@ -104,6 +104,10 @@ void StatusLine::showForm(const Document& document)
     const LineBreakCounts& onDisk = document.lineBreaksOnDisk();
     m_lineBreaks->setText(onDisk.isMixed() ? tr("Mixed: %1").arg(countsOf(onDisk))
                                            : label(LineBreakFormat(record.lbFormat)));
+    // Where all fields are not seen at once, "UTF-8" says too little.
+    m_definition->setAccessibleName(tr("Language: %1").arg(definitionText()));
+    m_encoding->setAccessibleName(tr("Encoding: %1").arg(encodingText()));
+    m_lineBreaks->setAccessibleName(tr("Line breaks: %1").arg(lineBreaksText()));
 }
 
 void StatusLine::setActivity(const QString& activity)

@@ -251,14 +251,11 @@ TextOffset TextGeometry::rowEnd(const Row& row)
 
 // Places
 
-double TextGeometry::xOf(const Row& row, TextOffset offset, int preeditIndex)
+double TextGeometry::xOf(const Row& row, TextOffset offset)
 {
     offset = std::clamp(offset, row.range.location, row.range.end());
     const Segment segment = segmentAt(row, offset);
-    int index = segment.indexOf(offset);
-    if (segment.preeditLength > 0 && index == segment.preeditStart)
-        index += std::min(preeditIndex, segment.preeditLength);
-    const double x = segment.x + segment.layout->xAt(segment.row, index);
+    const double x = segment.x + segment.layout->xAt(segment.row, segment.indexOf(offset));
     // Blanks at a wrapped row's end hang over its edge.
     return wraps() ? std::min(x, wrapWidth()) : x;
 }

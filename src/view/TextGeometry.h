@@ -84,8 +84,8 @@ public:
     /// The last place for a caret that shows on \a row.
     TextOffset rowEnd(const Row& row);
 
-    /// Of an offset on \a row. Where composed text stands there, \a preeditIndex is a place in it.
-    double xOf(const Row& row, TextOffset offset, int preeditIndex = 0);
+    /// Of an offset on \a row; where composed text stands there, the place before it.
+    double xOf(const Row& row, TextOffset offset);
     /// The place between two characters of \a row nearest to \a x, such that the caret shows on
     /// that row.
     TextOffset offsetAt(const Row& row, double x);

@@ -1,5 +1,7 @@
 #include "view/TextPainter.h"
 
+#include "view/PreeditPlace.h"
+
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -63,8 +65,12 @@ void TextPainter::paintRow(const TextViewport::VisibleRow& visible)
                                   const auto runs = m_look.overlay.runs(segment.range);
                                   paintBackgrounds(segment, visible.y, runs);
                                   paintSelections(segment, visible.y);
+                                  PreeditPainter preedit = preeditPainter(segment, visible.y);
+                                  if (segment.preeditLength > 0)
+                                      preedit.paintBackgrounds();
                                   paintGlyphs(segment, visible.y, runs);
-                                  paintPreedit(segment, visible.y);
+                                  if (segment.preeditLength > 0)
+                                      preedit.paintUnderlines(m_look.colours.text);
                               });
 }
 
@@ -127,34 +133,35 @@ void TextPainter::paintGlyphs(const TextGeometry::Segment& segment, int y,
         colours.push_back({start, segment.indexOf(run.range.end()) - start,
                            toQColor(*run.attributes.foreground).rgba()});
     }
+    if (segment.preeditLength > 0)
+        colours = colouredWithPreedit(colours, segment, m_look.preedit);
     if (segment.layout->setColours(colours, m_look.colours.text.rgba()))
         ++m_geometry.counters().layoutsColoured;
     segment.layout->draw(m_painter, {m_viewport.left() + segment.x, double(y)}, segment.row);
 }
 
-void TextPainter::paintPreedit(const TextGeometry::Segment& segment, int y)
+PreeditPainter TextPainter::preeditPainter(const TextGeometry::Segment& segment, int y)
 {
-    if (segment.preeditLength == 0)
-        return;
-    const LineLayout& layout = *segment.layout;
-    const int start = std::max(segment.preeditStart, layout.rowStart(segment.row));
-    const int end =
-        std::min(segment.preeditStart + segment.preeditLength, layout.rowEnd(segment.row));
-    if (start >= end)
-        return;
-    const int bottom = y + m_geometry.font().baseline() + 2;
-    layout.forEachStretch(segment.row, start, end, [&](double left, double right) {
-        const double x = m_viewport.left() + segment.x + left;
-        m_painter.fillRect(QRectF(x, bottom, right - left, 1), m_look.colours.text);
-    });
+    const TextFont& font = m_geometry.font();
+    return {m_painter,       segment,
+            m_look.preedit,  {m_viewport.left() + segment.x, double(y)},
+            font.baseline(), font.rowHeight()};
 }
 
 void TextPainter::paintCarets(const TextViewport::VisibleRow& visible)
 {
+    const Preedit& preedit = m_geometry.preedit();
     for (const Selection& selection : selectionsTouching(visible.row.range)) {
-        if (m_viewport.rowShowing(selection.head) == &visible)
-            m_painter.fillRect(m_viewport.caretRect(selection.head, m_look.preeditCaret),
-                               m_look.colours.caret);
+        const bool composing = !preedit.text.isEmpty() && selection.head == preedit.offset;
+        if (composing) {
+            const PreeditStyle& style = m_look.preedit;
+            const QRect caret = preeditCaretRect(m_viewport, style.caret);
+            if (style.caretShown && caret.y() == visible.y)
+                m_painter.fillRect(caret, style.caretColour.isValid() ? style.caretColour
+                                                                      : m_look.colours.caret);
+        } else if (m_viewport.rowShowing(selection.head) == &visible) {
+            m_painter.fillRect(m_viewport.caretRect(selection.head), m_look.colours.caret);
+        }
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "text/Overlay.h"
 #include "text/Selection.h"
+#include "view/PreeditStyle.h"
 #include "view/TextViewColours.h"
 #include "view/TextViewport.h"
 
@@ -20,9 +21,9 @@ public:
         const Overlay& overlay;
         const std::vector<Selection>& selections;
         const TextViewColours& colours;
-        bool active = true;       ///< the view has the focus
-        bool caretsShown = false; ///< as they blink
-        int preeditCaret = 0;     ///< the caret's place in the composed text
+        bool active;      ///< the view has the focus
+        bool caretsShown; ///< as they blink
+        const PreeditStyle& preedit;
     };
 
     TextPainter(QPainter& painter, TextGeometry& geometry, TextViewport& viewport,
@@ -39,7 +40,7 @@ private:
     void paintSelectedBreak(const TextGeometry::Row& row, int y);
     void paintGlyphs(const TextGeometry::Segment& segment, int y,
                      const std::vector<OverlayRun>& runs);
-    void paintPreedit(const TextGeometry::Segment& segment, int y);
+    PreeditPainter preeditPainter(const TextGeometry::Segment& segment, int y);
     void paintCarets(const TextViewport::VisibleRow& visible);
     void fill(const TextGeometry::Segment& segment, int y, TextRange range, const QColor& colour);
     const QColor& selectionColour() const;

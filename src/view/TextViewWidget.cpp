@@ -16,7 +16,7 @@ TextViewWidget::TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* pa
       m_geometry(editor.textStorage(),
                  TextFont(QFontDatabase::systemFont(QFontDatabase::FixedFont))),
       m_viewport(m_geometry), m_scrolling(*this, m_viewport), m_rowMovement(editor, m_geometry),
-      m_clipboard(editor), m_keys(*this), m_mouse(*this), m_input(*this),
+      m_clipboard(editor), m_keys(*this), m_mouse(*this), m_input(*this), m_announcer(*this),
       m_colours(TextViewColours::fromPalette(palette()))
 {
     setFocusPolicy(Qt::StrongFocus);
@@ -27,9 +27,12 @@ TextViewWidget::TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* pa
 
     const TextStorage& storage = editor.textStorage();
     connect(&storage, &TextStorage::edited, this, &TextViewWidget::followEdit);
+    connect(&storage, &TextStorage::editingEnded, this, [this] { m_announcer.editingEnded(); });
     connect(&editor, &QPTextView::selectionDidChange, this, [this] {
+        m_input.followCaret();
         m_blink.restart();
         scheduleRefresh();
+        m_announcer.selectionChanged();
     });
     connect(&overlay, &Overlay::changed, this, [this](TextRange range) {
         m_repaint.noteRecoloured(range);
@@ -111,6 +114,8 @@ void TextViewWidget::followEdit(const TextChange& change)
     m_geometry.followEdit(change);
     m_viewport.followEdit(change);
     m_repaint.followEdit(change);
+    m_input.followCaret();
+    m_announcer.followEdit(change);
     scheduleRefresh();
 }
 
@@ -146,7 +151,7 @@ void TextViewWidget::paintEvent(QPaintEvent* event)
         refresh();
     QPainter painter(viewport());
     const TextPainter::Look look{m_overlay,  m_editor.selections(), m_colours,
-                                 hasFocus(), m_blink.isShown(),     m_input.preeditCaret()};
+                                 hasFocus(), m_blink.isShown(),     m_input.preeditStyle()};
     TextPainter(painter, m_geometry, m_viewport, look).paint(event->rect());
 }
 
@@ -357,22 +362,26 @@ QVariant TextViewWidget::inputMethodQuery(Qt::InputMethodQuery query) const
 void TextViewWidget::mousePressEvent(QMouseEvent* event)
 {
     m_scrolling.stopRolling();
-    m_mouse.press(*event);
+    if (!m_input.takesMouse(*event))
+        m_mouse.press(*event);
 }
 
 void TextViewWidget::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    m_mouse.doubleClick(*event);
+    if (!m_input.takesMouse(*event))
+        m_mouse.doubleClick(*event);
 }
 
 void TextViewWidget::mouseMoveEvent(QMouseEvent* event)
 {
-    m_mouse.move(*event);
+    if (!m_input.takesMouse(*event))
+        m_mouse.move(*event);
 }
 
 void TextViewWidget::mouseReleaseEvent(QMouseEvent* event)
 {
-    m_mouse.release(*event);
+    if (!m_input.takesMouse(*event))
+        m_mouse.release(*event);
 }
 
 void TextViewWidget::focusInEvent(QFocusEvent* event)
@@ -386,6 +395,7 @@ void TextViewWidget::focusInEvent(QFocusEvent* event)
 void TextViewWidget::focusOutEvent(QFocusEvent* event)
 {
     QAbstractScrollArea::focusOutEvent(event);
+    m_input.finish();
     m_blink.setActive(false);
     m_repaint.noteAllChanged();
     scheduleRefresh();

@@ -6,6 +6,7 @@
 #include "view/RepaintTracker.h"
 #include "view/RowMovement.h"
 #include "view/TextClipboard.h"
+#include "view/TextViewAnnouncer.h"
 #include "view/TextViewColours.h"
 #include "view/TextViewInput.h"
 #include "view/TextViewKeys.h"
@@ -35,6 +36,7 @@ public:
     TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* parent = nullptr);
 
     QPTextView& editor() const { return m_editor; }
+    const Overlay& overlay() const { return m_overlay; }
 
     // Looks.
 
@@ -61,8 +63,9 @@ public:
     /// first row, which may be above the viewport, and its height; both are cut to about a screen.
     void forEachVisibleLine(const std::function<void(LineIndex, int y, int height)>& visit);
     TextOffset offsetAtPoint(QPoint point);
-    /// Of the primary selection's head; empty when that is not in sight.
-    QRect caretRect() { return caretRectAt(m_editor.primarySelection().head); }
+    /// Of the primary selection's head, or in the text being composed there; empty when that is
+    /// not in sight.
+    QRect caretRect() const { return m_input.caretRect(); }
     /// Has a bubble pop up for half a second over what of \a range is in sight.
     void showFindIndicatorForRange(TextRange range);
     QRect caretRectAt(TextOffset offset) { return m_viewport.caretRect(offset); }
@@ -71,8 +74,10 @@ public:
     void setRulerWidth(int width);
     QRect rulerRect() const;
 
-    // For the helpers that handle keys, mouse and input method.
+    // For the helpers that handle keys, mouse, input method and assistive technologies.
 
+    TextGeometry& textGeometry() { return m_geometry; }
+    TextViewport& textViewport() { return m_viewport; }
     RowMovement& rowMovement() { return m_rowMovement; }
     /// By screens, down when positive; the text scrolls along.
     void moveByPages(int pages, bool extending);
@@ -140,6 +145,7 @@ private:
     TextViewKeys m_keys;
     TextViewMouse m_mouse;
     TextViewInput m_input;
+    TextViewAnnouncer m_announcer;
     CaretBlink m_blink;
     TextViewColours m_colours;
     FindIndicator* m_findIndicator = nullptr; ///< made when it is first needed

@@ -71,17 +71,21 @@ const TextViewport::VisibleRow* TextViewport::rowShowing(TextOffset offset)
     return offset < end || atEnd ? &*it : nullptr;
 }
 
-QRect TextViewport::caretRect(TextOffset offset, int preeditIndex)
+QRect TextViewport::caretRect(TextOffset offset)
 {
     const VisibleRow* visible = rowShowing(offset);
     if (!visible)
         return {};
-    const double x = left() + m_geometry.xOf(visible->row, offset, preeditIndex);
+    return caretAt(left() + m_geometry.xOf(visible->row, offset), visible->y);
+}
+
+QRect TextViewport::caretAt(double x, int y) const
+{
     // Far outside, numbers of pixels do not fit an int.
     const double near = std::clamp(x, -1000.0, m_size.width() + 1000.0);
     // One pixel wide up to the usual sizes of text, then wider with it.
     const int width = std::max(1, int(std::round(rowHeight() / 14.0)));
-    return {int(std::round(near)) - width / 2, visible->y, width, rowHeight()};
+    return {int(std::round(near)) - width / 2, y, width, rowHeight()};
 }
 
 TextRange TextViewport::visibleRange()

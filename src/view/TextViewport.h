@@ -26,6 +26,8 @@ public:
 
     explicit TextViewport(TextGeometry& geometry) : m_geometry(geometry) {}
 
+    TextGeometry& geometry() const { return m_geometry; }
+
     QSize size() const { return m_size; }
     int rowHeight() const { return m_geometry.font().rowHeight(); }
     void setSize(QSize size);
@@ -44,7 +46,9 @@ public:
     /// The one in sight that shows \a offset; null when there is none.
     const VisibleRow* rowShowing(TextOffset offset);
     /// The caret before the character at \a offset; with no height when that is not in sight.
-    QRect caretRect(TextOffset offset, int preeditIndex = 0);
+    QRect caretRect(TextOffset offset);
+    /// A caret whose middle is at \a x, on the row whose top is at \a y.
+    QRect caretAt(double x, int y) const;
     /// The whole lines that are in sight, with their breaks.
     TextRange visibleRange();
 
