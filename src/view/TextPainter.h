@@ -21,9 +21,9 @@ public:
         const Overlay& overlay;
         const std::vector<Selection>& selections;
         const TextViewColours& colours;
-        bool active;      ///< the view has the focus
-        bool caretsShown; ///< as they blink
-        const PreeditStyle& preedit;
+        bool active = true;       ///< the view has the focus
+        bool caretsShown = false; ///< as they blink
+        PreeditStyle preedit = {};
     };
 
     TextPainter(QPainter& painter, TextGeometry& geometry, TextViewport& viewport,
