@@ -1,7 +1,7 @@
 #include "editing/QPTextView.h"
 
+#include "editing/SelectionMerging.h"
 #include "text/TextBoundary.h"
-#include "text/TextBuilder.h"
 
 #include <QScopedValueRollback>
 
@@ -50,40 +50,16 @@ void QPTextView::setSelections(std::vector<Selection> selections, size_t primary
 {
     if (selections.empty())
         return;
-    const TextOffset length = m_storage.length();
-    for (Selection& selection : selections) {
-        selection.anchor = std::clamp<TextOffset>(selection.anchor, 0, length);
-        selection.head = std::clamp<TextOffset>(selection.head, 0, length);
-    }
-    const Selection kept = selections[std::min(primary, selections.size() - 1)];
-    std::stable_sort(selections.begin(), selections.end(), [](const auto& a, const auto& b) {
-        return a.range().location < b.range().location;
-    });
-    std::vector<Selection> merged;
-    for (const Selection& next : selections) {
-        if (!merged.empty()) {
-            Selection& last = merged.back();
-            const TextRange a = last.range();
-            const TextRange b = next.range();
-            const bool touching = b.location == a.end();
-            if (b.location < a.end() || (touching && (a.isEmpty() || b.isEmpty()))) {
-                const TextRange both = TextRange::between(a.location, std::max(a.end(), b.end()));
-                const Selection& direction = last.isCaret() ? next : last;
-                const bool backwards = direction.head < direction.anchor;
-                last = backwards ? Selection{both.end(), both.location} : Selection::over(both);
-                continue;
-            }
-        }
-        merged.push_back(next);
-    }
-    const auto holder = std::find_if(merged.begin(), merged.end(), [&](const Selection& s) {
-        return s.range().location <= kept.range().location && kept.range().end() <= s.range().end();
-    });
-    const size_t newPrimary = holder == merged.end() ? 0 : size_t(holder - merged.begin());
-    if (merged == m_selections && newPrimary == m_primary)
+    MergedSelections merged = mergedSelections(std::move(selections), primary, m_storage.length());
+    if (merged.selections == m_selections && merged.primary == m_primary)
         return;
-    m_selections = std::move(merged);
-    m_primary = newPrimary;
+    announceSelections(std::move(merged.selections), merged.primary);
+}
+
+void QPTextView::announceSelections(std::vector<Selection> selections, size_t primary)
+{
+    m_selections = std::move(selections);
+    m_primary = primary;
     if (!m_editing)
         m_undo.breakCoalescing();
     Q_EMIT selectionDidChange();
@@ -279,16 +255,7 @@ void QPTextView::replaceSelections(const TextSnapshot& text, const QString& acti
 
 TextSnapshot QPTextView::selectedText() const
 {
-    TextSnapshot result;
-    const TextSnapshot lineBreak(u"\n");
-    for (const Selection& selection : m_selections) {
-        if (selection.isCaret())
-            continue;
-        if (!result.isEmpty())
-            result = result.replacing({result.length(), 0}, lineBreak);
-        result = result.replacing({result.length(), 0}, string().slice(selection.range()));
-    }
-    return result;
+    return joinedSelections(string(), m_selections).text;
 }
 
 bool QPTextView::shouldChangeTextInRange(TextRange, const QString&)
@@ -320,20 +287,33 @@ void QPTextView::undo()
 {
     if (!m_editable || !m_undo.canUndo())
         return;
-    m_undo.undo();
-    Q_EMIT textDidChange();
+    takeStep(&UndoManager::undo);
 }
 
 void QPTextView::redo()
 {
     if (!m_editable || !m_undo.canRedo())
         return;
-    m_undo.redo();
+    takeStep(&UndoManager::redo);
+}
+
+/// Where the step tells what was selected, nothing need follow its edits one by one.
+void QPTextView::takeStep(void (UndoManager::*step)())
+{
+    {
+        const QScopedValueRollback editing(m_editing, true);
+        const QScopedValueRollback taking(m_takingStep, true);
+        (m_undo.*step)();
+    }
+    for (const TextChange& change : std::exchange(m_unfollowed, {}))
+        followEdit(change);
     Q_EMIT textDidChange();
 }
 
 void QPTextView::followEdit(const TextChange& change)
 {
+    if (m_takingStep)
+        m_unfollowed.push_back(change);
     if (m_editing)
         return;
     std::vector<Selection> selections = m_selections;
@@ -345,8 +325,10 @@ void QPTextView::followEdit(const TextChange& change)
 
 void QPTextView::restoreSelections(const std::vector<Selection>& selections)
 {
-    if (!selections.empty())
-        setSelections(selections, selections.size() - 1);
+    if (selections.empty())
+        return;
+    m_unfollowed.clear();
+    setSelections(selections, selections.size() - 1);
 }
 
 /// Replaces what \a range answers for each selection by \a text, and leaves a caret after each.
@@ -362,30 +344,42 @@ void QPTextView::replaceEach(const Edit& range, const TextSnapshot& text, UndoKi
     if (nothing || !m_editable)
         return;
 
-    const std::vector<Selection> before = m_selections;
-    const QScopedValueRollback editing(m_editing, true);
-    m_storage.beginEditing();
-    m_undo.beginUndoGrouping(before, kind);
     TextOffset shift = 0;
     TextOffset done = 0; // where the previous target ended, before the edits
+    std::vector<TextEdit> edits;
     std::vector<Selection> after;
+    edits.reserve(targets.size());
+    after.reserve(targets.size());
     for (const Selection& target : targets) {
         // Two carets may delete towards each other.
         const TextOffset start = std::max(target.range().location, done);
         const TextRange old = TextRange::between(start, std::max(start, target.range().end()));
         done = old.end();
-        const TextRange now{old.location + shift, old.length};
-        m_undo.replaceCharactersInRange(now, text);
+        edits.push_back({old, text});
         shift += text.length() - old.length;
-        after.push_back(Selection::caret(now.location + text.length()));
+        after.push_back(Selection::caret(old.end() + shift));
     }
+    replaceCharacters(edits, std::move(after), m_primary, actionName, kind);
+}
+
+bool QPTextView::replaceCharacters(std::span<const TextEdit> edits,
+                                   std::vector<Selection> selections, size_t primary,
+                                   const QString& actionName, UndoKind kind)
+{
+    if (!m_editable)
+        return false;
+    const QScopedValueRollback editing(m_editing, true);
+    m_storage.beginEditing();
+    m_undo.beginUndoGrouping(m_selections, kind);
+    m_undo.replaceCharacters(edits);
     m_undo.setActionName(actionName);
-    const size_t primary = m_primary;
-    m_selections.clear(); // so that the new ones are announced in any case
-    setSelections(std::move(after), primary);
+    // Announced in any case: where nothing moved, the text around did.
+    MergedSelections merged = mergedSelections(std::move(selections), primary, m_storage.length());
+    announceSelections(std::move(merged.selections), merged.primary);
     m_undo.endUndoGrouping(m_selections);
     m_storage.endEditing();
     Q_EMIT textDidChange();
+    return true;
 }
 
 void QPTextView::deleteEach(const std::function<TextOffset(TextOffset)>& target, UndoKind kind)

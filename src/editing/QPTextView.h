@@ -7,7 +7,11 @@
 #include <QObject>
 #include <QString>
 #include <functional>
+#include <memory>
+#include <span>
 #include <vector>
+
+class QMenu;
 
 namespace quillory {
 
@@ -90,6 +94,11 @@ public:
     void deleteSelection();
     /// Replaces each selection by \a text as one step named \a actionName.
     void replaceSelections(const TextSnapshot& text, const QString& actionName);
+    /// Makes \a edits, ranges of the text as it is, in order and apart, as one step, and leaves
+    /// \a selections. False when nothing may be edited.
+    bool replaceCharacters(std::span<const TextEdit> edits, std::vector<Selection> selections,
+                           size_t primary, const QString& actionName,
+                           UndoKind kind = UndoKind::Other);
 
     /// The selected text, one selection after the other with a line break between them.
     TextSnapshot selectedText() const;
@@ -108,6 +117,11 @@ public:
     void undo();
     void redo();
 
+    /// A menu kept for its owner; nothing is done with it here. It lives as long as anybody holds
+    /// it.
+    const std::shared_ptr<QMenu>& contextMenu() const { return m_contextMenu; }
+    void setContextMenu(std::shared_ptr<QMenu> menu) { m_contextMenu = std::move(menu); }
+
 Q_SIGNALS:
     void selectionDidChange();
     /// The characters changed by the user or by a command that announced it.
@@ -117,7 +131,9 @@ Q_SIGNALS:
 private:
     using Edit = std::function<TextRange(const Selection&)>;
 
+    void announceSelections(std::vector<Selection> selections, size_t primary);
     void followEdit(const TextChange& change);
+    void takeStep(void (UndoManager::*step)());
     void restoreSelections(const std::vector<Selection>& selections);
     void replaceEach(const Edit& range, const TextSnapshot& text, UndoKind kind,
                      const QString& actionName);
@@ -129,7 +145,10 @@ private:
     size_t m_primary = 0;
     bool m_editable = true;
     bool m_permitted = false;
+    std::shared_ptr<QMenu> m_contextMenu;
     bool m_editing = false; ///< selections are set by the operation at work, not by followEdit
+    bool m_takingStep = false;
+    std::vector<TextChange> m_unfollowed; ///< the changes of the step being taken
 };
 
 } // namespace quillory

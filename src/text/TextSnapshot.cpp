@@ -150,14 +150,79 @@ TextSnapshot TextSnapshot::slice(TextRange range) const
     Q_ASSERT(range.location >= 0 && range.length >= 0 && range.end() <= length());
     if (range.isEmpty())
         return {};
+    // A few characters need no tree between.
+    if (const auto [leaf, start] = leafAt(m_root.data(), range.location);
+        range.end() < start + leaf->metrics.units)
+        return TextSnapshot(partOf(*leaf, range.location - start, range.end() - start));
     return TextSnapshot(cutAfter(cutBefore(m_root, range.end()), range.location));
 }
 
 TextSnapshot TextSnapshot::replacing(TextRange range, const TextSnapshot& replacement) const
 {
     Q_ASSERT(range.location >= 0 && range.length >= 0 && range.end() <= length());
+    const auto isLeaf = [](const TextNodePointer& node) { return node && node->height == 0; };
+    const TextOffset newLength = length() - range.length + replacement.length();
+    if (isLeaf(m_root) && isLeaf(replacement.m_root) && newLength <= TextLeaf::maximumUnits) {
+        const auto& leaf = static_cast<const TextLeaf&>(*m_root);
+        std::u16string units;
+        appendUnits(units, leaf, 0, range.location);
+        appendUnits(units, static_cast<const TextLeaf&>(*replacement.m_root), 0,
+                    replacement.length());
+        appendUnits(units, leaf, range.end(), length());
+        return TextSnapshot(TextNodePointer(new TextLeaf(units)));
+    }
     return TextSnapshot(sewn(sewn(cutBefore(m_root, range.location), replacement.m_root),
                              cutAfter(m_root, range.end())));
+}
+
+TextSnapshot TextSnapshot::replacing(std::span<const TextEdit> edits) const
+{
+    TextSnapshot result = *this;
+    TextOffset shift = 0;
+    while (!edits.empty()) {
+        // Edits closer than a leaf would each make the same leaf anew; what lies between them is
+        // written once instead. A long replacement keeps its tree.
+        size_t count = 1;
+        while (count < edits.size() &&
+               edits[count].replacement.length() <= TextLeaf::maximumUnits &&
+               edits[count - 1].replacement.length() <= TextLeaf::maximumUnits &&
+               edits[count].range.location - edits[count - 1].range.end() < TextLeaf::maximumUnits)
+            ++count;
+        const auto together = edits.first(count);
+        edits = edits.subspan(count);
+        const TextRange whole =
+            TextRange::between(together.front().range.location, together.back().range.end());
+        const TextSnapshot replacement =
+            count == 1 ? together.front().replacement : rewritten(together);
+        result = result.replacing({whole.location + shift, whole.length}, replacement);
+        shift += replacement.length() - whole.length;
+    }
+    return result;
+}
+
+/// What \a edits make of the stretch from the first to the last of them.
+TextSnapshot TextSnapshot::rewritten(std::span<const TextEdit> edits) const
+{
+    TextBuilder builder;
+    const auto append = [&](const TextPiece& piece) {
+        std::visit([&](auto units) { builder.append(units); }, piece.units);
+    };
+    TextPiece piece; // the one looked at last: many edits may fall into it
+    for (size_t i = 0; i < edits.size(); ++i) {
+        const TextSnapshot& replacement = edits[i].replacement;
+        replacement.forEachPiece(replacement.range(), append);
+        if (i + 1 == edits.size())
+            break;
+        const TextOffset end = edits[i + 1].range.location;
+        for (TextOffset offset = edits[i].range.end(); offset < end;) {
+            if (offset < piece.location || offset >= piece.location + piece.length())
+                piece = pieceAt(offset);
+            const TextPiece part = trimmed(piece, offset - piece.location, end - offset);
+            append(part);
+            offset += part.length();
+        }
+    }
+    return builder.finish();
 }
 
 LineIndex TextSnapshot::lineAt(TextOffset offset) const

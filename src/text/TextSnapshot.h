@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <QStringView>
+#include <span>
 #include <variant>
 
 namespace quillory {
@@ -21,6 +22,8 @@ struct TextPiece
         return std::visit([](auto view) { return view.size(); }, units);
     }
 };
+
+struct TextEdit;
 
 /// A text that never changes: the root of a balanced tree of immutable leaves of a few kilobytes.
 ///
@@ -54,6 +57,10 @@ public:
 
     /// This text with \a replacement in the place of \a range.
     TextSnapshot replacing(TextRange range, const TextSnapshot& replacement) const;
+
+    /// This text with all of \a edits made: ranges of this text, in order and apart (they may
+    /// touch). Many edits near each other cost little more than copying the text between them.
+    TextSnapshot replacing(std::span<const TextEdit> edits) const;
 
     qsizetype lineCount() const { return (m_root ? m_root->metrics.breaks : 0) + 1; }
 
@@ -92,7 +99,16 @@ public:
     const TextNodePointer& root() const { return m_root; }
 
 private:
+    TextSnapshot rewritten(std::span<const TextEdit> edits) const;
+
     TextNodePointer m_root; ///< null for the empty text
+};
+
+/// One replacement among several.
+struct TextEdit
+{
+    TextRange range;
+    TextSnapshot replacement;
 };
 
 /// \a piece without its first \a skipped units and with at most \a length units left.

@@ -19,6 +19,22 @@ void TextStorage::replaceCharactersInRange(TextRange range, QStringView replacem
     replaceCharactersInRange(range, TextSnapshot(replacement));
 }
 
+void TextStorage::replaceCharacters(std::span<const TextEdit> edits)
+{
+    m_text = m_text.replacing(edits);
+    ++m_batchDepth;
+    TextOffset shift = 0;
+    for (const TextEdit& edit : edits) {
+        const TextOffset inserted = edit.replacement.length();
+        if (edit.range.isEmpty() && inserted == 0)
+            continue;
+        m_changedInBatch = true;
+        Q_EMIT edited({{edit.range.location + shift, edit.range.length}, inserted});
+        shift += inserted - edit.range.length;
+    }
+    endEditing();
+}
+
 void TextStorage::beginEditing()
 {
     ++m_batchDepth;

@@ -22,6 +22,11 @@ public:
     void replaceCharactersInRange(TextRange range, const TextSnapshot& replacement);
     void replaceCharactersInRange(TextRange range, QStringView replacement);
 
+    /// Makes all of \a edits at once: ranges of the text as it is, in order and apart. `edited`
+    /// comes for each, first to last, with its place in the text after those before it; what lies
+    /// behind it may have changed by then.
+    void replaceCharacters(std::span<const TextEdit> edits);
+
     /// An editing batch; batches may nest. `edited` comes for every change all the same, and
     /// `editingEnded` once, when the outermost batch in which anything changed is over.
     void beginEditing();

@@ -18,7 +18,30 @@ void UndoManager::replaceCharactersInRange(TextRange range, const TextSnapshot& 
     if (range.isEmpty() && replacement.isEmpty())
         return;
     beginUndoGrouping();
-    m_group.deltas.push_back(apply({range, replacement}));
+    std::vector<Delta> deltas{{range, replacement}};
+    apply(deltas);
+    m_group.deltas.push_back(std::move(deltas.front()));
+    endUndoGrouping();
+}
+
+void UndoManager::replaceCharacters(std::span<const TextEdit> edits)
+{
+    std::vector<Delta> deltas;
+    deltas.reserve(edits.size());
+    TextOffset shift = 0;
+    for (const TextEdit& edit : edits) {
+        const TextOffset growth = edit.replacement.length() - edit.range.length;
+        if (edit.range.isEmpty() && growth == 0)
+            continue;
+        deltas.push_back({{edit.range.location + shift, edit.range.length}, edit.replacement});
+        shift += growth;
+    }
+    if (deltas.empty())
+        return;
+    beginUndoGrouping();
+    apply(deltas);
+    m_group.deltas.insert(m_group.deltas.end(), std::make_move_iterator(deltas.begin()),
+                          std::make_move_iterator(deltas.end()));
     endUndoGrouping();
 }
 
@@ -157,28 +180,46 @@ bool UndoManager::coalesces(const Entry& step, const Entry& next) const
     return first.isSpace() || !before.isSpace();
 }
 
-/// Makes \a step undo \a next as well. Deltas at one place grow into one.
+/// Makes \a step undo \a next as well. Deltas at the same places grow into one each.
 void UndoManager::merge(Entry& step, Entry next)
 {
     step.selectionsAfter = std::move(next.selectionsAfter);
-    if (step.deltas.size() == 1 && next.deltas.size() == 1) {
-        Delta& earlier = step.deltas.front();
-        const Delta& later = next.deltas.front(); // undone first
-        if (later.replacement.isEmpty() && later.range.location == earlier.range.end()) {
-            earlier.range.length += later.range.length;
-            return;
-        }
-        if (later.range.isEmpty() && earlier.range.isEmpty()) {
-            const TextOffset inside = earlier.range.location - later.range.location;
-            if (inside >= 0 && inside <= later.replacement.length()) {
-                earlier.replacement = later.replacement.replacing({inside, 0}, earlier.replacement);
-                earlier.range = later.range;
-                return;
-            }
-        }
+    if (!joinPlaces(step.deltas, next.deltas))
+        step.deltas.insert(step.deltas.begin(), std::make_move_iterator(next.deltas.begin()),
+                           std::make_move_iterator(next.deltas.end()));
+}
+
+/// Where \a next, undone first, goes on at the very places of \a step, all of it becomes part of
+/// \a step. Both go through the text from its end to its beginning, as undoing does what was done
+/// from the beginning on.
+bool UndoManager::joinPlaces(std::vector<Delta>& step, const std::vector<Delta>& next)
+{
+    if (step.size() != next.size())
+        return false;
+    std::vector<Delta> joined(step.size());
+    TextOffset shift = 0; // by what next did before the place
+    for (size_t i = step.size(); i-- > 0;) {
+        const Delta& earlier = step[i];
+        const Delta& later = next[i];
+        if (i > 0 && (step[i - 1].range.location < earlier.range.end() ||
+                      next[i - 1].range.location < later.range.end()))
+            return false;
+        const TextOffset location = later.range.location - shift;
+        const TextOffset inside = earlier.range.location - location;
+        if (later.replacement.isEmpty() && location == earlier.range.end())
+            joined[i] = {
+                {earlier.range.location + shift, earlier.range.length + later.range.length},
+                earlier.replacement};
+        else if (later.range.isEmpty() && earlier.range.isEmpty() && inside >= 0 &&
+                 inside <= later.replacement.length())
+            joined[i] = {later.range,
+                         later.replacement.replacing({inside, 0}, earlier.replacement)};
+        else
+            return false;
+        shift += later.range.length - later.replacement.length();
     }
-    step.deltas.insert(step.deltas.begin(), std::make_move_iterator(next.deltas.begin()),
-                       std::make_move_iterator(next.deltas.end()));
+    step = std::move(joined);
+    return true;
 }
 
 void UndoManager::take(Stack& from, Stack& to)
@@ -202,8 +243,7 @@ void UndoManager::take(Stack& from, Stack& to)
     }
 
     m_storage.beginEditing();
-    for (Delta& delta : step.deltas)
-        delta = apply(delta);
+    apply(step.deltas);
     std::reverse(step.deltas.begin(), step.deltas.end());
     m_storage.endEditing();
 
@@ -218,13 +258,47 @@ void UndoManager::take(Stack& from, Stack& to)
     Q_EMIT stepTaken(selections);
 }
 
-UndoManager::Delta UndoManager::apply(const Delta& delta)
+/// Applies \a deltas one after the other, and turns each into its inverse. Those that go through
+/// the text in one direction are applied together.
+void UndoManager::apply(std::vector<Delta>& deltas)
 {
     const QScopedValueRollback applying(m_applying, true);
-    Delta inverse{{delta.range.location, delta.replacement.length()},
-                  m_storage.snapshot().slice(delta.range)};
-    m_storage.replaceCharactersInRange(delta.range, delta.replacement);
-    return inverse;
+    const auto below = [](const Delta& a, const Delta& b) {
+        return b.range.location >= a.range.location + a.replacement.length();
+    };
+    const auto above = [](const Delta& a, const Delta& b) {
+        return b.range.end() <= a.range.location;
+    };
+    const std::span<Delta> all = deltas;
+    for (size_t first = 0; first < all.size();) {
+        size_t end = first + 1;
+        const bool upwards = end < all.size() && above(all[first], all[end]);
+        while (end < all.size() &&
+               (upwards ? above(all[end - 1], all[end]) : below(all[end - 1], all[end])))
+            ++end;
+        applyTogether(all.subspan(first, end - first), upwards);
+        first = end;
+    }
+}
+
+void UndoManager::applyTogether(std::span<Delta> deltas, bool upwards)
+{
+    std::vector<TextEdit> edits(deltas.begin(), deltas.end());
+    if (upwards) {
+        std::reverse(edits.begin(), edits.end());
+    } else {
+        TextOffset shift = 0; // by the deltas before
+        for (TextEdit& edit : edits) {
+            edit.range.location -= shift;
+            shift += edit.replacement.length() - edit.range.length;
+        }
+    }
+    const TextSnapshot before = m_storage.snapshot();
+    for (size_t i = 0; i < deltas.size(); ++i) {
+        const TextRange old = edits[upwards ? deltas.size() - 1 - i : i].range;
+        deltas[i] = {{deltas[i].range.location, deltas[i].replacement.length()}, before.slice(old)};
+    }
+    m_storage.replaceCharacters(edits);
 }
 
 void UndoManager::setState(State state)

@@ -43,6 +43,9 @@ public:
     /// Edits the storage and records the edit, in the open group or in one of its own.
     void replaceCharactersInRange(TextRange range, const TextSnapshot& replacement);
 
+    /// The same for several at once: ranges of the text as it is, in order and apart.
+    void replaceCharacters(std::span<const TextEdit> edits);
+
     /// Groups nest; what lies between the outermost pair is one step. \a selections are those that
     /// undo brings back. A group in which nothing was edited leaves no step.
     void beginUndoGrouping(const Selections& selections = {}, UndoKind kind = UndoKind::Other);
@@ -80,11 +83,7 @@ Q_SIGNALS:
     void stepTaken(const std::vector<quillory::Selection>& selections);
 
 private:
-    struct Delta
-    {
-        TextRange range;
-        TextSnapshot replacement;
-    };
+    using Delta = TextEdit;
 
     /// Names a text; unrecorded changes start a new epoch, in which no older text can be reached.
     struct State
@@ -113,7 +112,9 @@ private:
     static void merge(Entry& step, Entry next);
     static Entry unrecorded(const TextChange& change);
     void take(Stack& from, Stack& to);
-    Delta apply(const Delta& delta);
+    static bool joinPlaces(std::vector<Delta>& step, const std::vector<Delta>& next);
+    void apply(std::vector<Delta>& deltas);
+    void applyTogether(std::span<Delta> deltas, bool upwards);
     void setState(State state);
     static const Entry* lastStep(const Stack& stack);
     static void rebase(Delta& delta, TextChange& change);

@@ -1,66 +1,10 @@
-#include "editing/QPTextView.h"
+#include "MarkedEditor.h"
 
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
 namespace quillory {
 namespace {
-
-/// An editor without a window. Texts are written with their selections: "[" anchor, "]" head of a
-/// forward selection, "{" head and "}" anchor of a backward one, "|" a caret.
-struct Editor
-{
-    TextStorage storage;
-    UndoManager undo{storage};
-    QPTextView view{storage, undo};
-
-    explicit Editor(const QString& marked)
-    {
-        QString text;
-        std::vector<Selection> selections;
-        for (const QChar c : marked) {
-            const TextOffset at = text.size();
-            switch (c.unicode()) {
-            case '|':
-                selections.push_back(Selection::caret(at));
-                break;
-            case '[':
-                selections.push_back({at, at});
-                break;
-            case ']':
-                selections.back().head = at;
-                break;
-            case '{':
-                selections.push_back({at, at});
-                break;
-            case '}':
-                selections.back().anchor = at;
-                break;
-            default:
-                text += c;
-            }
-        }
-        storage.replaceCharactersInRange({0, 0}, text);
-        view.setSelections(selections, selections.size() - 1);
-        undo.markClean();
-    }
-
-    std::string marked() const
-    {
-        QString text = storage.snapshot().string();
-        const auto& selections = view.selections();
-        for (auto s = selections.rbegin(); s != selections.rend(); ++s) {
-            if (s->isCaret()) {
-                text.insert(s->head, QLatin1Char('|'));
-                continue;
-            }
-            const bool forward = s->anchor < s->head;
-            text.insert(s->range().end(), QLatin1Char(forward ? ']' : '}'));
-            text.insert(s->range().location, QLatin1Char(forward ? '[' : '{'));
-        }
-        return text.toStdString();
-    }
-};
 
 TEST(QPTextView, OperationsOnTextAndSelections)
 {
@@ -114,7 +58,7 @@ TEST(QPTextView, OperationsOnTextAndSelections)
         {"nothing to delete", "a|b", [](auto& v) { v.deleteSelection(); }, "a|b"},
     };
     for (const Case& c : cases) {
-        Editor editor(QString::fromLatin1(c.before));
+        MarkedEditor editor(QString::fromLatin1(c.before));
         c.operation(editor.view);
         EXPECT_EQ(editor.marked(), c.after) << c.name;
         // Whatever it was, one step takes it back, selections included.
@@ -131,7 +75,7 @@ TEST(QPTextView, OperationsOnTextAndSelections)
 
 TEST(QPTextView, OnlyPermittedChangesAreUndoable)
 {
-    Editor editor(QStringLiteral("abc|"));
+    MarkedEditor editor(QStringLiteral("abc|"));
     QSignalSpy changed(&editor.view, &QPTextView::textDidChange);
     ASSERT_TRUE(editor.view.shouldChangeTextInRange({0, 1}, QStringLiteral("X")));
     editor.view.replaceCharactersInRange({0, 1}, QStringLiteral("X"));
@@ -152,7 +96,7 @@ TEST(QPTextView, OnlyPermittedChangesAreUndoable)
 
 TEST(QPTextView, AnnouncesSelectionsThatEditsMoveOrEmpty)
 {
-    Editor editor(QStringLiteral("[abc]"));
+    MarkedEditor editor(QStringLiteral("[abc]"));
     QSignalSpy selection(&editor.view, &QPTextView::selectionDidChange);
     editor.view.deleteBackward();
     EXPECT_EQ(editor.marked(), "|");
@@ -163,7 +107,7 @@ TEST(QPTextView, AnnouncesSelectionsThatEditsMoveOrEmpty)
 
 TEST(QPTextView, ProposedRangesWidenByGranularity)
 {
-    const Editor editor(QString::fromUtf8("one two\nth\u0065\u0301ee|"));
+    const MarkedEditor editor(QString::fromUtf8("one two\nth\u0065\u0301ee|"));
     const auto widened = [&](TextRange range, SelectionGranularity granularity) {
         return editor.view.selectionRangeForProposedRange(range, granularity);
     };
@@ -176,7 +120,7 @@ TEST(QPTextView, ProposedRangesWidenByGranularity)
 
 TEST(QPTextView, SelectedTextJoinsSelectionsByLineBreaks)
 {
-    const Editor editor(QStringLiteral("[ab]c{de}|f"));
+    const MarkedEditor editor(QStringLiteral("[ab]c{de}|f"));
     EXPECT_EQ(editor.view.selectedText().string(), QStringLiteral("ab\nde"));
 }
 

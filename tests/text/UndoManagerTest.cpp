@@ -1,3 +1,5 @@
+#include "TextModel.h"
+
 #include "text/UndoManager.h"
 
 #include <QSignalSpy>
@@ -210,6 +212,56 @@ TEST_F(UndoManagerTest, RandomMixesGoBackAndForth)
         while (manager.canRedo())
             manager.redo();
         ASSERT_EQ(plain.snapshot().string(), newest) << "round " << round;
+    }
+}
+
+// Many edits at once are the same as one after the other, there and back.
+TEST_F(UndoManagerTest, EditsAtOnceKeepToTheModel)
+{
+    std::mt19937 random(11);
+    const auto below = [&](TextOffset n) { return TextOffset(random() % unsigned(n)); };
+    const std::u16string alphabet = u"ab\r\n\u00e9\u4e00\U0001F600";
+    const auto someText = [&](TextOffset length) {
+        std::u16string result;
+        for (TextOffset i = 0; i < length; ++i)
+            result += alphabet[size_t(below(TextOffset(alphabet.size())))];
+        return result;
+    };
+    const std::u16string first = someText(50'000);
+    storage.replaceCharactersInRange({}, QString::fromStdU16String(first));
+    std::vector<std::u16string> texts{first};
+    for (int round = 0; round < 60; ++round) {
+        test::TextModel model{texts.back()};
+        std::vector<TextEdit> edits;
+        // Dense, sparse, and with a long replacement now and then.
+        const TextOffset spread = 1 + below(round % 2 == 0 ? 10 : 9000);
+        TextOffset shift = 0;
+        for (TextOffset at = below(spread); at < storage.length(); at += 1 + below(spread)) {
+            const TextRange range{at, std::min(below(4), storage.length() - at)};
+            const std::u16string with = someText(below(100) == 0 ? 6000 : below(4));
+            edits.push_back({range, TextSnapshot(QString::fromStdU16String(with))});
+            model.replace({at + shift, range.length}, with);
+            shift += TextOffset(with.size()) - range.length;
+            at = range.end();
+        }
+        undo.replaceCharacters(edits);
+        ASSERT_EQ(storage.snapshot().string(), QString::fromStdU16String(model.text));
+        ASSERT_EQ(test::treeFault(storage.snapshot()), "");
+        texts.push_back(model.text);
+        if (storage.length() > 200'000)
+            break;
+    }
+    const auto expectText = [&](size_t index) {
+        ASSERT_EQ(storage.snapshot().string(), QString::fromStdU16String(texts[index]));
+        ASSERT_EQ(test::treeFault(storage.snapshot()), "");
+    };
+    for (size_t i = texts.size() - 1; i-- > 0;) {
+        undo.undo();
+        expectText(i);
+    }
+    for (size_t i = 1; i < texts.size(); ++i) {
+        undo.redo();
+        expectText(i);
     }
 }
 
