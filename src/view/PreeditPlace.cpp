@@ -29,17 +29,23 @@ void forEachRow(TextViewport& viewport, Visit&& visit)
 
 } // namespace
 
-QRect preeditCaretRect(TextViewport& viewport, int index)
+std::optional<QPointF> preeditPoint(TextViewport& viewport, int index)
 {
-    QRect result;
+    std::optional<QPointF> result;
     forEachRow(viewport, [&](const auto& visible, const TextGeometry::Segment& segment) {
         const int place = segment.preeditStart + std::clamp(index, 0, segment.preeditLength);
-        if (segment.layout->rowOf(place) != segment.row)
-            return;
-        const double inRow = segment.layout->xAt(segment.row, place);
-        result = viewport.caretAt(viewport.left() + segment.x + inRow, visible.y);
+        if (segment.layout->rowOf(place) == segment.row) {
+            const double x = segment.x + segment.layout->xAt(segment.row, place);
+            result = QPointF(viewport.left() + x, visible.y);
+        }
     });
     return result;
+}
+
+QRect preeditCaretRect(TextViewport& viewport, int index)
+{
+    const auto point = preeditPoint(viewport, index);
+    return point ? viewport.caretAt(point->x(), int(point->y())) : QRect();
 }
 
 std::optional<int> preeditIndexAt(TextViewport& viewport, QPoint point)

@@ -204,14 +204,15 @@ void TextViewInput::showPreeditCaret()
         return;
     TextViewport& viewport = m_view.textViewport();
     const QSize size = viewport.size();
-    const int margin = int(viewport.textMargin());
     for (int rows = size.height() / viewport.rowHeight(); rows > 0; --rows) {
-        const QRect caret = caretRect();
-        if (!caret.isEmpty() && caret.bottom() < size.height()) {
-            if (caret.right() + margin > size.width())
-                m_view.scrollBy(caret.right() + margin - size.width() + size.width() / 4, 0);
-            else if (caret.left() < margin)
-                m_view.scrollBy(caret.left() - margin - size.width() / 4, 0);
+        const auto caret = preeditPoint(viewport, m_style.caret);
+        if (caret && caret->y() + viewport.rowHeight() <= size.height()) {
+            const double right = caret->x() + 2 * viewport.textMargin() - size.width();
+            const double left = caret->x() - viewport.textMargin();
+            if (right > 0)
+                m_view.scrollBy(int(right) + size.width() / 4, 0);
+            else if (left < 0)
+                m_view.scrollBy(int(left) - size.width() / 4, 0);
             return;
         }
         m_view.scrollBy(0, viewport.rowHeight());

@@ -71,7 +71,10 @@ class Session:
         until(ready.exists, "the window manager is there")
         return self
 
-    def __exit__(self, *_):
+    def __exit__(self, failure, *_):
+        if failure:
+            for log in [*self.folder.glob("*.log"), *self.folder.glob("journal")]:
+                print(f"--- {log.name}:", log.read_text(errors="replace")[-3000:], sep="\n")
         for process in reversed(self.processes):
             process.terminate()
         for process in reversed(self.processes):
@@ -106,10 +109,6 @@ class Session:
     def keys(self, *names):
         subprocess.run(["xdotool", "key", "--delay", "20", *names], env=self.environment,
                        check=True)
-
-    def log(self, program):
-        path = self.folder / (pathlib.Path(program).name + ".log")
-        return path.read_text(errors="replace") if path.exists() else ""
 
 
 def until(happened, what, step=lambda: time.sleep(0.02)):
