@@ -91,9 +91,9 @@ class Session:
         self.processes.append(process)
         return process
 
-    def write(self, name, text):
+    def write(self, name, text, encoding="utf-8"):
         path = self.folder / name
-        path.write_text(text, encoding="utf-8", newline="")
+        path.write_bytes(text.encode(encoding))
         return path
 
     def edit(self, program, path):
