@@ -1,5 +1,6 @@
 #include "app/DocumentController.h"
 
+#include "app/LoadFlow.h"
 #include "app/UserQuestions.h"
 #include "app/WindowSize.h"
 #include "document/Document.h"
@@ -40,8 +41,13 @@ DocumentController::~DocumentController()
 
 DocumentWindow* DocumentController::newDocument()
 {
+    return newUntitled(++m_lastUntitled);
+}
+
+DocumentWindow* DocumentController::newUntitled(int number)
+{
     auto document = std::make_unique<Document>(m_environment);
-    document->setUntitledNumber(++m_lastUntitled);
+    document->setUntitledNumber(number);
     return show(std::move(document), nullptr);
 }
 
@@ -51,6 +57,7 @@ DocumentWindow* DocumentController::show(std::unique_ptr<Document> document,
     auto* window = new DocumentWindow(std::move(document), {m_environment, m_questions, *this});
     m_windows.push_back(window);
     connect(window, &DocumentWindow::closed, this, [this](DocumentWindow* gone) {
+        gone->loading().stop();
         std::erase(m_windows, gone);
         settle();
     });
@@ -148,6 +155,10 @@ void DocumentController::openOne(const OpenTarget& target, DocumentWindow* windo
     const QString name = canonical(path);
     if (m_reading.contains(name))
         return;
+    if (const std::shared_ptr<GradualRead> reading = m_loader->begin(path)) {
+        openLarge(reading, target, window);
+        return;
+    }
     m_reading.append(name);
     ++m_underway;
     m_loader->load(path, window, taken);
@@ -190,6 +201,44 @@ void DocumentController::take(ReadResult result, const OpenTarget& target, Docum
         m_recent.note(path);
     if (target.place)
         shown->goTo(*target.place);
+}
+
+/// The window comes at once, with the beginning of the text.
+void DocumentController::openLarge(const std::shared_ptr<GradualRead>& reading,
+                                   const OpenTarget& target, DocumentWindow* window)
+{
+    std::optional<int> untitled;
+    if (window && window->isUntouched())
+        untitled = window->document().untitledNumber();
+    auto document = std::make_unique<Document>(m_environment);
+    document->adoptBeginning(reading->beginning());
+    DocumentWindow& shown = *show(std::move(document), window);
+    LoadFlow& loading = shown.loading();
+    connect(&loading, &LoadFlow::loaded, this,
+            [this, &shown] { m_recent.note(shown.document().path()); });
+    connect(&loading, &LoadFlow::cancelled, this,
+            [this, &shown, untitled] { giveUp(shown, untitled, {}); });
+    connect(&loading, &LoadFlow::failed, this,
+            [this, &shown, untitled](const QString& message) { giveUp(shown, untitled, message); });
+    loading.start(reading, *m_loader);
+    if (target.place)
+        shown.goTo(*target.place);
+}
+
+/// Closes the window of a file that will not be there as a whole; the untouched document that it
+/// took the place of, with the number \a untitled, comes back. Tells \a message, if there is one.
+void DocumentController::giveUp(DocumentWindow& loading, std::optional<int> untitled,
+                                const QString& message)
+{
+    ++m_underway;
+    DocumentWindow* back = untitled ? newUntitled(*untitled) : nullptr;
+    if (back)
+        back->setGeometry(loading.geometry());
+    loading.close();
+    if (!message.isEmpty())
+        fail(message, back);
+    --m_underway;
+    settle();
 }
 
 void DocumentController::fail(const QString& message, DocumentWindow* window)

@@ -39,6 +39,8 @@ public:
     void raiseNeighbour(DocumentWindow& window, int steps);
     void rememberSize(const DocumentWindow& window);
 
+    DocumentLoader& loader() { return *m_loader; }
+
     QStringList recentDocuments() const { return m_recent.paths(); }
     void clearRecentDocuments() { m_recent.clear(); }
     void noteSaved(const QString& path) { m_recent.note(path); }
@@ -55,6 +57,10 @@ private:
     void openOne(const OpenTarget& target, DocumentWindow* window);
     void openNewFile(const QString& path, const OpenTarget& target, DocumentWindow* window);
     void take(ReadResult result, const OpenTarget& target, DocumentWindow* window);
+    void openLarge(const std::shared_ptr<GradualRead>& reading, const OpenTarget& target,
+                   DocumentWindow* window);
+    void giveUp(DocumentWindow& loading, std::optional<int> untitled, const QString& message);
+    DocumentWindow* newUntitled(int number);
     DocumentWindow* show(std::unique_ptr<Document> document, DocumentWindow* inPlaceOf);
     DocumentWindow* windowShowing(const QString& path) const;
     void fail(const QString& message, DocumentWindow* window);

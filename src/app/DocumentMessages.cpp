@@ -72,6 +72,7 @@ std::vector<WayOut> waysOut(DocumentWindow& window, const SaveResult& result)
     case SaveProblem::NoEncoding:
         return {reopenAs(window, tr("&Choose Encoding"))};
     case SaveProblem::None:
+    case SaveProblem::Incomplete:
         break;
     }
     return {};
@@ -105,6 +106,8 @@ void showMixedBreaks(DocumentWindow& window)
 void showStateMessages(DocumentWindow& window)
 {
     const Document& document = window.document();
+    if (document.isLoading())
+        return; // only the whole text can tell
     if (document.isUndecoded()) {
         window.messages().show(
             Subject::Encoding,

@@ -3,6 +3,8 @@
 #include "app/DocumentController.h"
 #include "app/DocumentMessages.h"
 #include "app/GoToLineDialog.h"
+#include "app/LoadFlow.h"
+#include "app/LoadingBar.h"
 #include "app/MainMenu.h"
 #include "app/MessageArea.h"
 #include "app/RereadFlow.h"
@@ -32,7 +34,8 @@ DocumentWindow::DocumentWindow(std::unique_ptr<Document> document, const WindowS
     connectDocument();
     m_document->windowControllerDidLoadNib(this);
     // Nothing can be typed into a file that nothing is seen of.
-    m_document->textView().setEditable(!m_document->isUndecoded());
+    if (m_document->isUndecoded())
+        m_document->textView().setEditable(false);
     m_menu = new MainMenu(*this);
     m_status->showPosition(*m_document);
     updateTitle();
@@ -61,6 +64,8 @@ void DocumentWindow::build()
     m_status->setObjectName(QStringLiteral("statusLine"));
     layout->addWidget(m_messages);
     layout->addWidget(m_view, 1);
+    auto* loadingBar = new LoadingBar(content);
+    layout->addWidget(loadingBar);
     layout->addWidget(m_status);
     setCentralWidget(content);
     m_view->setFocus();
@@ -69,6 +74,7 @@ void DocumentWindow::build()
     m_appearance = std::make_unique<ViewAppearance>(*m_view, environment);
     m_saving = std::make_unique<SaveFlow>(*m_document, environment, m_services.questions, *this);
     m_rereading = std::make_unique<RereadFlow>(*m_document, m_services.questions, *this);
+    m_loading = std::make_unique<LoadFlow>(*m_document, *loadingBar, *this);
 }
 
 void DocumentWindow::connectDocument()
@@ -108,6 +114,8 @@ void DocumentWindow::connectDocument()
     });
     connect(m_saving.get(), &SaveFlow::failed, this,
             [this](const SaveResult& result) { showSaveProblem(*this, result); });
+    connect(m_loading.get(), &LoadFlow::loaded, this, [this] { showStateMessages(*this); });
+    connect(m_loading.get(), &LoadFlow::placeReached, this, &DocumentWindow::goTo);
     connect(m_rereading.get(), &RereadFlow::readingChanged, this, &DocumentWindow::updateActivity);
     connect(m_rereading.get(), &RereadFlow::reread, this, [this] {
         m_messages->clearAll();
@@ -194,7 +202,8 @@ void DocumentWindow::chooseFont()
 
 void DocumentWindow::goTo(TextPlace place)
 {
-    goToOffset(offsetOf(m_document->completeString(), place));
+    if (!m_loading->postpones(place))
+        goToOffset(offsetOf(m_document->completeString(), place));
 }
 
 void DocumentWindow::goToOffset(TextOffset offset)
@@ -218,6 +227,10 @@ void DocumentWindow::askForPlace()
 
 void DocumentWindow::showSettings(SettingsPopover::Reason reason)
 {
+    if (m_document->isLoading()) {
+        QApplication::beep();
+        return;
+    }
     if (!m_settings) {
         m_settings = new SettingsPopover(*m_document, m_services.environment, this);
         connect(m_settings, &SettingsPopover::encodingChosen, this, &DocumentWindow::checkEncoding);

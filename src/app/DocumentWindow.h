@@ -14,6 +14,7 @@ namespace quillory {
 
 class Document;
 class DocumentController;
+class LoadFlow;
 class MainMenu;
 class MessageArea;
 class RereadFlow;
@@ -50,13 +51,15 @@ public:
     MessageArea& messages() const { return *m_messages; }
     SaveFlow& saving() const { return *m_saving; }
     RereadFlow& rereading() const { return *m_rereading; }
+    LoadFlow& loading() const { return *m_loading; }
 
     /// True for a new document that nothing was done to, so that another may take its place.
     bool isUntouched() const;
     /// A background save or reading goes on.
     bool isBusy() const;
 
-    /// Puts the caret there, and shows it in the middle of the window.
+    /// Puts the caret there, and shows it in the middle of the window; a line that is still to be
+    /// read is waited for.
     void goTo(TextPlace place);
     void goToOffset(TextOffset offset);
     void askForPlace();
@@ -104,6 +107,7 @@ private:
     std::unique_ptr<ViewAppearance> m_appearance;
     std::unique_ptr<SaveFlow> m_saving;
     std::unique_ptr<RereadFlow> m_rereading;
+    std::unique_ptr<LoadFlow> m_loading;
     bool m_painted = false;
     bool m_asking = false;   ///< a question before closing is open
     bool m_mayClose = false; ///< it was answered

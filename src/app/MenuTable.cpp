@@ -26,9 +26,14 @@ namespace {
 
 using W = DocumentWindow;
 
+bool isThere(const W& w)
+{
+    return !w.document().isLoading();
+}
+
 bool isIdle(const W& w)
 {
-    return !w.isBusy();
+    return isThere(w) && !w.isBusy();
 }
 
 bool hasFile(const W& w)
@@ -155,11 +160,13 @@ constexpr MenuItem fileMenu[]{
     separator,
     {.text = ENTRY("&Save"),
      .standardKey = QKeySequence::Save,
-     .run = [](W& w) { w.saving().save(); }},
+     .run = [](W& w) { w.saving().save(); },
+     .isEnabled = isThere},
     {.text = ENTRY("Save &As…"),
      .standardKey = QKeySequence::SaveAs,
      .ownKeys = "Ctrl+Shift+S",
-     .run = [](W& w) { w.saving().saveAs(); }},
+     .run = [](W& w) { w.saving().saveAs(); },
+     .isEnabled = isThere},
     {.text = ENTRY("Save a Cop&y…"),
      .run = [](W& w) { w.saving().saveCopy(); },
      .isEnabled = isUnderstood},
@@ -252,7 +259,9 @@ constexpr MenuItem viewMenu[]{
 };
 
 constexpr MenuItem formatMenu[]{
-    {.text = ENTRY("&Document Settings…"), .run = [](W& w) { w.showSettings(); }},
+    {.text = ENTRY("&Document Settings…"),
+     .run = [](W& w) { w.showSettings(); },
+     .isEnabled = isThere},
     separator,
     {.text = ENTRY("&Encoding"), .isEnabled = isIdle, .fill = fillEncodings},
     {.text = ENTRY("&Line Breaks"), .isEnabled = isUnderstood, .fill = fillLineBreaks},

@@ -28,4 +28,12 @@ void runInBackground(QObject* context, Work work, Done done)
     });
 }
 
+/// Lets go of \a object on a thread of the pool: freeing a large text takes long.
+template<class Object>
+void releaseInBackground(Object object)
+{
+    QThreadPool::globalInstance()->start(
+        [object = std::move(object)]() mutable { object = Object(); });
+}
+
 } // namespace quillory

@@ -12,6 +12,7 @@
 #include "foundation/UserDefaults.h"
 
 #include <QFileInfo>
+#include <QSignalBlocker>
 
 namespace quillory {
 
@@ -41,6 +42,13 @@ Document::~Document()
 {
     if (!m_fileDamaged)
         (void)m_environment.recovery.remove(m_recoveryRecord); // what stays behind only takes room
+    m_remains.text = completeString();
+}
+
+Document::Remains::~Remains()
+{
+    if (text.length() > quickLength)
+        releaseInBackground(std::move(text));
 }
 
 QString Document::displayName() const
@@ -94,6 +102,51 @@ void Document::adopt(ReadResult result)
     m_hasEncodingAttribute = result.hasEncodingAttribute;
     if (m_record.isQuilloryDocument)
         selectEncoding();
+}
+
+void Document::adoptBeginning(const ReadResult& beginning)
+{
+    adopt(beginning);
+    m_loading = true;
+    m_textView.setEditable(false);
+}
+
+void Document::takeMore(const TextSnapshot& text)
+{
+    replaceSilently({completeString().length(), 0}, text);
+}
+
+void Document::finishLoading(const GradualRead::Outcome& outcome)
+{
+    const ReadResult& result = outcome.result;
+    TextSnapshot before = completeString();
+    const TextSnapshot text = result.text.value_or(TextSnapshot());
+    const TextRange wrong = TextRange::between(outcome.kept, before.length());
+    const std::vector<Selection> selections = m_textView.selections();
+    m_loading = false;
+    m_undecoded = !result.text;
+    replaceSilently(wrong, text.slice(TextRange::between(outcome.kept, text.length())));
+    if (!wrong.isEmpty()) {
+        m_textView.setSelections(onSameLines(selections, before, text), selections.size() - 1);
+        releaseInBackground(std::move(before));
+    }
+    takeForm(result);
+    m_record.dataFromFile = m_undecoded ? result.record.dataFromFile : ByteBuffer();
+    m_record.lbFormat = int(result.format);
+    m_hasEncodingAttribute = result.hasEncodingAttribute;
+    selectEncoding();
+    m_savedForm = form();
+    m_textView.setEditable(!m_undecoded);
+    Q_EMIT recordChanged();
+}
+
+/// Neither undoable nor an edit: the document stands for its file as it did before.
+void Document::replaceSilently(TextRange range, const TextSnapshot& text)
+{
+    const QSignalBlocker quiet(m_undo);
+    m_storage.replaceCharactersInRange(range, text);
+    m_undo.removeAllActions();
+    m_undo.markClean();
 }
 
 void Document::windowControllerDidLoadNib(DocumentWindowHost* window)
@@ -164,15 +217,11 @@ void Document::takeReread(const ReadResult& result)
     if (!result.answer || !result.text)
         return;
     const bool keepsFormat = result.record.isQuilloryDocument;
-    m_record.encoding = result.record.encoding;
     m_record.plistKind = keepsFormat ? 0 : result.record.plistKind;
     m_record.isPlistFile = result.record.isPlistFile;
     m_record.lbFormat = keepsFormat ? result.record.lbFormat : int(result.format);
     m_record.dataFromFile = ByteBuffer();
-    m_layout = result.layout;
-    m_lineBreaks = result.lineBreaks;
-    m_encodesBack = result.encodesBack;
-    m_identity = result.identity;
+    takeForm(result);
     m_undecoded = false;
     m_undo.beginUndoGrouping(m_textView.selections());
     replaceWholeText(*result.text);
@@ -183,6 +232,16 @@ void Document::takeReread(const ReadResult& result)
     m_savedForm = form();
     m_textView.didChangeText();
     Q_EMIT recordChanged();
+}
+
+/// How the bytes of a text that was read again, or to its end, stand on the disk.
+void Document::takeForm(const ReadResult& result)
+{
+    m_record.encoding = result.record.encoding;
+    m_layout = result.layout;
+    m_lineBreaks = result.lineBreaks;
+    m_encodesBack = result.encodesBack;
+    m_identity = result.identity;
 }
 
 StringEncoding Document::guessEncodingFromData(QByteArrayView data) const
@@ -340,6 +399,7 @@ SaveJob Document::saveJob(const QString& path, const QString& ofType) const
     job.record.dataFromFile.reset();
     job.layout = m_layout;
     job.isUndecoded = m_undecoded;
+    job.isIncomplete = m_loading;
     job.hasEncodingAttribute = m_hasEncodingAttribute && path == m_path;
     if (path == m_path)
         job.expected = m_identity;

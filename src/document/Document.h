@@ -5,6 +5,7 @@
 #include "document/DocumentRecord.h"
 #include "document/DocumentWriter.h"
 #include "document/EncodingList.h"
+#include "document/GradualRead.h"
 #include "editing/QPTextView.h"
 #include "text/Overlay.h"
 
@@ -21,7 +22,9 @@ class DocumentWindowHost;
 /// DocumentWindowHost and its signals.
 ///
 /// The life of a document: made; read (readFromURL, or readDocument on another thread and adopt);
-/// opened, once a window stands (windowControllerDidLoadNib); edited and saved; destroyed.
+/// opened, once a window stands (windowControllerDidLoadNib); edited and saved; destroyed. A large
+/// file is opened with its beginning (adoptBeginning), and read to its end while it is shown; until
+/// then it is neither edited nor saved.
 class Document : public QObject
 {
     Q_OBJECT
@@ -47,6 +50,7 @@ public:
     /// The file's name, or "Untitled" with a number that the controller gave.
     QString displayName() const;
     void setUntitledNumber(int number) { m_untitledNumber = number; }
+    int untitledNumber() const { return m_untitledNumber; }
 
     /// True when saving would change what is on disk: the text, its encoding, its byte-order mark
     /// or the line-break format chosen for it.
@@ -72,6 +76,14 @@ public:
     bool readFromURL(const QString& path, const QString& ofType);
     /// Takes what was read on another thread.
     void adopt(ReadResult result);
+    /// Takes the beginning of a file; the document is loading until finishLoading().
+    void adoptBeginning(const ReadResult& beginning);
+    bool isLoading() const { return m_loading; }
+    /// Puts what has come since at the end of the text. Not an edit, as little as what follows.
+    void takeMore(const TextSnapshot& text);
+    /// Takes what reading the whole file came to, which must have the answer yes. The carets and
+    /// what is in sight stay where the text did not turn out to be another.
+    void finishLoading(const GradualRead::Outcome& outcome);
     /// The open sequence: fills the text, the lists and the timers, once the window stands.
     void windowControllerDidLoadNib(DocumentWindowHost* window);
     /// Reads the file again, dropping the edits, in \a encoding or, when that is none, in the one
@@ -132,6 +144,8 @@ Q_SIGNALS:
 
 private:
     void fillText();
+    void replaceSilently(TextRange range, const TextSnapshot& text);
+    void takeForm(const ReadResult& result);
     void readBytesAs(StringEncoding encoding);
     using NewText = std::function<TextSnapshot()>;
     void changeWholeText(const QString& actionName, const NewText& newText);
@@ -147,6 +161,14 @@ private:
     };
     SavedForm form() const { return {m_record.encoding, m_record.lbFormat, m_layout}; }
 
+    /// The last to go, so that a long text is freed on another thread.
+    struct Remains
+    {
+        TextSnapshot text;
+        ~Remains();
+    };
+
+    Remains m_remains;
     const DocumentEnvironment& m_environment;
     DocumentRecord m_record;
     TextStorage m_storage;
@@ -167,6 +189,7 @@ private:
     QString m_recoveryRecord;
     bool m_hasEncodingAttribute = false;
     bool m_fileDamaged = false; ///< by a save that failed half-way
+    bool m_loading = false;     ///< the text is only the beginning of the file's
     bool m_undecoded = false;
     bool m_encodesBack = true;
 };

@@ -1,11 +1,9 @@
 #include "document/DocumentReader.h"
 
 #include "document/DocumentType.h"
-#include "document/FileBytes.h"
 #include "foundation/KeyedArchive.h"
 #include "foundation/PropertyListReader.h"
 #include "foundation/XmlPropertyListWriter.h"
-#include "text/EncodingDetector.h"
 #include "text/TextDecoder.h"
 #include "text/TextEncoder.h"
 
@@ -59,9 +57,9 @@ bool decodeBytes(ReadResult& result, StringEncoding encoding)
 }
 
 /// The same in the encoding that the bytes turn out to be in; none when they are no text.
-bool detectAndDecode(ReadResult& result, const FileBytes& file)
+bool detectAndDecode(ReadResult& result, const FileBytes& file, const KnownText& known = {})
 {
-    const DetectedText detected = detectEncoding(file.bytes, file.encodingAttribute);
+    const DetectedText detected = detectEncoding(file.bytes, file.encodingAttribute, known);
     result.record.encoding = detected.encoding;
     if (detected.isText())
         takeText(result, detected.encoding, detected.layout, detected.text);
@@ -143,13 +141,6 @@ void readPropertyListDocument(ReadResult& result, const FileBytes& file)
     decodeBytes(result, StringEncoding::utf8);
 }
 
-void readText(ReadResult& result, const FileBytes& file)
-{
-    result.record.dataFromFile = file.bytes;
-    result.answer = true;
-    detectAndDecode(result, file);
-}
-
 /// Nothing of a failed read survives but the flags.
 void dropContents(ReadResult& result)
 {
@@ -158,6 +149,22 @@ void dropContents(ReadResult& result)
     flags.isPlistFile = result.record.isPlistFile;
     result.record = flags;
     result.text.reset();
+}
+
+/// What is the same whatever the kind of document; false, with a message, when the file could not
+/// be read.
+bool takeFile(ReadResult& result, const FileBytes& file)
+{
+    if (file.error != 0) {
+        const QString cause = causeOf(file.error);
+        if (result.type == DocumentType::propertyList)
+            qWarning("error reading %s: %s", qPrintable(result.path), qPrintable(cause));
+        result.message = tr("“%1” could not be read: %2.").arg(result.path, cause);
+        return false;
+    }
+    result.identity = FileIdentity::of(file.status);
+    result.hasEncodingAttribute = !file.encodingAttribute.isEmpty();
+    return true;
 }
 
 } // namespace
@@ -172,24 +179,31 @@ ReadResult readDocument(const QString& path, const QString& type, const std::ato
         result.message = tr("“%1” is a folder. Choose a file inside it.").arg(fileName(result));
         return result;
     }
-    result.record.isQuilloryDocument = isArchive;
     const FileBytes file = readFile(path, cancelled);
-    if (file.error != 0) {
-        if (type == DocumentType::propertyList)
-            qWarning("error reading %s: %s", qPrintable(path), qPrintable(causeOf(file.error)));
-        result.message = tr("“%1” could not be read: %2.").arg(path, causeOf(file.error));
+    if (!isArchive && type != DocumentType::propertyList)
+        return readText(path, file);
+    result.record.isQuilloryDocument = isArchive;
+    if (!takeFile(result, file))
         return result;
-    }
-    result.identity = FileIdentity::of(file.status);
-    result.hasEncodingAttribute = !file.encodingAttribute.isEmpty();
     if (isArchive)
         readArchive(result, file);
-    else if (type == DocumentType::propertyList)
-        readPropertyListDocument(result, file);
     else
-        readText(result, file);
+        readPropertyListDocument(result, file);
     if (!result.answer)
         dropContents(result);
+    return result;
+}
+
+ReadResult readText(const QString& path, const FileBytes& file, const KnownText& known)
+{
+    ReadResult result;
+    result.path = path;
+    result.type = DocumentType::text;
+    if (!takeFile(result, file))
+        return result;
+    result.record.dataFromFile = file.bytes;
+    result.answer = true;
+    detectAndDecode(result, file, known);
     return result;
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "document/DocumentRecord.h"
+#include "document/FileBytes.h"
 #include "document/FileIdentity.h"
 #include "text/ByteLayout.h"
+#include "text/EncodingDetector.h"
 #include "text/LineBreaks.h"
 #include "text/TextSnapshot.h"
 
@@ -35,6 +37,9 @@ struct ReadResult
 /// on any thread; \a cancelled, looked at now and then, ends it early with the answer no.
 ReadResult readDocument(const QString& path, const QString& type,
                         const std::atomic_bool* cancelled = nullptr);
+
+/// The same for a text file of which \a file is what was read. \a known spares decoding.
+ReadResult readText(const QString& path, const FileBytes& file, const KnownText& known = {});
 
 /// Decodes the bytes of \a result again, in \a encoding; false, and nothing changed, when they do
 /// not decode.

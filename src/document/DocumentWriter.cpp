@@ -37,7 +37,12 @@ public:
 
     SaveResult run()
     {
-        if (m_job.isUndecoded)
+        if (m_job.isIncomplete)
+            refuse(SaveProblem::Incomplete,
+                   tr("“%1” was not saved, since it is still being read. Save it when all of it is "
+                      "there.")
+                       .arg(fileName()));
+        else if (m_job.isUndecoded)
             refuse(SaveProblem::NoEncoding,
                    tr("The encoding of “%1” is not known, so saving could destroy what the file "
                       "holds. Nothing was written. Choose the encoding to open it in first.")
@@ -59,7 +64,7 @@ private:
     {
         m_result.problem = problem;
         m_result.message = message;
-        if (!m_job.keepsText)
+        if (!m_job.keepsText || m_job.isIncomplete)
             return;
         const StringEncoding form = findUnencodable(m_job.text, StringEncoding::utf8)
                                         ? StringEncoding::utf16

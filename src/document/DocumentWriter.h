@@ -20,7 +20,8 @@ enum class SaveProblem
     ChangedByOther, ///< the file is not the one that was read or written last
     Unencodable,    ///< a character has no place in the encoding
     UnparsablePropertyList,
-    NoEncoding ///< the file's bytes were never decoded; writing would destroy them
+    NoEncoding, ///< the file's bytes were never decoded; writing would destroy them
+    Incomplete, ///< the file is still being read
 };
 
 /// What a save came to.
@@ -47,6 +48,7 @@ struct SaveJob
     DocumentRecord record;
     ByteLayout layout;
     bool isUndecoded = false; ///< the file's bytes were never understood, so it is not written over
+    bool isIncomplete = false; ///< the text is only the beginning of the file's; nothing is written
     bool hasEncodingAttribute = false; ///< the file has a text-encoding attribute, to be kept true
     /// What the file must still be; nothing when any file there may be replaced.
     std::optional<FileIdentity> expected;

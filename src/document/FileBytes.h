@@ -25,6 +25,9 @@ inline constexpr const char* textEncodingAttribute = "user.com.apple.TextEncodin
 /// set.
 FileBytes readFile(const QString& path, const std::atomic_bool* cancelled = nullptr);
 
+/// What takes no noticeable time to read and decode.
+inline constexpr ByteCount quickFileSize{qsizetype(4) << 20};
+
 /// True for a regular file so small that reading it takes no noticeable time.
 bool isQuickToRead(const QString& path);
 

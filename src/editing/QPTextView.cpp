@@ -341,8 +341,12 @@ void QPTextView::replaceEach(const Edit& range, const TextSnapshot& text, UndoKi
         targets.push_back(Selection::over(range(selection)));
     const bool nothing = text.isEmpty() && std::all_of(targets.begin(), targets.end(),
                                                        [](const auto& t) { return t.isCaret(); });
-    if (nothing || !m_editable)
+    if (nothing)
         return;
+    if (!m_editable) {
+        Q_EMIT beep();
+        return;
+    }
 
     TextOffset shift = 0;
     TextOffset done = 0; // where the previous target ended, before the edits

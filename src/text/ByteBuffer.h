@@ -39,6 +39,8 @@ public:
     QByteArrayView view() const { return {data(), m_size}; }
 
 private:
+    friend class GrowingBytes;
+
     struct Memory
     {
         char* data = nullptr;

@@ -9,13 +9,22 @@ namespace quillory {
 
 namespace {
 
-bool tryEncoding(StringEncoding encoding, const ByteBuffer& bytes, DetectedText& result)
+bool tryEncoding(StringEncoding encoding, const ByteBuffer& bytes, const KnownText& known,
+                 DetectedText& result)
 {
-    auto text = encoding != StringEncoding::none ? decode(bytes, encoding) : std::nullopt;
+    if (encoding == StringEncoding::none)
+        return false;
+    auto text = encoding == known.encoding ? known.text : decode(bytes, encoding);
     if (!text)
         return false;
     result = {encoding, layoutOf(bytes.view(), encoding), std::move(*text)};
     return true;
+}
+
+bool isWide(StringEncoding encoding)
+{
+    const EncodingInfo* info = encodingInfo(encoding);
+    return info && (info->form == EncodingForm::utf16 || info->form == EncodingForm::utf32);
 }
 
 /// A name found in, or guessed from, bytes that are neither UTF-8 nor UTF-16: wide forms are out of
@@ -30,19 +39,19 @@ StringEncoding plausible(StringEncoding encoding)
     default:
         break;
     }
-    const EncodingInfo* info = encodingInfo(encoding);
-    const bool isWide =
-        info && (info->form == EncodingForm::utf16 || info->form == EncodingForm::utf32);
-    return isWide ? StringEncoding::none : encoding;
+    return isWide(encoding) ? StringEncoding::none : encoding;
 }
 
 } // namespace
 
-DetectedText detectEncoding(const ByteBuffer& bytes, QByteArrayView textEncodingAttribute)
+DetectedText detectEncoding(const ByteBuffer& bytes, QByteArrayView textEncodingAttribute,
+                            const KnownText& known)
 {
     const QByteArrayView view = bytes.view();
     DetectedText result;
-    const auto isIt = [&](StringEncoding encoding) { return tryEncoding(encoding, bytes, result); };
+    const auto isIt = [&](StringEncoding encoding) {
+        return tryEncoding(encoding, bytes, known, result);
+    };
 
     const auto isMarked = [&](StringEncoding encoding) {
         return layoutOf(view, encoding).hasMark && isIt(encoding);
@@ -65,6 +74,31 @@ DetectedText detectEncoding(const ByteBuffer& bytes, QByteArrayView textEncoding
     if (!isIt(StringEncoding::windowsLatin1))
         isIt(StringEncoding::isoLatin1);
     return result;
+}
+
+qsizetype uncutBeginning(QByteArrayView bytes, QByteArrayView textEncodingAttribute)
+{
+    const auto hasMark = [&](StringEncoding encoding) { return layoutOf(bytes, encoding).hasMark; };
+    const qsizetype aligned = bytes.size() / 4 * 4;
+    if (isWide(encodingForAttribute(textEncodingAttribute)) || hasMark(StringEncoding::utf32) ||
+        hasMark(StringEncoding::utf16) ||
+        utf16WithZeroBytes(bytes.first(aligned)) != StringEncoding::none)
+        return aligned;
+    const auto endOfLast = [&](auto isIt) -> qsizetype {
+        for (qsizetype end = bytes.size() - 1; end > bytes.size() / 2; --end) {
+            // A line break of UTF-16 has a zero byte, which may be the second.
+            if (isIt(uchar(bytes[end - 1])))
+                return end % 2 != 0 && bytes[end] == '\0' ? end + 1 : end;
+        }
+        return 0;
+    };
+    // No encoding has a line break inside a character, none that does without escape sequences has
+    // a blank or one of the signs below the digits.
+    if (const qsizetype end = endOfLast([](uchar byte) { return byte == '\n' || byte == '\r'; }))
+        return end;
+    if (const qsizetype end = endOfLast([](uchar byte) { return byte > 0 && byte < '0'; }))
+        return end;
+    return wholeCharacters(bytes, StringEncoding::utf8);
 }
 
 } // namespace quillory

@@ -4,6 +4,8 @@
 #include "text/ByteLayout.h"
 #include "text/TextSnapshot.h"
 
+#include <optional>
+
 namespace quillory {
 
 /// What the bytes of a file were found to be.
@@ -14,6 +16,13 @@ struct DetectedText
     TextSnapshot text; ///< decoded from all of the bytes; empty where they are no text
 
     bool isText() const { return encoding != StringEncoding::none; }
+};
+
+/// What all of some bytes say in one encoding, where that was found out before.
+struct KnownText
+{
+    StringEncoding encoding = StringEncoding::none; ///< none: nothing is known
+    std::optional<TextSnapshot> text;               ///< nothing: they do not decode
 };
 
 /// Finds the encoding of a file's bytes, and decodes them. The first of these that decodes all of
@@ -30,6 +39,13 @@ struct DetectedText
 ///  8. Windows Latin 1, then ISO Latin 1
 ///
 /// From step 6 on, bytes with zero bytes or many control characters are taken for no text.
-DetectedText detectEncoding(const ByteBuffer& bytes, QByteArrayView textEncodingAttribute = {});
+/// \a known spares decoding in its encoding; the answer is the same.
+DetectedText detectEncoding(const ByteBuffer& bytes, QByteArrayView textEncodingAttribute = {},
+                            const KnownText& known = {});
+
+/// How many of the first of \a bytes to look at when they are the beginning of a longer text, so
+/// that no character is cut in two in whatever encoding they are. Where no place tells, more or
+/// less all of them.
+qsizetype uncutBeginning(QByteArrayView bytes, QByteArrayView textEncodingAttribute = {});
 
 } // namespace quillory

@@ -25,26 +25,11 @@ constexpr qsizetype bufferUnits = 8192;
 /// A run of ASCII from which on it is handed over as it lies.
 constexpr qsizetype longRun = TextLeaf::minimumUnits;
 
-/// True when most of \a bytes is in long runs of ASCII, as far as samples tell.
-bool isMostlyAscii(QByteArrayView bytes)
-{
-    constexpr qsizetype samples = 64;
-    qsizetype ascii = 0;
-    for (qsizetype i = 0; i < samples; ++i) {
-        const QByteArrayView sample = bytes.sliced(bytes.size() / samples * i);
-        ascii += asciiPrefixLength(sample.first(std::min(sample.size(), longRun))) ==
-                 std::min(sample.size(), longRun);
-    }
-    return ascii > samples / 2;
-}
-
 /// Takes the text piece by piece.
 class Assembly
 {
 public:
-    explicit Assembly(const ByteBuffer& bytes)
-        : m_bytes(bytes), m_shares(isMostlyAscii(bytes.view()))
-    {}
+    Assembly(const ByteBuffer& bytes, ByteUse use) : m_bytes(bytes), m_use(use) {}
 
     void append(std::span<const char16_t> units)
     {
@@ -54,7 +39,7 @@ public:
     /// \a latin1 lies in the bytes given.
     void appendFromBytes(QByteArrayView latin1)
     {
-        if (m_shares)
+        if (m_use == ByteUse::Shared)
             m_builder.appendShared(m_bytes, latin1);
         else
             m_builder.append(QLatin1StringView(latin1));
@@ -75,7 +60,7 @@ public:
 
 private:
     const ByteBuffer& m_bytes;
-    bool m_shares;
+    ByteUse m_use;
     TextBuilder m_builder;
     std::vector<char16_t> m_buffer = std::vector<char16_t>(bufferUnits);
 };
@@ -100,8 +85,9 @@ constexpr qsizetype shareForThread = qsizetype(8) << 20;
 /// processor; putting their trees together takes no time.
 std::optional<TextSnapshot> decodeUtf8InParts(QByteArrayView bytes, const ByteBuffer& owner)
 {
-    const auto decodePart = [&owner](QByteArrayView part) -> std::optional<TextSnapshot> {
-        Assembly text(owner);
+    const ByteUse use = bestUse(bytes);
+    const auto decodePart = [&owner, use](QByteArrayView part) -> std::optional<TextSnapshot> {
+        Assembly text(owner, use);
         return decodeUtf8Bytes(part, text) ? std::optional(text.builder().finish()) : std::nullopt;
     };
     const qsizetype processors = std::max(1U, std::thread::hardware_concurrency());
@@ -109,9 +95,9 @@ std::optional<TextSnapshot> decodeUtf8InParts(QByteArrayView bytes, const ByteBu
     std::vector<std::future<std::optional<TextSnapshot>>> parts;
     qsizetype begin = 0;
     for (qsizetype i = 1; i < count; ++i) {
-        qsizetype end = bytes.size() * i / count;
-        while (end > begin && (uchar(bytes[end]) & 0xC0) == 0x80)
-            --end;
+        const qsizetype end =
+            begin + wholeCharacters(bytes.sliced(begin, bytes.size() * i / count - begin),
+                                    StringEncoding::utf8);
         parts.push_back(
             std::async(std::launch::async, decodePart, bytes.sliced(begin, end - begin)));
         begin = end;
@@ -211,6 +197,27 @@ bool decodeUtf32(QByteArrayView rest, bool bigEndian, Assembly& text)
     return true;
 }
 
+bool decodeInto(Assembly& text, QByteArrayView rest, const ByteBuffer& bytes,
+                const EncodingInfo& info, const ByteLayout& layout)
+{
+    switch (info.form) {
+    case EncodingForm::utf8:
+        return decodeUtf8Bytes(rest, text);
+    case EncodingForm::utf16:
+        return decodeUtf16(rest, layout.bigEndian, text);
+    case EncodingForm::utf32:
+        return decodeUtf32(rest, layout.bigEndian, text);
+    case EncodingForm::byteTable:
+        return decodeByteTable(rest, info, bytes, text);
+    case EncodingForm::nonLossyAscii:
+        return decodeNonLossyAscii(rest, text.builder());
+    case EncodingForm::multiByte:
+    case EncodingForm::stateful:
+        return decodeWithConverter(rest, info, text);
+    }
+    return false;
+}
+
 } // namespace
 
 std::optional<TextSnapshot> decode(const ByteBuffer& bytes, StringEncoding encoding)
@@ -222,26 +229,59 @@ std::optional<TextSnapshot> decode(const ByteBuffer& bytes, StringEncoding encod
     const QByteArrayView rest = bytes.view().sliced(byteOrderMark(encoding, layout).size());
     if (info->form == EncodingForm::utf8)
         return decodeUtf8InParts(rest, bytes);
-    Assembly text(bytes);
-    const bool isValid = [&] {
-        switch (info->form) {
-        case EncodingForm::utf8:
-            break; // see above
-        case EncodingForm::utf16:
-            return decodeUtf16(rest, layout.bigEndian, text);
-        case EncodingForm::utf32:
-            return decodeUtf32(rest, layout.bigEndian, text);
-        case EncodingForm::byteTable:
-            return decodeByteTable(rest, *info, bytes, text);
-        case EncodingForm::nonLossyAscii:
-            return decodeNonLossyAscii(rest, text.builder());
-        case EncodingForm::multiByte:
-        case EncodingForm::stateful:
-            return decodeWithConverter(rest, *info, text);
-        }
-        return false;
-    }();
-    return isValid ? std::optional(text.builder().finish()) : std::nullopt;
+    Assembly text(bytes, bestUse(bytes.view()));
+    return decodeInto(text, rest, bytes, *info, layout) ? std::optional(text.builder().finish())
+                                                        : std::nullopt;
+}
+
+ByteUse bestUse(QByteArrayView bytes)
+{
+    constexpr qsizetype samples = 64;
+    qsizetype ascii = 0;
+    for (qsizetype i = 0; i < samples; ++i) {
+        const QByteArrayView sample = bytes.sliced(bytes.size() / samples * i);
+        ascii += asciiPrefixLength(sample.first(std::min(sample.size(), longRun))) ==
+                 std::min(sample.size(), longRun);
+    }
+    return ascii > samples / 2 ? ByteUse::Shared : ByteUse::Copied;
+}
+
+bool decodesInParts(StringEncoding encoding)
+{
+    const EncodingInfo* info = encodingInfo(encoding);
+    return info && (info->form == EncodingForm::utf8 || info->form == EncodingForm::utf16 ||
+                    info->form == EncodingForm::utf32 || info->form == EncodingForm::byteTable);
+}
+
+qsizetype wholeCharacters(QByteArrayView bytes, StringEncoding encoding)
+{
+    switch (encodingInfo(encoding)->form) {
+    case EncodingForm::utf8: {
+        // No lead byte in the last four: these are no UTF-8, wherever they are cut.
+        const qsizetype least = std::max<qsizetype>(0, bytes.size() - 4);
+        qsizetype lead = bytes.size();
+        while (lead > least && (uchar(bytes[lead - 1]) & 0xC0) == 0x80)
+            --lead;
+        const bool cutsOff = lead > least && uchar(bytes[lead - 1]) >= 0xC0;
+        return cutsOff ? lead - 1 : bytes.size();
+    }
+    case EncodingForm::utf16:
+        return bytes.size() / 2 * 2;
+    case EncodingForm::utf32:
+        return bytes.size() / 4 * 4;
+    default:
+        return bytes.size();
+    }
+}
+
+std::optional<TextSnapshot> decodePart(const ByteBuffer& owner, QByteArrayView part,
+                                       StringEncoding encoding, const ByteLayout& layout,
+                                       ByteUse use)
+{
+    Assembly text(owner, use);
+    return decodeInto(text, part, owner, *encodingInfo(encoding), layout)
+               ? std::optional(text.builder().finish())
+               : std::nullopt;
 }
 
 } // namespace quillory

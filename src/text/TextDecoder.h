@@ -1,6 +1,7 @@
 #pragma once
 
 #include "text/ByteBuffer.h"
+#include "text/ByteLayout.h"
 #include "text/StringEncoding.h"
 #include "text/TextSnapshot.h"
 
@@ -18,5 +19,30 @@ namespace quillory {
 /// and keeps them alive. Where such stretches are the smaller part they are copied, so that the
 /// bytes can go. Throws std::bad_alloc when there is no memory.
 std::optional<TextSnapshot> decode(const ByteBuffer& bytes, StringEncoding encoding);
+
+/// Whether a text refers to the bytes that it was decoded from, or copies them.
+enum class ByteUse
+{
+    Shared, ///< where they are ASCII or ISO Latin 1
+    Copied
+};
+
+/// What decode() finds best for \a bytes, by samples of a bounded number of them.
+ByteUse bestUse(QByteArrayView bytes);
+
+/// True for an encoding that can be decoded in parts, since nothing but the bytes of a character
+/// tells what it is.
+bool decodesInParts(StringEncoding encoding);
+
+/// How many of the first of \a bytes are whole characters, as far as their end tells: all but a
+/// few. For encodings that decode in parts.
+qsizetype wholeCharacters(QByteArrayView bytes, StringEncoding encoding);
+
+/// The text of \a part, which lies in \a owner behind any byte-order mark, begins and ends between
+/// two characters and is in an encoding that decodes in parts. Texts of parts that follow each
+/// other, put together, are what decode() answers. Strict as that is.
+std::optional<TextSnapshot> decodePart(const ByteBuffer& owner, QByteArrayView part,
+                                       StringEncoding encoding, const ByteLayout& layout,
+                                       ByteUse use);
 
 } // namespace quillory

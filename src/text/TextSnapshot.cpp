@@ -15,6 +15,16 @@ struct LeafPlace
     TextOffset start; ///< of the leaf, in the text
 };
 
+constexpr char16_t codeOf(char latin1)
+{
+    return uchar(latin1);
+}
+
+constexpr char16_t codeOf(QChar unit)
+{
+    return unit.unicode();
+}
+
 /// The leaf that holds the unit at \a offset; the last one for the text's end.
 LeafPlace leafAt(const TextNode* node, TextOffset offset)
 {
@@ -305,23 +315,33 @@ TextPiece TextSnapshot::pieceAt(TextOffset offset) const
 
 bool TextSnapshot::operator==(const TextSnapshot& other) const
 {
-    if (m_root == other.m_root)
-        return true;
-    if (length() != other.length())
-        return false;
-    for (TextOffset offset = 0; offset < length();) {
-        const TextPiece mine = pieceAt(offset);
-        const TextPiece theirs = other.pieceAt(offset);
+    return length() == other.length() && commonPrefixLength(*this, other) == length();
+}
+
+TextOffset commonPrefixLength(const TextSnapshot& a, const TextSnapshot& b)
+{
+    const TextOffset length = std::min(a.length(), b.length());
+    if (a.isSameTree(b))
+        return length;
+    for (TextOffset offset = 0; offset < length;) {
+        const TextPiece mine = a.pieceAt(offset);
+        const TextPiece theirs = b.pieceAt(offset);
         const TextOffset end =
             std::min(mine.location + mine.length(), theirs.location + theirs.length());
-        const bool same = std::visit([](auto a, auto b) { return a == b; },
-                                     trimmed(mine, offset - mine.location, end - offset).units,
-                                     trimmed(theirs, offset - theirs.location, end - offset).units);
-        if (!same)
-            return false;
-        offset = end;
+        const TextOffset same = std::visit(
+            [](auto x, auto y) -> TextOffset {
+                if (x == y)
+                    return x.size();
+                const auto isSame = [](auto i, auto j) { return codeOf(i) == codeOf(j); };
+                return std::mismatch(x.begin(), x.end(), y.begin(), isSame).first - x.begin();
+            },
+            trimmed(mine, offset - mine.location, end - offset).units,
+            trimmed(theirs, offset - theirs.location, end - offset).units);
+        offset += same;
+        if (offset < end)
+            return offset;
     }
-    return true;
+    return length;
 }
 
 TextPiece trimmed(const TextPiece& piece, TextOffset skipped, TextOffset length)

@@ -111,6 +111,9 @@ struct TextEdit
     TextSnapshot replacement;
 };
 
+/// How many units \a a and \a b begin with in common.
+TextOffset commonPrefixLength(const TextSnapshot& a, const TextSnapshot& b);
+
 /// \a piece without its first \a skipped units and with at most \a length units left.
 TextPiece trimmed(const TextPiece& piece, TextOffset skipped, TextOffset length);
 

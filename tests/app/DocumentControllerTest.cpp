@@ -85,18 +85,19 @@ TEST_F(DocumentControllerTest, tellsWhatCannotBeOpened)
     }
 }
 
-TEST_F(DocumentControllerTest, readsALargeFileAside)
+TEST_F(DocumentControllerTest, readsALargeListAside)
 {
-    QByteArray bytes = QByteArray("0123456789abcde\n").repeated(400'000);
-    const QString file = write("large.txt", bytes);
-    controller.open({{file, TextPlace{400'000, 1}}});
+    const QByteArray bytes = "<plist><array>" + QByteArray("<true/>\n").repeated(600'000) +
+                             "</array></plist>\n<!-- a list is a list as a whole -->\n";
+    const QString file = write("large.plist", bytes);
+    controller.open({{file, TextPlace{600'000, 1}}});
     EXPECT_TRUE(controller.windows().empty()) << "it is still being read";
     controller.open({{file, {}}});
     ASSERT_TRUE(QTest::qWaitFor([&] { return !controller.windows().empty(); }, 20'000));
     EXPECT_EQ(controller.windows().size(), 1u) << "it was asked for twice";
     DocumentWindow& window = *controller.windows().front();
     EXPECT_EQ(window.document().completeString().length(), bytes.size());
-    EXPECT_EQ(window.document().textView().selectedRange().location, bytes.size() - 16);
+    EXPECT_EQ(window.document().textView().selectedRange().location, 14 + 8 * 599'999);
 }
 
 TEST_F(DocumentControllerTest, asksBeforeItClosesAnEditedDocument)
