@@ -4,6 +4,12 @@
 
 namespace quillory {
 
+namespace {
+
+constexpr unsigned mostUnderway = 4; ///< parts; more bytes than that come from no disk meanwhile
+
+} // namespace
+
 GradualDecoder::GradualDecoder(StringEncoding encoding, const ByteLayout& layout, TextSnapshot text,
                                qsizetype used, ByteUse use)
     : m_encoding(decodesInParts(encoding) ? encoding : StringEncoding::none), m_layout(layout),
@@ -21,7 +27,7 @@ void GradualDecoder::take(const ByteBuffer& bytes, bool atEnd)
         m_underway.push_back(std::async(std::launch::async, [this, bytes, part] {
             return decodePart(bytes, part, m_encoding, m_layout, m_use);
         }));
-    collect(std::max(1U, std::thread::hardware_concurrency()));
+    collect(std::clamp(std::thread::hardware_concurrency(), 1U, mostUnderway));
 }
 
 /// Puts what is decoded behind the text, until at most \a most parts are under way.
