@@ -43,7 +43,7 @@ int Application::run(const CommandLine& line)
 {
     bool opened = false;
     const auto finish = [&] {
-        QCoreApplication::exit(opened || !m_controller.hasFailed() ? 0 : 1);
+        QCoreApplication::exit(m_controller.hasOpened() || !m_controller.hasFailed() ? 0 : 1);
     };
     QObject::connect(&m_controller, &DocumentController::finished, qApp, finish,
                      Qt::QueuedConnection);

@@ -65,6 +65,7 @@ DocumentWindow* DocumentController::show(std::unique_ptr<Document> document,
     const bool replaces = inPlaceOf && inPlaceOf->isUntouched();
     if (replaces)
         window->setGeometry(inPlaceOf->geometry());
+    m_opened |= !window->document().isLoading();
     window->show();
     if (replaces)
         inPlaceOf->close();
@@ -214,8 +215,10 @@ void DocumentController::openLarge(const std::shared_ptr<GradualRead>& reading,
     document->adoptBeginning(reading->beginning());
     DocumentWindow& shown = *show(std::move(document), window);
     LoadFlow& loading = shown.loading();
-    connect(&loading, &LoadFlow::loaded, this,
-            [this, &shown] { m_recent.note(shown.document().path()); });
+    connect(&loading, &LoadFlow::loaded, this, [this, &shown] {
+        m_opened = true;
+        m_recent.note(shown.document().path());
+    });
     connect(&loading, &LoadFlow::cancelled, this,
             [this, &shown, untitled] { giveUp(shown, untitled, {}); });
     connect(&loading, &LoadFlow::failed, this,

@@ -47,6 +47,8 @@ public:
 
     /// True when something that was asked for could not be opened.
     bool hasFailed() const { return m_failed; }
+    /// True when some document was there as a whole.
+    bool hasOpened() const { return m_opened; }
 
 Q_SIGNALS:
     void windowOpened(quillory::DocumentWindow* window);
@@ -76,6 +78,7 @@ private:
     int m_underway = 0;    ///< readings and dialogs that must end before the program may
     int m_lastUntitled = 0;
     bool m_failed = false;
+    bool m_opened = false;
 };
 
 } // namespace quillory

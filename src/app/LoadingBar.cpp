@@ -7,6 +7,12 @@
 
 namespace quillory {
 
+namespace {
+
+constexpr int longestName = 120; ///< pixels
+
+} // namespace
+
 LoadingBar::LoadingBar(QWidget* parent) : QFrame(parent)
 {
     hide();
@@ -19,6 +25,8 @@ void LoadingBar::build()
     layout->setSpacing(8);
     m_text = new QLabel(this);
     m_text->setTextFormat(Qt::PlainText);
+    // However long the file's name is, the window stays as wide as it is.
+    m_text->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_progress = new QProgressBar(this);
     m_progress->setRange(0, 100);
     m_progress->setMinimumWidth(160);
@@ -26,8 +34,8 @@ void LoadingBar::build()
     m_cancel->setToolTip(tr("Stop reading and close the file (Esc)"));
     m_cancel->setFocusPolicy(Qt::NoFocus); // the keyboard stays with the text
     connect(m_cancel, &QPushButton::clicked, this, &LoadingBar::cancelClicked);
-    layout->addWidget(m_text);
-    layout->addWidget(m_progress, 1);
+    layout->addWidget(m_text, 3);
+    layout->addWidget(m_progress, 2);
     layout->addWidget(m_cancel);
 }
 
@@ -35,7 +43,9 @@ void LoadingBar::begin(const QString& name)
 {
     if (!m_text)
         build();
-    m_text->setText(tr("Reading “%1”; it can be edited when all of it is there").arg(name));
+    const QString shown = m_text->fontMetrics().elidedText(name, Qt::ElideMiddle, longestName);
+    m_text->setText(tr("Reading “%1” before it can be edited").arg(shown));
+    m_text->setToolTip(name);
     m_progress->setAccessibleName(m_text->text());
     m_progress->setValue(percent());
     show();

@@ -343,10 +343,6 @@ void QPTextView::replaceEach(const Edit& range, const TextSnapshot& text, UndoKi
                                                        [](const auto& t) { return t.isCaret(); });
     if (nothing)
         return;
-    if (!m_editable) {
-        Q_EMIT beep();
-        return;
-    }
 
     TextOffset shift = 0;
     TextOffset done = 0; // where the previous target ended, before the edits
@@ -370,8 +366,10 @@ bool QPTextView::replaceCharacters(std::span<const TextEdit> edits,
                                    std::vector<Selection> selections, size_t primary,
                                    const QString& actionName, UndoKind kind)
 {
-    if (!m_editable)
+    if (!m_editable) {
+        Q_EMIT beep();
         return false;
+    }
     const QScopedValueRollback editing(m_editing, true);
     m_storage.beginEditing();
     m_undo.beginUndoGrouping(m_selections, kind);

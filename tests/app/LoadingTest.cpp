@@ -269,6 +269,7 @@ TEST_F(LoadingTest, tellsOfAFileThatCannotBeReadToItsEnd)
     EXPECT_TRUE(window.isNull());
     EXPECT_TRUE(controller.windows().empty());
     EXPECT_TRUE(controller.hasFailed());
+    EXPECT_FALSE(controller.hasOpened());
     EXPECT_TRUE(controller.recentDocuments().isEmpty());
 }
 
