@@ -47,7 +47,7 @@ DocumentLoader::goOn(const std::shared_ptr<GradualRead>& reading, QObject* conte
                      const std::function<void(const GradualRead::Progress&)>& more,
                      const std::function<void(const GradualRead::Outcome&)>& ended)
 {
-    const Cancelled cancelled = newFlag();
+    Cancelled cancelled = newFlag();
     // What \a call holds may be large and not wanted any more, so it is freed elsewhere.
     const auto post = [guard = QPointer<QObject>(context), cancelled](auto call) {
         const auto kept = std::make_shared<decltype(call)>(std::move(call));

@@ -44,7 +44,7 @@ void LoadingBar::begin(const QString& name)
     if (!m_text)
         build();
     const QString shown = m_text->fontMetrics().elidedText(name, Qt::ElideMiddle, longestName);
-    m_text->setText(tr("Reading “%1” before it can be edited").arg(shown));
+    m_text->setText(tr("Reading “%1”; it can be edited afterwards").arg(shown));
     m_text->setToolTip(name);
     m_progress->setAccessibleName(m_text->text());
     m_progress->setValue(percent());

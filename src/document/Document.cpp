@@ -42,13 +42,13 @@ Document::~Document()
 {
     if (!m_fileDamaged)
         (void)m_environment.recovery.remove(m_recoveryRecord); // what stays behind only takes room
-    m_remains.text = completeString();
+    m_remains = {completeString(), m_record.dataFromFile};
 }
 
 Document::Remains::~Remains()
 {
-    if (text.length() > quickLength)
-        releaseInBackground(std::move(text));
+    if (text.length() > quickLength || (bytes && bytes->size().value() > quickLength))
+        releaseInBackground(std::pair(std::move(text), std::move(bytes)));
 }
 
 QString Document::displayName() const

@@ -165,6 +165,7 @@ private:
     struct Remains
     {
         TextSnapshot text;
+        std::optional<ByteBuffer> bytes;
         ~Remains();
     };
 

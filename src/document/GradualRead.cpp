@@ -9,6 +9,7 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
+#include <new>
 #include <unistd.h>
 
 namespace quillory {
@@ -75,17 +76,21 @@ bool GradualRead::readBeginning()
 GradualRead::Outcome GradualRead::finish(const std::atomic_bool& cancelled,
                                          const std::function<void(const Progress&)>& report)
 {
-    Outcome outcome;
-    FileBytes whole;
-    whole.status = m_status;
-    whole.encodingAttribute = m_attribute;
-    const auto failed = [&](int error) {
-        whole.error = error;
-        whole.bytes = ByteBuffer();
-        outcome.result = readText(m_path, whole);
-        return outcome;
-    };
+    try {
+        return readRest(cancelled, report);
+    } catch (const std::bad_alloc&) {
+        return failure(ENOMEM);
+    }
+}
 
+GradualRead::Outcome GradualRead::failure(int error) const
+{
+    return {readText(m_path, {error, {}, m_status, m_attribute}), 0};
+}
+
+GradualRead::Outcome GradualRead::readRest(const std::atomic_bool& cancelled,
+                                           const std::function<void(const Progress&)>& report)
+{
     GrowingBytes bytes(ByteCount(m_status.st_size));
     std::copy(m_first.cbegin(), m_first.cend(), bytes.end());
     bytes.grow(m_first.size());
@@ -100,7 +105,7 @@ GradualRead::Outcome GradualRead::finish(const std::atomic_bool& cancelled,
         const qsizetype wanted = std::min(m_options.part.value(), bytes.room().value());
         const qsizetype count = m_file.read(bytes.end(), wanted, &cancelled);
         if (count < 0)
-            return failed(int(-count));
+            return failure(int(-count));
         bytes.grow(count);
         atEnd = bytes.room().value() == 0 || count < wanted;
         decoder.take(bytes.filled(), atEnd);
@@ -113,17 +118,17 @@ GradualRead::Outcome GradualRead::finish(const std::atomic_bool& cancelled,
         }
     }
     if (cancelled)
-        return failed(ECANCELED);
-    whole.bytes = bytes.filled();
-    if (whole.bytes.size().value() < m_status.st_size) {
-        outcome = failed(EIO);
+        return failure(ECANCELED);
+    if (bytes.room().value() > 0) {
+        Outcome outcome = failure(EIO);
         outcome.result.message =
             QCoreApplication::translate("GradualRead", "“%1” could not be read: another program "
                                                        "shortened it meanwhile. Open it again.")
                 .arg(m_path);
         return outcome;
     }
-    outcome.result = readText(m_path, whole, decoder.finish());
+    Outcome outcome;
+    outcome.result = readText(m_path, {0, bytes.filled(), m_status, m_attribute}, decoder.finish());
     if (outcome.result.text) {
         outcome.kept = commonPrefixLength(shown, *outcome.result.text);
         // Freeing what the text does not need takes time, which is plenty here.

@@ -56,6 +56,9 @@ public:
                    const std::function<void(const Progress&)>& report);
 
 private:
+    Outcome readRest(const std::atomic_bool& cancelled,
+                     const std::function<void(const Progress&)>& report);
+    Outcome failure(int error) const;
     GradualRead(const QString& path, const Options& options);
     bool readBeginning();
 

@@ -203,6 +203,25 @@ TEST_F(GradualReadTest, failsAsAWhole)
     }
 }
 
+TEST_F(GradualReadTest, saysNoToMoreThanThereIsMemoryFor)
+{
+    const QString path = write("huge.txt", "text\n");
+    QFile file(path);
+    if (!file.resize(qint64(1) << 43))
+        GTEST_SKIP() << "this disk has no files with holes of 8 TB";
+    GradualRead::Options options = smallPieces();
+    bool isBeginning = true;
+    options.read = [&](int descriptor, char* target, size_t size) -> ssize_t {
+        errno = EIO; // where the memory is granted all the same
+        return std::exchange(isBeginning, false) ? ::read(descriptor, target, size) : -1;
+    };
+    const auto read = GradualRead::begin(path, options);
+    ASSERT_TRUE(read);
+    const auto outcome = finish(*read);
+    EXPECT_FALSE(outcome.result.answer);
+    EXPECT_FALSE(outcome.result.message.isEmpty());
+}
+
 TEST_F(GradualReadTest, takesAGrowingFileAsItWas)
 {
     const QByteArray bytes = QByteArray("entry of a log\n").repeated(50);
