@@ -9,8 +9,7 @@ namespace quillory {
 
 namespace {
 
-constexpr TextOffset pieceLength = 4096;   ///< of a long row or line
-constexpr TextOffset sentenceReach = 2048; ///< that a sentence is sought in, on either side
+constexpr TextOffset pieceLength = 4096; ///< of a long row or line
 
 } // namespace
 
@@ -43,18 +42,21 @@ std::optional<TextRange> AccessibleUnits::unitBefore(TextOffset offset,
     const TextOffset start = unitAt(offset, kind).location;
     if (start == 0)
         return {};
-    return unitAt(start - 1, kind);
+    const TextRange before = unitAt(start - 1, kind);
+    return TextRange::between(before.location, std::min(before.end(), start));
 }
 
 std::optional<TextRange> AccessibleUnits::unitAfter(TextOffset offset,
                                                     QAccessible::TextBoundaryType kind) const
 {
     const TextOffset end = unitAt(offset, kind).end();
-    const TextRange next = unitAt(end, kind);
+    const TextRange after = unitAt(end, kind);
+    if (after.end() > end)
+        return TextRange::between(std::max(end, after.location), after.end());
     // At the text's end only an empty last line follows, and only the line before it.
-    const bool follows = next.location >= end &&
-                         (!next.isEmpty() || (kind != QAccessible::CharBoundary && offset < end));
-    return follows ? std::optional(next) : std::nullopt;
+    const bool isEmptyLine =
+        after == TextRange{end, 0} && kind != QAccessible::CharBoundary && offset < end;
+    return isEmptyLine ? std::optional(after) : std::nullopt;
 }
 
 TextRange AccessibleUnits::lineAt(TextOffset offset) const
@@ -72,18 +74,15 @@ TextRange AccessibleUnits::rowAt(TextOffset offset) const
 
 TextRange AccessibleUnits::sentenceAt(TextOffset offset) const
 {
-    const TextSnapshot& text = m_geometry.text();
-    const TextRange line = lineAt(offset);
-    const TextOffset start = characterStart(text, std::max(line.location, offset - sentenceReach));
-    const TextOffset end = std::min(line.end(), offset + sentenceReach);
-    const QString around = text.string(TextRange::between(start, std::max(start, end)));
+    const TextRange stretch = piece(lineAt(offset), offset);
+    const QString around = m_geometry.text().string(stretch);
     QTextBoundaryFinder finder(QTextBoundaryFinder::Sentence, around);
-    finder.setPosition(offset - start);
-    if (!finder.isAtBoundary() || offset == end)
+    finder.setPosition(offset - stretch.location);
+    if (!finder.isAtBoundary() || offset == stretch.end())
         finder.toPreviousBoundary();
-    const TextOffset first = start + std::max<qsizetype>(0, finder.position());
+    const TextOffset start = stretch.location + std::max<qsizetype>(0, finder.position());
     const qsizetype next = finder.toNextBoundary();
-    return TextRange::between(first, next < 0 ? std::max(first, end) : start + next);
+    return TextRange::between(start, next < 0 ? stretch.end() : stretch.location + next);
 }
 
 /// The piece of a long \a unit that holds \a offset; the same for each offset in it.

@@ -291,7 +291,9 @@ QRect TextViewAccessible::rectOf(TextOffset offset) const
 QRect TextViewAccessible::characterRect(int offset) const
 {
     const QRect rect = rectOf(offsetOf(offset));
-    return rect.isEmpty() ? QRect() : rect.translated(m_view.viewport()->mapToGlobal(QPoint()));
+    return m_view.viewport()->rect().intersects(rect)
+               ? rect.translated(m_view.viewport()->mapToGlobal(QPoint()))
+               : QRect();
 }
 
 int TextViewAccessible::offsetAtPoint(const QPoint& point) const

@@ -188,21 +188,23 @@ TEST_F(TextViewAccessibleTest, unitsOfOneKindMakeUpTheWholeText)
     const QString samples[] = {
         QStringLiteral("One. Two three!\n\n\tx\u0301y \u05d0\u05d1\u05d2 \U0001F600\r\nend. \n"),
         QStringLiteral("a\u0301\U0001F600 ").repeated(5000) + u'\n',
+        QStringLiteral("x").repeated(20'000) + QStringLiteral(" ! ") + QString(9000, u' '),
     };
     for (const QString& sample : samples) {
         set(sample);
         for (const bool wrap : {false, true}) {
             harness.view.setWrapLines(wrap);
-            for (const auto kind : {QAccessible::WordBoundary, QAccessible::LineBoundary,
-                                    QAccessible::ParagraphBoundary, QAccessible::CharBoundary}) {
+            for (const auto kind : {QAccessible::WordBoundary, QAccessible::SentenceBoundary,
+                                    QAccessible::LineBoundary, QAccessible::ParagraphBoundary,
+                                    QAccessible::CharBoundary}) {
                 SCOPED_TRACE(QStringLiteral("%1 %2").arg(int(kind)).arg(wrap).toStdString());
                 int start = 0;
                 int end = 0;
                 QString read = text().textAtOffset(0, kind, &start, &end);
-                int last = 0;
-                while (end < sample.size() && end > last) {
+                for (int last = start; end < sample.size();) {
+                    ASSERT_GE(start, last);
                     last = end;
-                    read += text().textAtOffset(end, kind, &start, &end);
+                    read += text().textAfterOffset(start, kind, &start, &end);
                     ASSERT_EQ(start, last);
                     ASSERT_LE(end - start, 5000);
                 }
@@ -263,6 +265,10 @@ TEST_F(TextViewAccessibleTest, charactersAreFoundWhereTheyShow)
         }
     }
     EXPECT_TRUE(text().characterRect(0).isNull()); // scrolled away
+    set(repeated(QStringLiteral("abcdefgh "), 100'000));
+    text().scrollToSubstring(50'000, 50'010);
+    EXPECT_TRUE(text().characterRect(0).isNull());
+    EXPECT_FALSE(text().characterRect(50'000).isNull());
     const QRect view = interface().rect();
     EXPECT_EQ(text().offsetAtPoint(view.topLeft() - QPoint(5, 5)), -1);
     EXPECT_EQ(text().offsetAtPoint(view.topLeft() + QPoint(5, 5)), -1); // on the ruler
