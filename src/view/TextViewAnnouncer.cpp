@@ -44,7 +44,7 @@ bool goesOn(const TextChange& first, const TextChange& second)
 TextViewAnnouncer::TextViewAnnouncer(TextViewWidget& view) : m_view(view)
 {
     QAccessible::installActivationObserver(this);
-    accessibilityActiveChanged(QAccessible::isActive());
+    begin(QAccessible::isActive());
 }
 
 TextViewAnnouncer::~TextViewAnnouncer()
@@ -54,9 +54,15 @@ TextViewAnnouncer::~TextViewAnnouncer()
 
 void TextViewAnnouncer::accessibilityActiveChanged(bool active)
 {
+    begin(active);
+}
+
+void TextViewAnnouncer::begin(bool active)
+{
     m_active = active;
     const QPTextView& editor = m_view.editor();
     m_text = active ? editor.string() : TextSnapshot();
+    m_before = {};
     m_edits.clear();
     m_told = editor.primarySelection();
     m_toldLine = editor.string().lineAt(m_told.head);
@@ -71,8 +77,13 @@ void TextViewAnnouncer::followEdit(const TextChange& change)
 {
     if (!m_active)
         return;
-    TextSnapshot before = std::exchange(m_text, m_view.editor().string());
-    note({change, std::move(before), m_text});
+    const TextSnapshot& text = m_view.editor().string();
+    if (!m_text.isSameTree(text)) {
+        m_before = std::exchange(m_text, text);
+        m_shift = 0;
+    }
+    note({change, m_before, m_shift, m_text});
+    m_shift += change.delta();
 }
 
 void TextViewAnnouncer::note(Edit edit)
@@ -96,6 +107,7 @@ void TextViewAnnouncer::editingEnded()
     if (!m_active)
         return;
     const std::vector<Edit> edits = std::exchange(m_edits, {});
+    m_before = {};
     for (const Edit& edit : edits)
         tell(edit);
     tellSelection();
@@ -103,9 +115,11 @@ void TextViewAnnouncer::editingEnded()
 
 void TextViewAnnouncer::tell(const Edit& edit)
 {
-    const QString removed = beginningOf(edit.before, edit.change.replaced);
+    const TextRange replaced = edit.change.replaced;
+    const TextRange before{replaced.location - edit.shift, replaced.length};
+    const QString removed = beginningOf(edit.before, before.clampedTo(edit.before.length()));
     const QString inserted = beginningOf(edit.after, edit.change.inserted());
-    const int position = toInt(edit.change.replaced.location);
+    const int position = toInt(replaced.location);
     if (removed.isEmpty() && inserted.isEmpty())
         return;
     if (removed.isEmpty()) {

@@ -35,17 +35,23 @@ private:
     {
         TextChange change;
         TextSnapshot before;
+        TextOffset shift = 0; ///< how much further the change is than it would be in `before`
         TextSnapshot after;
     };
 
     void accessibilityActiveChanged(bool active) override;
+    void begin(bool active);
     void note(Edit edit);
     void tell(const Edit& edit);
     void tellSelection();
 
     TextViewWidget& m_view;
-    bool m_active = false;     ///< somebody listens; the rest is kept only then
-    TextSnapshot m_text;       ///< as it is between two edits
+    bool m_active = false; ///< somebody listens; the rest is kept only then
+    TextSnapshot m_text;   ///< as it is between two edits
+    // Of edits that are made at once, each is told of by its place in the text after those before
+    // it, a text that never is.
+    TextSnapshot m_before;     ///< the text before them
+    TextOffset m_shift = 0;    ///< by how much those told of have moved what follows
     std::vector<Edit> m_edits; ///< of the batch at hand
     Selection m_told;
     LineIndex m_toldLine;

@@ -106,6 +106,7 @@ void TextViewInput::commit(const QInputMethodEvent& event)
     const std::vector<Selection>& selections = editor().selections();
     const size_t primary = size_t(&editor().primarySelection() - selections.data());
     std::vector<Selection> targets;
+    targets.reserve(selections.size());
     for (const Selection& selection : selections)
         targets.push_back(Selection::over(replacedBy(event, selection.range(), editor().string())));
     editor().setSelections(std::move(targets), primary);

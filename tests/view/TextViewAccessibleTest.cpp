@@ -374,9 +374,15 @@ TEST_F(TextViewAccessibleTest, whatHappensIsTold)
     heard.take();
     harness.press({QStringLiteral("'z'")});
     EXPECT_EQ(heard.take().toStdString(), "insert 0 'z'; insert 5 'z'; caret 6; select 6-6");
+    harness.press({QStringLiteral("Backspace"), QStringLiteral("Delete")});
+    EXPECT_EQ(heard.take().toStdString(),
+              "remove 0 'z'; remove 4 'z'; caret 4; select 4-4; remove 0 'o'; remove 3 't'; "
+              "caret 3; select 3-3");
+    harness.press({QStringLiteral("Ctrl+Z"), QStringLiteral("Ctrl+Z")});
+    heard.take();
     // Not undoable, as when the file is read again.
     harness.storage.replaceCharactersInRange({0, 2}, QStringLiteral("new"));
-    EXPECT_EQ(heard.take().toStdString(), "update 0 'zo' to 'new'; caret 7; select 7-7");
+    EXPECT_EQ(heard.take().toStdString(), "update 0 'on' to 'new'; caret 5; select 5-5");
 }
 
 TEST_F(TextViewAccessibleTest, manyEditsInOneBatchAreToldAsOne)
