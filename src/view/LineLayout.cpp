@@ -11,7 +11,7 @@ namespace {
 // Wider than any piece of text, within what the layout's 26.6 fixed-point numbers hold.
 constexpr double unlimitedWidth = 16'000'000;
 
-bool isRightToLeft(QChar unit)
+bool isRightToLeftUnit(QChar unit)
 {
     // Nothing below U+0590 is; the scripts of the upper planes that are have these surrogates.
     const char16_t code = unit.unicode();
@@ -25,12 +25,17 @@ bool isRightToLeft(QChar unit)
 } // namespace
 
 LineLayout::LineLayout(const QString& text, const TextFont& font, const Style& style)
-    : m_layout(text, font.font()),
-      m_rightToLeft(std::any_of(text.begin(), text.end(), isRightToLeft))
+    : m_layout(text, font.font()), m_rightToLeft(style.direction == Qt::LayoutDirectionAuto
+                                                     ? text.isRightToLeft()
+                                                     : style.direction == Qt::RightToLeft),
+      m_hasRightToLeft(m_rightToLeft || std::any_of(text.begin(), text.end(), isRightToLeftUnit))
 {
-    QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
+    // Rows of a given width end flush on the side at which their line begins; without one, the
+    // text begins at 0.
+    QTextOption option(style.wrapWidth > 0 && m_rightToLeft ? Qt::AlignRight | Qt::AlignAbsolute
+                                                            : Qt::AlignLeft | Qt::AlignAbsolute);
     option.setTabStopDistance(font.tabDistance());
-    option.setTextDirection(style.direction);
+    option.setTextDirection(m_rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
     option.setWrapMode(style.wrapWidth > 0 ? QTextOption::WrapAtWordBoundaryOrAnywhere
                                            : QTextOption::NoWrap);
     m_layout.setTextOption(option);
@@ -64,27 +69,112 @@ int LineLayout::rowEnd(int row) const
     return line.textStart() + line.textLength();
 }
 
+double LineLayout::rowLeft(int row) const
+{
+    return m_hasRightToLeft ? m_layout.lineAt(row).naturalTextRect().left() : 0;
+}
+
 double LineLayout::rowWidth(int row) const
 {
     const QTextLine line = m_layout.lineAt(row);
-    return m_rightToLeft ? line.naturalTextWidth() : line.cursorToX(rowEnd(row));
+    return m_hasRightToLeft ? line.naturalTextWidth() : line.cursorToX(rowEnd(row));
 }
 
-double LineLayout::xAt(int row, int index) const
+double LineLayout::xAt(int row, int index, CaretSide side) const
 {
-    return m_layout.lineAt(row).cursorToX(index);
+    const bool before = side == CaretSide::Before;
+    const bool hasCharacter = before ? index > rowStart(row) : index < rowEnd(row);
+    if (side == CaretSide::Any || !m_hasRightToLeft || !hasCharacter)
+        return m_layout.lineAt(row).cursorToX(index);
+    const Character character =
+        characterFrom(row, before ? m_layout.previousCursorPosition(index) : index);
+    return before == character.rightToLeft ? character.left : character.right;
+}
+
+/// At the first character of a stretch that runs against its line, Qt answers for both edges where
+/// the stretch before ends; the glyphs tell where that character is.
+LineLayout::Character LineLayout::characterFrom(int row, int index) const
+{
+    const QTextLine line = m_layout.lineAt(row);
+    const double leading = line.cursorToX(index, QTextLine::Leading);
+    const double trailing = line.cursorToX(index, QTextLine::Trailing);
+    if (leading != trailing || index >= m_layout.text().size())
+        return {std::min(leading, trailing), std::max(leading, trailing), trailing < leading};
+    if (m_layout.text().at(index) == u'\t') { // of which Qt knows one edge; it runs as its line
+        const double next = line.cursorToX(index + 1);
+        return {std::min(leading, next), std::max(leading, next), m_rightToLeft};
+    }
+    double left = unlimitedWidth;
+    double right = 0;
+    const int length = m_layout.nextCursorPosition(index) - index;
+    for (const QGlyphRun& run : line.glyphRuns(index, length)) {
+        const auto advances = run.rawFont().advancesForGlyphIndexes(run.glyphIndexes());
+        for (qsizetype i = 0; i < advances.size(); ++i) {
+            if (advances[i].x() <= 0)
+                continue;
+            const double start = run.positions()[i].x();
+            left = std::min(left, start);
+            right = std::max(right, start + advances[i].x());
+        }
+    }
+    if (left >= right)
+        return {leading, leading, m_rightToLeft};
+    return {left, right, !m_rightToLeft};
+}
+
+int LineLayout::characterAt(int row, double x) const
+{
+    const QTextLine line = m_layout.lineAt(row);
+    x = std::clamp(x, -1.0, unlimitedWidth);
+    const int first = rowStart(row);
+    const int last = std::max(first, m_layout.previousCursorPosition(rowEnd(row)));
+    const int index = line.xToCursor(x, QTextLine::CursorOnCharacter);
+    // Beside numbers and tabs in text of both directions, Qt may answer another.
+    int nearest = first;
+    double distance = unlimitedWidth;
+    const auto consider = [&](int candidate) {
+        const int character = std::clamp(candidate, first, last);
+        const Character place = characterFrom(row, character);
+        const double away = std::max({place.left - x, x - place.right, 0.0});
+        if (away < distance) {
+            distance = away;
+            nearest = character;
+        }
+    };
+    consider(index);
+    if (!m_hasRightToLeft)
+        return nearest;
+    consider(m_layout.previousCursorPosition(index));
+    consider(m_layout.nextCursorPosition(index));
+    for (int other = first; other <= last && distance > 0;) {
+        consider(other);
+        other = std::max(other + 1, m_layout.nextCursorPosition(other));
+    }
+    return nearest;
+}
+
+bool LineLayout::isRightToLeftAt(int row, int index) const
+{
+    return m_hasRightToLeft && characterFrom(row, index).rightToLeft;
 }
 
 int LineLayout::indexAt(int row, double x) const
 {
-    return m_layout.lineAt(row).xToCursor(std::clamp(x, -1.0, unlimitedWidth));
+    const QTextLine line = m_layout.lineAt(row);
+    const int index = line.xToCursor(std::clamp(x, -1.0, unlimitedWidth));
+    // Of a row that goes on below, Qt answers the place before the last character.
+    const int end = rowEnd(row);
+    const bool isEndNearer =
+        index < end && row + 1 < rowCount() && m_layout.nextCursorPosition(index) >= end &&
+        std::abs(x - line.cursorToX(end)) < std::abs(x - line.cursorToX(index));
+    return isEndNearer ? end : index;
 }
 
 void LineLayout::forEachStretch(int row, int start, int end,
                                 const std::function<void(double, double)>& visit) const
 {
     const QTextLine line = m_layout.lineAt(row);
-    if (!m_rightToLeft) {
+    if (!m_hasRightToLeft) {
         visit(line.cursorToX(start), line.cursorToX(end));
         return;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "view/CaretAffinity.h"
 #include "view/TextFont.h"
 
 #include <QColor>
@@ -45,12 +46,22 @@ public:
     int rowOf(int index) const; ///< an index where two rows meet is on the later one
     int rowStart(int row) const;
     int rowEnd(int row) const;
+    double rowLeft(int row) const;
     double rowWidth(int row) const;
 
-    double xAt(int row, int index) const;
+    /// Whether the line is written from right to left.
+    bool isRightToLeft() const { return m_rightToLeft; }
+    /// Whether that, or something in it is.
+    bool hasRightToLeft() const { return m_hasRightToLeft; }
+
+    /// Where a caret at \a index shows that hangs on the character on \a side.
+    double xAt(int row, int index, CaretSide side = CaretSide::Any) const;
     /// The place between two characters of \a row that is nearest to \a x.
     int indexAt(int row, double x) const;
-    int characterBefore(int index) const { return m_layout.previousCursorPosition(index); }
+    /// The character of \a row at \a x, or the nearest.
+    int characterAt(int row, double x) const;
+    /// Of the character at \a index.
+    bool isRightToLeftAt(int row, int index) const;
 
     /// Calls \a visit with the left and right edge of each stretch that the characters from
     /// \a start to \a end, both on \a row, take up; with both directions in a line there may be
@@ -71,8 +82,19 @@ private:
         QGlyphRun glyphs;
     };
 
+    /// Where a character stands in its row.
+    struct Character
+    {
+        double left;
+        double right;
+        bool rightToLeft;
+    };
+
+    Character characterFrom(int row, int index) const;
+
     QTextLayout m_layout;
-    bool m_rightToLeft = false; ///< some of it
+    bool m_rightToLeft;
+    bool m_hasRightToLeft;
     std::vector<ColourRun> m_colours;
     QRgb m_textColour = 0;
     std::vector<std::vector<ColouredGlyphs>> m_glyphs; ///< by row

@@ -57,6 +57,8 @@ void RepaintTracker::followEdit(const TextChange& change)
         map(changed, change);
     if (m_recoloured)
         map(*m_recoloured, change);
+    for (CaretPlace& place : m_affinity)
+        map(place.offset, change);
     noteChanged(change.inserted());
 }
 
@@ -74,6 +76,17 @@ void RepaintTracker::noteRecoloured(TextRange range)
         range = TextRange::between(std::min(m_recoloured->location, range.location),
                                    std::max(m_recoloured->end(), range.end()));
     m_recoloured = range;
+}
+
+void RepaintTracker::noteAffinity(const std::vector<CaretPlace>& places)
+{
+    if (places == m_affinity)
+        return;
+    for (const auto& carets : {m_affinity, places}) {
+        for (const CaretPlace& place : carets)
+            noteChanged({place.offset, 0});
+    }
+    m_affinity = places;
 }
 
 std::vector<RepaintTracker::Shown> RepaintTracker::shownBy(TextViewport& viewport,

@@ -20,6 +20,8 @@ public:
     void noteChanged(TextRange range);
     /// Attributes in \a range may be others. Of no cost, however often it is called.
     void noteRecoloured(TextRange range);
+    /// The carets at \a places, and no others, hang on a certain side.
+    void noteAffinity(const std::vector<CaretPlace>& places);
     /// Everything looks different.
     void noteAllChanged() { m_all = true; }
 
@@ -46,6 +48,7 @@ private:
     double m_x = 0;
     std::vector<TextRange> m_changed;
     std::optional<TextRange> m_recoloured; ///< all that noteRecoloured() was told lies in it
+    std::vector<CaretPlace> m_affinity;
     bool m_all = true;
 };
 

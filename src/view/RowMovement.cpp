@@ -2,21 +2,33 @@
 
 namespace quillory {
 
+void RowMovement::moveEach(const Target& target, bool extending)
+{
+    std::vector<CaretPlace> places;
+    m_editor.moveEach(
+        [&](const Selection& selection) {
+            places.push_back(target(selection));
+            return places.back().offset;
+        },
+        extending);
+    m_affinity.setPlaces(std::move(places));
+}
+
 void RowMovement::moveByRows(qsizetype rows, bool extending)
 {
     if (m_editor.selections() != m_moved) {
         m_x.clear();
         for (const Selection& selection : m_editor.selections())
-            m_x.push_back(m_geometry.xOf(m_geometry.rowAt(selection.head), selection.head));
+            m_x.push_back(m_geometry.xOf(rowOf(selection), m_affinity.placeOf(selection.head)));
     }
     size_t index = 0;
-    m_editor.moveEach(
+    moveEach(
         [&](const Selection& selection) {
             const double x = m_x[index++];
-            const auto row = m_geometry.rowFrom(m_geometry.rowAt(selection.head), rows);
+            const auto row = m_geometry.rowFrom(rowOf(selection), rows);
             if (!row)
-                return rows < 0 ? 0 : m_geometry.text().length();
-            return m_geometry.offsetAt(*row, x);
+                return CaretPlace{rows < 0 ? 0 : m_geometry.text().length()};
+            return row->placeOf(m_geometry.offsetAt(*row, x));
         },
         extending);
     m_moved = m_editor.selections();
@@ -26,16 +38,17 @@ void RowMovement::moveByRows(qsizetype rows, bool extending)
 
 void RowMovement::moveToRowStart(bool extending)
 {
-    m_editor.moveEach(
-        [&](const Selection& selection) { return m_geometry.rowAt(selection.head).range.location; },
+    moveEach(
+        [&](const Selection& selection) { return CaretPlace{rowOf(selection).range.location}; },
         extending);
 }
 
 void RowMovement::moveToRowEnd(bool extending)
 {
-    m_editor.moveEach(
+    moveEach(
         [&](const Selection& selection) {
-            return m_geometry.rowEnd(m_geometry.rowAt(selection.head));
+            const auto row = rowOf(selection);
+            return row.placeOf(row.range.end());
         },
         extending);
 }

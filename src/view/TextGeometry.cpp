@@ -1,130 +1,34 @@
 #include "view/TextGeometry.h"
 
-#include "view/ChunkCuts.h"
-#include "view/DisplayText.h"
+#include "text/TextBoundary.h"
 
 #include <limits>
 
 namespace quillory {
 
-TextOffset TextGeometry::Segment::offsetOf(int index) const
-{
-    if (index > preeditStart)
-        index = std::max(preeditStart, index - preeditLength);
-    return base + index;
-}
-
-TextGeometry::TextGeometry(const TextStorage& storage, const TextFont& font)
-    : m_storage(storage), m_cache(font), m_longLines(font.advance())
-{}
-
-void TextGeometry::setFont(const TextFont& font)
-{
-    m_last = {};
-    m_cache.setFont(font);
-    m_longLines.setUnitWidth(font.advance());
-}
-
-void TextGeometry::setWrapWidth(double width)
-{
-    if (width == wrapWidth())
-        return;
-    m_last = {};
-    m_cache.setWrapWidth(width);
-    m_longLines.unsettle();
-}
-
-void TextGeometry::followEdit(const TextChange& change)
-{
-    m_longLines.followEdit(change, text());
-}
-
-// Segments
-
-TextGeometry::Segment TextGeometry::segment(TextRange range, TextLayoutCache::Kind kind)
-{
-    const bool known = m_last.text.isSameTree(text()) && m_last.segment.range == range &&
-                       m_last.preedit == m_preedit && m_last.segment.layout;
-    if (known)
-        return m_last.segment;
-    Segment result;
-    QString shown = displayText(text(), range, font().hasControlPictures(), counters());
-    if (!m_preedit.text.isEmpty() && m_preedit.offset >= range.location &&
-        m_preedit.offset <= range.end()) {
-        result.preeditStart = int(m_preedit.offset - range.location);
-        result.preeditLength = int(m_preedit.text.size());
-        shown.insert(result.preeditStart, m_preedit.text);
-    }
-    result.layout = m_cache.layout(shown, kind);
-    result.range = range;
-    result.base = range.location;
-    m_last = {text(), m_preedit, result};
-    return result;
-}
-
-TextGeometry::Segment TextGeometry::wholeLine(TextRange content)
-{
-    return segment(content, TextLayoutCache::Kind::Line);
-}
-
-void TextGeometry::settleCut(TextRange content, LineChunks& chunks, size_t cut)
-{
-    const TextOffset before = content.location + chunks.placeOf(cut - 1).start;
-    const TextOffset offset = content.location + chunks.placeOf(cut).start;
-    chunks.settle(cut, unitsToCut(text(), TextRange::between(before, content.end()), offset));
-}
-
-TextGeometry::Segment TextGeometry::chunkOf(TextRange content, size_t index)
-{
-    LineChunks& chunks = m_longLines.chunks(content);
-    const auto segmentNow = [&] {
-        const TextOffset start = content.location + chunks.placeOf(index).start;
-        return segment({start, chunks.lengthOf(index)}, TextLayoutCache::Kind::Chunk);
-    };
-    if (!chunks.isSettled(index))
-        settleCut(content, chunks, index);
-    if (!chunks.isSettled(index + 1)) {
-        settleCut(content, chunks, index + 1);
-        if (wraps()) {
-            // The next chunk begins with the row that this one cannot fill, so that the seam does
-            // not show.
-            const Segment whole = segmentNow();
-            const int lastRow = whole.layout->rowCount() - 1;
-            const TextOffset rest = whole.layout->length() - whole.layout->rowStart(lastRow);
-            if (whole.preeditLength == 0 && rest < whole.range.length / 2)
-                chunks.settle(index + 1, rest);
-        }
-    }
-    Segment result = segmentNow();
-    if (wraps())
-        return result;
-    result.x = chunks.placeOf(index).x;
-    const double amount = chunks.setWidth(index, result.layout->rowWidth(0));
-    if (amount != 0)
-        m_shifts.push_back({content.location, result.x, amount});
-    return result;
-}
+namespace {
+// A cluster longer than this is no character, and a click may fall into it.
+constexpr TextOffset longestCharacter = 64;
+} // namespace
 
 TextGeometry::Segment TextGeometry::segmentAt(const Row& row, TextOffset offset)
 {
-    Segment result;
-    if (!LongLines::isLong(row.content)) {
-        result = wholeLine(row.content);
-    } else if (wraps()) {
-        result = chunkOf(row.content, row.chunk);
-    } else {
-        LineChunks& chunks = m_longLines.chunks(row.content);
-        result = chunkOf(row.content, chunks.placeAtOffset(offset - row.content.location).index);
-        // Settling its cuts may have left the offset to the next one.
-        if (offset > result.range.end())
-            result =
-                chunkOf(row.content, chunks.placeAtOffset(offset - row.content.location).index);
-    }
-    if (wraps()) {
-        result.row = row.row;
-        result.range = row.range;
-    }
+    if (!LongLines::isLong(row.content) && !wraps())
+        return m_segments.wholeLine(row.content);
+    if (!wraps())
+        return m_segments.chunk(row.content, m_segments.chunkAt(row.content, offset));
+    Segment result = LongLines::isLong(row.content) ? m_segments.chunk(row.content, row.chunk)
+                                                    : m_segments.wholeLine(row.content);
+    result.row = row.row;
+    result.range = row.range;
     return result;
+}
+
+TextGeometry::Segment TextGeometry::segmentAtX(const Row& row, double x)
+{
+    std::optional<Segment> hit;
+    forEachSegment(row, x, x, [&](const Segment& segment) { hit = segment; });
+    return *hit;
 }
 
 void TextGeometry::forEachSegment(const Row& row, double left, double right,
@@ -134,37 +38,30 @@ void TextGeometry::forEachSegment(const Row& row, double left, double right,
         visit(segmentAt(row, row.range.location));
         return;
     }
-    LineChunks& chunks = m_longLines.chunks(row.content);
-    size_t index = chunks.placeAtX(left).index;
+    // From the end at which the line begins.
+    const bool rightToLeft = isRightToLeft(row);
+    size_t index = m_segments.chunkAtX(row.content, rightToLeft ? right : left);
+    Segment segment;
     do {
-        visit(chunkOf(row.content, index));
+        segment = m_segments.chunk(row.content, index);
+        visit(segment);
         ++index;
-    } while (index < chunks.count() && chunks.placeOf(index).x < right);
-}
-
-double TextGeometry::takeShift(double left)
-{
-    double amount = 0;
-    for (const Shift& shift : m_shifts) {
-        if (shift.line == m_shifts.front().line && shift.x < left)
-            amount += shift.amount;
-    }
-    m_shifts.clear();
-    return amount;
+    } while (index < chunkCount(row.content) &&
+             (rightToLeft ? segment.x > left : m_segments.leftOf(row.content, index) < right));
 }
 
 // Rows
 
 size_t TextGeometry::chunkCount(TextRange content)
 {
-    return LongLines::isLong(content) ? m_longLines.chunks(content).count() : 1;
+    return LongLines::isLong(content) ? m_segments.chunks(content).count() : 1;
 }
 
 /// \a row: negative ones count from the end of the line or chunk.
 TextGeometry::Row TextGeometry::wrappedRow(LineIndex line, TextRange content, size_t chunk, int row)
 {
-    const Segment segment =
-        LongLines::isLong(content) ? chunkOf(content, chunk) : wholeLine(content);
+    const Segment segment = LongLines::isLong(content) ? m_segments.chunk(content, chunk)
+                                                       : m_segments.wholeLine(content);
     if (row < 0)
         row += segment.layout->rowCount();
     const TextOffset start = segment.offsetOf(segment.layout->rowStart(row));
@@ -180,21 +77,19 @@ TextGeometry::Row TextGeometry::rowAt(TextOffset offset)
         return {line, content, content};
     // Inside a CR LF, or after the break of the last line looked at.
     offset = std::min(offset, content.end());
-    size_t chunk = 0;
-    Segment segment;
-    if (LongLines::isLong(content)) {
-        LineChunks& chunks = m_longLines.chunks(content);
-        const TextOffset inLine = offset - content.location;
-        chunk = chunks.placeAtOffset(inLine).index;
-        segment = chunkOf(content, chunk);
-        if (chunks.placeAtOffset(inLine).index != chunk) { // a cut was settled
-            chunk = chunks.placeAtOffset(inLine).index;
-            segment = chunkOf(content, chunk);
-        }
-    } else {
-        segment = wholeLine(content);
-    }
+    const bool isLong = LongLines::isLong(content);
+    const size_t chunk = isLong ? m_segments.chunkAt(content, offset) : 0;
+    const Segment segment =
+        isLong ? m_segments.chunk(content, chunk) : m_segments.wholeLine(content);
     return wrappedRow(line, content, chunk, segment.layout->rowOf(segment.indexOf(offset)));
+}
+
+TextGeometry::Row TextGeometry::rowAt(const CaretPlace& place)
+{
+    const Row row = rowAt(place.offset);
+    const bool isBefore = place.side == CaretSide::Before && row.range.location == place.offset &&
+                          place.offset > row.content.location;
+    return isBefore ? *rowBefore(row) : row;
 }
 
 std::optional<TextGeometry::Row> TextGeometry::rowAfter(const Row& row)
@@ -244,40 +139,73 @@ std::optional<TextGeometry::Row> TextGeometry::rowFrom(const Row& row, qsizetype
     return result;
 }
 
-TextOffset TextGeometry::rowEnd(const Row& row)
-{
-    return row.endsLine() ? row.range.end() : offsetAt(row, std::numeric_limits<int>::max());
-}
-
 // Places
 
-double TextGeometry::xOf(const Row& row, TextOffset offset)
+bool TextGeometry::hasRightToLeft(const Row& row, TextOffset offset)
 {
-    offset = std::clamp(offset, row.range.location, row.range.end());
+    return segmentAt(row, offset).layout->hasRightToLeft() || isRightToLeft(row);
+}
+
+double TextGeometry::xOf(const Row& row, const CaretPlace& place)
+{
+    const TextOffset offset = std::clamp(place.offset, row.range.location, row.range.end());
     const Segment segment = segmentAt(row, offset);
-    const double x = segment.x + segment.layout->xAt(segment.row, segment.indexOf(offset));
+    const double x =
+        segment.x + segment.layout->xAt(segment.row, segment.indexOf(offset), place.side);
     // Blanks at a wrapped row's end hang over its edge.
-    return wraps() ? std::min(x, wrapWidth()) : x;
+    return wraps() ? std::clamp(x, 0.0, wrapWidth()) : x;
 }
 
 TextOffset TextGeometry::offsetAt(const Row& row, double x)
 {
-    std::optional<Segment> hit;
-    forEachSegment(row, x, x, [&](const Segment& segment) { hit = segment; });
-    int index = hit->layout->indexAt(hit->row, x - hit->x);
-    // Where a line wraps, the place between the rows shows on the later one.
-    const bool later = wraps() && !row.endsLine() && hit->offsetOf(index) >= row.range.end();
-    if (later && row.range.length > 0)
-        index = std::max(hit->layout->rowStart(hit->row), hit->layout->characterBefore(index));
-    return hit->offsetOf(index);
+    const Segment hit = segmentAtX(row, x);
+    const TextOffset offset = hit.offsetOf(hit.layout->indexAt(hit.row, x - hit.x));
+    // The layout may see places inside what the rules for characters, and the keys, hold together.
+    const TextOffset start = std::max(characterStart(text(), offset), row.range.location);
+    if (start == offset || offset - start > longestCharacter)
+        return offset;
+    const TextOffset end = std::min(characterAfter(text(), start), row.range.end());
+    return std::abs(x - xOf(row, start)) <= std::abs(x - xOf(row, end)) ? start : end;
+}
+
+CaretPlace TextGeometry::placeAt(const Row& row, double x)
+{
+    CaretPlace place = row.placeOf(offsetAt(row, x));
+    if (place.side != CaretSide::Any || !hasRightToLeft(row, place.offset))
+        return place;
+    for (const CaretSide side : {CaretSide::Before, CaretSide::After}) {
+        const CaretPlace other{place.offset, side};
+        if (std::abs(x - xOf(row, other)) < std::abs(x - xOf(row, place)))
+            place = other;
+    }
+    return place;
+}
+
+TextGeometry::Character TextGeometry::characterAt(const Row& row, double x)
+{
+    const Segment hit = segmentAtX(row, x);
+    const int index = hit.layout->characterAt(hit.row, x - hit.x);
+    const TextOffset start = characterStart(text(), hit.offsetOf(index));
+    const TextOffset end = std::min(characterAfter(text(), start), row.range.end());
+    return {TextRange::between(std::max(start, row.range.location), end),
+            hit.layout->isRightToLeftAt(hit.row, index)};
+}
+
+TextGeometry::Edges TextGeometry::edgesOf(const Row& row)
+{
+    if (!wraps() && LongLines::isLong(row.content)) {
+        const double width = m_segments.chunks(row.content).width();
+        return isRightToLeft(row) ? Edges{rightEdge() - width, rightEdge()} : Edges{0, width};
+    }
+    const Segment segment = segmentAt(row, row.range.location);
+    const double left = segment.x + segment.layout->rowLeft(segment.row);
+    return {left, left + segment.layout->rowWidth(segment.row)};
 }
 
 double TextGeometry::widthOf(const Row& row)
 {
-    if (!wraps() && LongLines::isLong(row.content))
-        return m_longLines.chunks(row.content).width();
-    const Segment segment = segmentAt(row, row.range.location);
-    return segment.layout->rowWidth(segment.row);
+    const Edges edges = edgesOf(row);
+    return edges.right - edges.left;
 }
 
 } // namespace quillory

@@ -1,32 +1,25 @@
 #pragma once
 
-#include "text/TextStorage.h"
-#include "view/LongLines.h"
-#include "view/TextLayoutCache.h"
+#include "view/CaretAffinity.h"
+#include "view/LineSegments.h"
 
 #include <functional>
 #include <optional>
 
 namespace quillory {
 
-/// Text that an input method is composing, shown as if it stood at \a offset.
-struct Preedit
-{
-    TextOffset offset = 0;
-    QString text;
-    bool operator==(const Preedit&) const = default;
-};
-
 /// Where the characters of a text are: its rows, and the places in each row.
 ///
-/// A row is a line, or with wrapping a stretch of one. Nothing here is kept up to date: lines and
-/// rows are looked up in the text and in the layout cache when they are asked for, at the cost of
-/// the row or chunk in question, and only the chunks of long lines follow the edits.
+/// A row is a line, or with wrapping a stretch of one. Rows are looked up when they are asked for,
+/// at the cost of the row or chunk in question.
 ///
-/// x is measured in logical pixels from the left edge of the text.
+/// x is measured in logical pixels from the left edge of the text as it stands unscrolled; lines
+/// that are written from right to left may reach to negative x (see LineSegments).
 class TextGeometry
 {
 public:
+    using Segment = LineSegment;
+
     struct Row
     {
         LineIndex line;
@@ -36,99 +29,90 @@ public:
         int row = 0;       ///< with wrapping: within the line, or within its chunk
 
         bool endsLine() const { return range.end() == content.end(); }
-    };
-
-    /// A laid-out part of a row.
-    struct Segment
-    {
-        std::shared_ptr<LineLayout> layout;
-        int row = 0;         ///< of the layout
-        TextRange range;     ///< of the text, on this row
-        TextOffset base = 0; ///< the offset in the text of the layout's first unit
-        double x = 0;        ///< of the layout's left edge
-        int preeditStart = 0;
-        int preeditLength = 0; ///< 0 where no composed text is in it
-
-        /// The layout's index for an offset inside range, its end included; where composed text
-        /// stands, the index before it.
-        int indexOf(TextOffset offset) const
+        /// The caret that shows on this row at \a offset, its end included.
+        CaretPlace placeOf(TextOffset offset) const
         {
-            const int index = int(offset - base);
-            return index > preeditStart ? index + preeditLength : index;
+            const bool inside = offset < range.end() || endsLine();
+            return {offset, inside ? CaretSide::Any : CaretSide::Before};
         }
-        TextOffset offsetOf(int index) const;
     };
 
-    explicit TextGeometry(const TextStorage& storage, const TextFont& font);
+    /// A character as readers see it, in a row.
+    struct Character
+    {
+        TextRange range;
+        bool rightToLeft = false;
+    };
 
-    const TextSnapshot& text() const { return m_storage.snapshot(); }
-    const TextFont& font() const { return m_cache.font(); }
-    void setFont(const TextFont& font);
-    bool wraps() const { return m_cache.wrapWidth() > 0; }
+    struct Edges
+    {
+        double left = 0;
+        double right = 0;
+    };
+
+    TextGeometry(const TextStorage& storage, const TextFont& font) : m_segments(storage, font) {}
+
+    const TextSnapshot& text() const { return m_segments.text(); }
+    const TextFont& font() const { return m_segments.font(); }
+    void setFont(const TextFont& font) { m_segments.setFont(font); }
+    bool wraps() const { return m_segments.wraps(); }
     /// 0 for no wrapping.
-    void setWrapWidth(double width);
-    double wrapWidth() const { return m_cache.wrapWidth(); }
-    void setPreedit(const Preedit& preedit) { m_preedit = preedit; }
-    const Preedit& preedit() const { return m_preedit; }
-    WorkCounters& counters() { return m_cache.counters(); }
+    void setWrapWidth(double width) { m_segments.setWrapWidth(width); }
+    double wrapWidth() const { return m_segments.wrapWidth(); }
+    /// Where lines that are written from right to left begin, unless they are wrapped.
+    void setRightEdge(double x) { m_segments.setRightEdge(x); }
+    double rightEdge() const { return m_segments.rightEdge(); }
+    void setPreedit(const Preedit& preedit) { m_segments.setPreedit(preedit); }
+    const Preedit& preedit() const { return m_segments.preedit(); }
+    WorkCounters& counters() { return m_segments.counters(); }
 
     /// To be called after each edit, before anything is asked.
-    void followEdit(const TextChange& change);
+    void followEdit(const TextChange& change) { m_segments.followEdit(change); }
 
     /// The row that shows \a offset; where a line wraps, the later one.
     Row rowAt(TextOffset offset);
+    /// The row that shows a caret.
+    Row rowAt(const CaretPlace& place);
     std::optional<Row> rowAfter(const Row& row);
     std::optional<Row> rowBefore(const Row& row);
     /// The row \a steps further down, or up where negative; none outside the text.
     std::optional<Row> rowFrom(const Row& row, qsizetype steps);
-    /// The last place for a caret that shows on \a row.
-    TextOffset rowEnd(const Row& row);
+
+    /// Whether the line is written from right to left.
+    bool isRightToLeft(const Row& row) { return m_segments.isRightToLeft(row.content); }
+    /// Whether both directions, or the one from right to left, occur on \a row near \a offset.
+    bool hasRightToLeft(const Row& row, TextOffset offset);
 
     /// Of an offset on \a row; where composed text stands there, the place before it.
-    double xOf(const Row& row, TextOffset offset);
-    /// The place between two characters of \a row nearest to \a x, such that the caret shows on
-    /// that row.
+    double xOf(const Row& row, TextOffset offset) { return xOf(row, CaretPlace{offset}); }
+    double xOf(const Row& row, const CaretPlace& place);
+    /// The place between two characters of \a row nearest to \a x. At the end of a row that goes
+    /// on below, a caret has to hang on the character before it to show here (see Row::placeOf).
     TextOffset offsetAt(const Row& row, double x);
+    /// The caret for a click at \a x: at offsetAt(), on the character that was clicked.
+    CaretPlace placeAt(const Row& row, double x);
+    /// The character at \a x; the nearest where there is none.
+    Character characterAt(const Row& row, double x);
+    /// Of the text on \a row. Unwrapped, the far end of a long line is an estimate.
+    Edges edgesOf(const Row& row);
     double widthOf(const Row& row);
 
-    /// Lays out, and visits from left to right, what of \a row lies between two places.
+    /// Lays out, and visits in order, what of \a row lies between two places.
     void forEachSegment(const Row& row, double left, double right,
                         const std::function<void(const Segment&)>& visit);
 
     /// How far the text at \a left turned out, since the last call, to stand from where it was
     /// thought to be, because chunks of its line left of there were measured. Scrolling by as much
     /// keeps it in its place. Of several lines at odds the first one found counts.
-    double takeShift(double left);
+    double takeShift(double left) { return m_segments.takeShift(left); }
 
 private:
-    /// The segment asked for last: a wrapped line is asked for once for each of its rows.
-    struct Last
-    {
-        TextSnapshot text;
-        Preedit preedit;
-        Segment segment;
-    };
-    struct Shift
-    {
-        TextOffset line;
-        double x;
-        double amount;
-    };
-
     Row wrappedRow(LineIndex line, TextRange content, size_t chunk, int row);
     size_t chunkCount(TextRange content);
-    Segment wholeLine(TextRange content);
-    void settleCut(TextRange content, LineChunks& chunks, size_t cut);
-    Segment chunkOf(TextRange content, size_t index);
-    Segment segment(TextRange range, TextLayoutCache::Kind kind);
     Segment segmentAt(const Row& row, TextOffset offset);
+    Segment segmentAtX(const Row& row, double x);
 
-    const TextStorage& m_storage;
-    TextLayoutCache m_cache;
-    LongLines m_longLines;
-    Preedit m_preedit;
-    Last m_last;
-    std::vector<Shift> m_shifts;
+    LineSegments m_segments;
 };
 
 } // namespace quillory

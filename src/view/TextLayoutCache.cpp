@@ -27,17 +27,16 @@ void TextLayoutCache::setWrapWidth(double width)
     m_layouts.clear();
 }
 
-std::shared_ptr<LineLayout> TextLayoutCache::layout(const QString& text, Kind kind)
+std::shared_ptr<LineLayout> TextLayoutCache::layout(const QString& text, const Style& style)
 {
-    const Key key{text, kind};
+    const Key key{text, style};
     if (const auto* known = m_layouts.object(key))
         return *known;
 
-    ++(kind == Kind::Line ? m_counters.linesLaidOut : m_counters.chunksLaidOut);
+    ++(style.isChunk ? m_counters.chunksLaidOut : m_counters.linesLaidOut);
     m_counters.unitsShaped += text.size();
-    const LineLayout::Style style{m_wrapWidth,
-                                  kind == Kind::Line ? Qt::LayoutDirectionAuto : Qt::LeftToRight};
-    auto layout = std::make_shared<LineLayout>(text, m_font, style);
+    auto layout =
+        std::make_shared<LineLayout>(text, m_font, LineLayout::Style{m_wrapWidth, style.direction});
     m_layouts.insert(key, new std::shared_ptr<LineLayout>(layout), int(text.size()) + layoutCost);
     return layout;
 }

@@ -22,14 +22,16 @@ public:
     double wrapWidth() const { return m_wrapWidth; }
     void setWrapWidth(double width);
 
-    enum class Kind
+    struct Style
     {
-        Line, ///< a whole line, its direction taken from its text
-        Chunk ///< a piece of a long line; all of them run from left to right
+        /// Of a whole line it is taken from its text.
+        Qt::LayoutDirection direction = Qt::LayoutDirectionAuto;
+        bool isChunk = false; ///< a piece of a long line
+        bool operator==(const Style&) const = default;
     };
 
     /// The layout of \a text, a display text. Stays valid as long as the pointer is kept.
-    std::shared_ptr<LineLayout> layout(const QString& text, Kind kind);
+    std::shared_ptr<LineLayout> layout(const QString& text, const Style& style);
 
     WorkCounters& counters() { return m_counters; }
 
@@ -37,7 +39,7 @@ private:
     struct Key
     {
         QString text;
-        Kind kind;
+        Style style;
         bool operator==(const Key&) const = default;
         friend size_t qHash(const Key& key, size_t seed) { return ::qHash(key.text, seed); }
     };

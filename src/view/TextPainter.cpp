@@ -105,7 +105,7 @@ void TextPainter::paintSelections(const TextGeometry::Segment& segment, int y)
         fill(segment, y, selection.range(), selectionColour());
 }
 
-/// A selected line break reaches to the window's edge.
+/// A selected line break reaches to the window's edge, on the side where the line ends.
 void TextPainter::paintSelectedBreak(const TextGeometry::Row& row, int y)
 {
     const TextOffset end = row.range.end();
@@ -113,10 +113,13 @@ void TextPainter::paintSelectedBreak(const TextGeometry::Row& row, int y)
         const TextRange range = selection.range();
         if (range.location > end || range.end() <= end)
             continue;
-        const double x = m_viewport.left() + m_geometry.widthOf(row);
-        const int from = int(std::round(std::clamp(x, -1.0, double(m_area.right()) + 1)));
-        m_painter.fillRect(from, y, m_area.right() + 1 - from, m_geometry.font().rowHeight(),
-                           selectionColour());
+        const TextGeometry::Edges edges = m_geometry.edgesOf(row);
+        const bool rightToLeft = m_geometry.isRightToLeft(row);
+        const double x = m_viewport.left() + (rightToLeft ? edges.left : edges.right);
+        const int edge = int(std::round(std::clamp(x, -1.0, double(m_area.right()) + 1)));
+        const int from = rightToLeft ? m_area.left() : edge;
+        const int to = rightToLeft ? edge : m_area.right() + 1;
+        m_painter.fillRect(from, y, to - from, m_geometry.font().rowHeight(), selectionColour());
     }
 }
 
@@ -152,6 +155,7 @@ void TextPainter::paintCarets(const TextViewport::VisibleRow& visible)
 {
     const Preedit& preedit = m_geometry.preedit();
     for (const Selection& selection : selectionsTouching(visible.row.range)) {
+        const CaretPlace place = m_look.affinity.placeOf(selection.head);
         const bool composing = !preedit.text.isEmpty() && selection.head == preedit.offset;
         if (composing) {
             const PreeditStyle& style = m_look.preedit;
@@ -159,8 +163,8 @@ void TextPainter::paintCarets(const TextViewport::VisibleRow& visible)
             if (style.caretShown && caret.y() == visible.y)
                 m_painter.fillRect(caret, style.caretColour.isValid() ? style.caretColour
                                                                       : m_look.colours.caret);
-        } else if (m_viewport.rowShowing(selection.head) == &visible) {
-            m_painter.fillRect(m_viewport.caretRect(selection.head), m_look.colours.caret);
+        } else if (m_viewport.rowShowing(place) == &visible) {
+            m_painter.fillRect(m_viewport.caretRect(place), m_look.colours.caret);
         }
     }
 }

@@ -24,6 +24,7 @@ public:
         bool active = true;       ///< the view has the focus
         bool caretsShown = false; ///< as they blink
         PreeditStyle preedit = {};
+        CaretAffinity affinity = {};
     };
 
     TextPainter(QPainter& painter, TextGeometry& geometry, TextViewport& viewport,

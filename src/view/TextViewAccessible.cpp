@@ -258,8 +258,8 @@ QString TextViewAccessible::attributes(int offset, int* start, int* end) const
 /// In the viewport.
 QRect TextViewAccessible::rectOf(TextOffset offset) const
 {
-    const QRect caret = m_view.textViewport().caretRect(offset);
-    const auto* visible = m_view.textViewport().rowShowing(offset);
+    const QRect caret = m_view.textViewport().caretRect({offset});
+    const auto* visible = m_view.textViewport().rowShowing({offset});
     if (!visible || caret.isEmpty())
         return {};
     TextGeometry& geometry = m_view.textGeometry();

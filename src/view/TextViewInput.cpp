@@ -222,8 +222,10 @@ void TextViewInput::showPreeditCaret()
 
 QRect TextViewInput::caretRect() const
 {
-    return isComposing() ? preeditCaretRect(m_view.textViewport(), m_style.caret)
-                         : m_view.textViewport().caretRect(editor().primarySelection().head);
+    if (isComposing())
+        return preeditCaretRect(m_view.textViewport(), m_style.caret);
+    return m_view.textViewport().caretRect(
+        m_view.caretAffinity().placeOf(editor().primarySelection().head));
 }
 
 /// In the widget; for one out of sight, where the text goes on to it.
@@ -231,7 +233,7 @@ QRect TextViewInput::rectFor(TextOffset offset) const
 {
     TextViewport& viewport = m_view.textViewport();
     QRect rect =
-        offset == editor().primarySelection().head ? caretRect() : viewport.caretRect(offset);
+        offset == editor().primarySelection().head ? caretRect() : viewport.caretRect({offset});
     const QRect inside({}, viewport.size());
     if (rect.isEmpty()) {
         const bool above = offset < viewport.visibleRange().location;

@@ -28,10 +28,10 @@ struct Movement
 using V = TextViewWidget;
 
 constexpr std::array movements{
-    Movement{Qt::Key_Left, plain, [](V& v, bool e) { v.editor().moveLeft(e); }},
-    Movement{Qt::Key_Right, plain, [](V& v, bool e) { v.editor().moveRight(e); }},
-    Movement{Qt::Key_Left, ctrl, [](V& v, bool e) { v.editor().moveWordLeft(e); }},
-    Movement{Qt::Key_Right, ctrl, [](V& v, bool e) { v.editor().moveWordRight(e); }},
+    Movement{Qt::Key_Left, plain, [](V& v, bool e) { v.visualMovement().moveLeft(e); }},
+    Movement{Qt::Key_Right, plain, [](V& v, bool e) { v.visualMovement().moveRight(e); }},
+    Movement{Qt::Key_Left, ctrl, [](V& v, bool e) { v.visualMovement().moveWordLeft(e); }},
+    Movement{Qt::Key_Right, ctrl, [](V& v, bool e) { v.visualMovement().moveWordRight(e); }},
     Movement{Qt::Key_Up, plain, [](V& v, bool e) { v.rowMovement().moveByRows(-1, e); }},
     Movement{Qt::Key_Down, plain, [](V& v, bool e) { v.rowMovement().moveByRows(1, e); }},
     Movement{Qt::Key_Up, ctrl, [](V& v, bool e) { v.editor().moveParagraphBackward(e); }},

@@ -76,6 +76,7 @@ void TextViewMouse::extendTo(TextOffset offset)
     selections.push_back(selection);
     const size_t primary = selections.size() - 1;
     m_view.editor().setSelections(std::move(selections), primary);
+    m_view.takeAffinityAt(m_position);
     m_view.restartBlink();
 }
 

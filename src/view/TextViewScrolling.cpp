@@ -50,9 +50,10 @@ void TextViewScrolling::updateBars()
     m_vertical.fit(vertical, m_viewport.contentHeight(), size.height(), row);
     m_vertical.show(vertical, m_viewport.y());
     QScrollBar& horizontal = *m_area.horizontalScrollBar();
-    const double width = std::max(m_viewport.contentWidth(), m_viewport.x() + size.width());
-    m_horizontal.fit(horizontal, qint64(width), size.width(), row);
-    m_horizontal.show(horizontal, qint64(m_viewport.x()));
+    const double left = m_viewport.minimumX();
+    const double right = std::max(m_viewport.contentWidth(), m_viewport.x() + size.width());
+    m_horizontal.fit(horizontal, qint64(right - left), size.width(), row);
+    m_horizontal.show(horizontal, qint64(m_viewport.x() - left));
 }
 
 void TextViewScrolling::followBars(int dx, int dy)
@@ -62,7 +63,8 @@ void TextViewScrolling::followBars(int dx, int dy)
     if (dy != 0)
         m_viewport.scrollToY(m_vertical.position(m_area.verticalScrollBar()->value()));
     if (dx != 0)
-        m_viewport.scrollToX(double(m_horizontal.position(m_area.horizontalScrollBar()->value())));
+        m_viewport.scrollToX(double(m_horizontal.position(m_area.horizontalScrollBar()->value())) +
+                             m_viewport.minimumX());
     Q_EMIT scrolled();
 }
 
@@ -102,7 +104,7 @@ void TextViewScrolling::by(QPoint pixels)
         m_viewport.scrollBy(pixels.y());
     if (pixels.x() != 0) {
         const double end = std::max(0.0, m_viewport.contentWidth() - m_viewport.size().width());
-        m_viewport.scrollToX(std::clamp(m_viewport.x() + pixels.x(), 0.0, end));
+        m_viewport.scrollToX(std::clamp(m_viewport.x() + pixels.x(), m_viewport.minimumX(), end));
     }
     Q_EMIT scrolled();
 }

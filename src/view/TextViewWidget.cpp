@@ -15,8 +15,10 @@ TextViewWidget::TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* pa
     : QAbstractScrollArea(parent), m_editor(editor), m_overlay(overlay),
       m_geometry(editor.textStorage(),
                  TextFont(QFontDatabase::systemFont(QFontDatabase::FixedFont))),
-      m_viewport(m_geometry), m_scrolling(*this, m_viewport), m_rowMovement(editor, m_geometry),
-      m_clipboard(editor), m_keys(*this), m_mouse(*this), m_input(*this), m_announcer(*this),
+      m_viewport(m_geometry), m_scrolling(*this, m_viewport),
+      m_rowMovement(editor, m_geometry, m_affinity),
+      m_visualMovement(editor, m_geometry, m_affinity), m_clipboard(editor), m_keys(*this),
+      m_mouse(*this), m_input(*this), m_announcer(*this),
       m_colours(TextViewColours::fromPalette(palette()))
 {
     setFocusPolicy(Qt::StrongFocus);
@@ -29,6 +31,7 @@ TextViewWidget::TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* pa
     connect(&storage, &TextStorage::edited, this, &TextViewWidget::followEdit);
     connect(&storage, &TextStorage::editingEnded, this, [this] { m_announcer.editingEnded(); });
     connect(&editor, &QPTextView::selectionDidChange, this, [this] {
+        m_affinity.clear();
         m_input.followCaret();
         m_blink.restart();
         scheduleRefresh();
@@ -54,7 +57,7 @@ void TextViewWidget::relayOut(const std::function<void()>& change)
     if (m_anchorY)
         anchor = &m_viewport.rowAtY(*m_anchorY);
     else if (isVisible()) // else nothing need be laid out yet
-        anchor = m_viewport.rowShowing(head);
+        anchor = m_viewport.rowShowing({head});
     const int y = anchor ? anchor->y : 0;
     const TextOffset kept = m_anchorY && anchor ? anchor->row.range.location : head;
     change();
@@ -86,6 +89,7 @@ void TextViewWidget::setWrapLines(bool wrap)
 void TextViewWidget::updateWrapWidth()
 {
     const double room = viewport()->width() - 2 * m_viewport.textMargin();
+    m_geometry.setRightEdge(room);
     m_geometry.setWrapWidth(m_wraps ? std::max(room, 4 * m_geometry.font().advance()) : 0);
     if (m_wraps)
         m_viewport.scrollToX(0);
@@ -131,6 +135,7 @@ void TextViewWidget::refresh()
     m_refreshPending = false;
     m_viewport.settle();
     m_scrolling.updateBars();
+    m_repaint.noteAffinity(m_affinity.places());
     const QRegion damage = m_repaint.takeDamage(m_viewport, m_editor.selections(), m_overlay);
     if (!damage.isEmpty())
         viewport()->update(damage);
@@ -150,8 +155,8 @@ void TextViewWidget::paintEvent(QPaintEvent* event)
     if (m_refreshPending)
         refresh();
     QPainter painter(viewport());
-    const TextPainter::Look look{m_overlay,  m_editor.selections(), m_colours,
-                                 hasFocus(), m_blink.isShown(),     m_input.preeditStyle()};
+    const TextPainter::Look look{m_overlay,         m_editor.selections(),  m_colours, hasFocus(),
+                                 m_blink.isShown(), m_input.preeditStyle(), m_affinity};
     TextPainter(painter, m_geometry, m_viewport, look).paint(event->rect());
 }
 
@@ -169,7 +174,7 @@ void TextViewWidget::updateCarets()
 
 void TextViewWidget::ensureVisible(TextOffset offset)
 {
-    m_viewport.ensureVisible(std::clamp<TextOffset>(offset, 0, m_editor.string().length()));
+    m_viewport.ensureVisible({std::clamp<TextOffset>(offset, 0, m_editor.string().length())});
     scheduleRefresh();
 }
 
@@ -200,6 +205,15 @@ void TextViewWidget::forEachVisibleLine(
         visit(rows[first].row.line, y, height);
         first = end;
     }
+}
+
+void TextViewWidget::takeAffinityAt(QPoint point)
+{
+    const auto& visible = m_viewport.rowAtY(point.y());
+    const CaretPlace place = m_geometry.placeAt(visible.row, point.x() - m_viewport.left());
+    if (place.offset == m_editor.primarySelection().head)
+        m_affinity.setPlaces({place});
+    scheduleRefresh();
 }
 
 TextOffset TextViewWidget::offsetAtPoint(QPoint point)
@@ -270,7 +284,8 @@ void TextViewWidget::moveByPages(int pages, bool extending)
 void TextViewWidget::showCaret()
 {
     m_blink.restart();
-    ensureVisible(m_editor.primarySelection().head);
+    m_viewport.ensureVisible(m_affinity.placeOf(m_editor.primarySelection().head));
+    scheduleRefresh();
 }
 
 void TextViewWidget::setPreedit(const Preedit& preedit)

@@ -13,6 +13,7 @@
 #include "view/TextViewMouse.h"
 #include "view/TextViewScrolling.h"
 #include "view/TextViewport.h"
+#include "view/VisualMovement.h"
 
 #include <QAbstractScrollArea>
 #include <functional>
@@ -68,7 +69,7 @@ public:
     QRect caretRect() const { return m_input.caretRect(); }
     /// Has a bubble pop up for half a second over what of \a range is in sight.
     void showFindIndicatorForRange(TextRange range);
-    QRect caretRectAt(TextOffset offset) { return m_viewport.caretRect(offset); }
+    QRect caretRectAt(TextOffset offset) { return m_viewport.caretRect({offset}); }
 
     /// Room at the left, for a ruler; the ruler is a child of this widget and fills rulerRect().
     void setRulerWidth(int width);
@@ -78,7 +79,11 @@ public:
 
     TextGeometry& textGeometry() { return m_geometry; }
     TextViewport& textViewport() { return m_viewport; }
+    const CaretAffinity& caretAffinity() const { return m_affinity; }
     RowMovement& rowMovement() { return m_rowMovement; }
+    VisualMovement& visualMovement() { return m_visualMovement; }
+    /// Has the primary caret hang on the character that \a point, where it was set, is beside.
+    void takeAffinityAt(QPoint point);
     /// By screens, down when positive; the text scrolls along.
     void moveByPages(int pages, bool extending);
     /// Exactly by so many pixels.
@@ -140,7 +145,9 @@ private:
     TextViewport m_viewport;
     TextViewScrolling m_scrolling;
     RepaintTracker m_repaint;
+    CaretAffinity m_affinity;
     RowMovement m_rowMovement;
+    VisualMovement m_visualMovement;
     TextClipboard m_clipboard;
     TextViewKeys m_keys;
     TextViewMouse m_mouse;

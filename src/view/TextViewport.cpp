@@ -34,6 +34,7 @@ const std::vector<TextViewport::VisibleRow>& TextViewport::rows()
 void TextViewport::invalidateWidths()
 {
     m_widestSeen = 0;
+    m_leftmostSeen = 0;
     invalidate();
 }
 
@@ -41,7 +42,7 @@ void TextViewport::followEdit(const TextChange& change)
 {
     m_top = std::min(mapped(m_top, change), m_geometry.text().length());
     if (!change.replaced.isEmpty())
-        m_widestSeen = 0; // it may have gone
+        m_widestSeen = m_leftmostSeen = 0; // they may have gone
     invalidate();
 }
 
@@ -52,8 +53,9 @@ const TextViewport::VisibleRow& TextViewport::rowAtY(int y)
     return visible[size_t(std::clamp(index, 0, int(visible.size()) - 1))];
 }
 
-const TextViewport::VisibleRow* TextViewport::rowShowing(TextOffset offset)
+const TextViewport::VisibleRow* TextViewport::rowShowing(const CaretPlace& place)
 {
+    const TextOffset offset = place.offset;
     const auto& visible = rows();
     // The last row that begins at or before the offset.
     auto it = std::upper_bound(visible.begin(), visible.end(), offset,
@@ -63,6 +65,13 @@ const TextViewport::VisibleRow* TextViewport::rowShowing(TextOffset offset)
     if (it == visible.begin())
         return nullptr;
     --it;
+    const TextRange range = it->row.range;
+    if (place.side == CaretSide::Before && range.location == offset &&
+        offset > it->row.content.location) {
+        if (it == visible.begin())
+            return nullptr;
+        return &*--it;
+    }
     const TextGeometry::Row& row = it->row;
     // Between CR and LF counts as the row's end.
     const TextOffset end =
@@ -71,12 +80,12 @@ const TextViewport::VisibleRow* TextViewport::rowShowing(TextOffset offset)
     return offset < end || atEnd ? &*it : nullptr;
 }
 
-QRect TextViewport::caretRect(TextOffset offset)
+QRect TextViewport::caretRect(const CaretPlace& place)
 {
-    const VisibleRow* visible = rowShowing(offset);
+    const VisibleRow* visible = rowShowing(place);
     if (!visible)
         return {};
-    return caretAt(left() + m_geometry.xOf(visible->row, offset), visible->y);
+    return caretAt(left() + m_geometry.xOf(visible->row, place), visible->y);
 }
 
 QRect TextViewport::caretAt(double x, int y) const
@@ -225,10 +234,24 @@ double TextViewport::contentWidth()
     if (m_geometry.wraps())
         return 0;
     for (const VisibleRow& visible : rows())
-        m_widestSeen = std::max(m_widestSeen, m_geometry.widthOf(visible.row));
+        m_widestSeen = std::max(m_widestSeen, m_geometry.edgesOf(visible.row).right);
     const double longest = double(m_geometry.text().longestLine()) * m_geometry.font().advance();
     // Room for a caret behind the last character.
     return std::max(longest, m_widestSeen) + 2 * textMargin();
+}
+
+double TextViewport::minimumX()
+{
+    if (m_geometry.wraps())
+        return 0;
+    for (const VisibleRow& visible : rows())
+        m_leftmostSeen = std::min(m_leftmostSeen, m_geometry.edgesOf(visible.row).left);
+    return std::floor(m_leftmostSeen);
+}
+
+void TextViewport::scrollToX(double x)
+{
+    m_scrollX = x < 0 ? std::max(minimumX(), x) : x;
 }
 
 bool TextViewport::settle()
@@ -243,10 +266,10 @@ bool TextViewport::settle()
 
 // Going to a place
 
-void TextViewport::ensureVisible(TextOffset offset)
+void TextViewport::ensureVisible(const CaretPlace& place)
 {
-    const TextGeometry::Row row = m_geometry.rowAt(offset);
-    const VisibleRow* visible = rowShowing(offset);
+    const TextGeometry::Row row = m_geometry.rowAt(place);
+    const VisibleRow* visible = rowShowing(place);
     const int lowest = std::max(0, m_size.height() - rowHeight());
     if (visible && visible->y < 0) {
         showRowAt(row, 0);
@@ -256,16 +279,16 @@ void TextViewport::ensureVisible(TextOffset offset)
         // A row or two outside is scrolled to, what is further away is jumped to.
         const auto after = m_geometry.rowAfter(row);
         const auto before = m_geometry.rowBefore(row);
-        if (after && rowShowing(after->range.location))
+        if (after && rowShowing({after->range.location}))
             showRowAt(row, 0);
-        else if (before && rowShowing(before->range.location))
+        else if (before && rowShowing({before->range.location}))
             showRowAt(row, lowest);
         else
             showRowAt(row, lowest / 2);
     }
     if (m_geometry.wraps())
         return;
-    const double x = m_geometry.xOf(row, offset);
+    const double x = m_geometry.xOf(row, place);
     const double space = m_size.width() - 2 * textMargin();
     const double context = std::min(space / 4, m_geometry.font().advance() * 4);
     if (x < m_scrollX)
@@ -277,7 +300,7 @@ void TextViewport::ensureVisible(TextOffset offset)
 void TextViewport::centerOn(TextOffset offset)
 {
     showRowAt(m_geometry.rowAt(offset), (m_size.height() - rowHeight()) / 2);
-    ensureVisible(offset);
+    ensureVisible({offset});
 }
 
 } // namespace quillory

@@ -43,10 +43,10 @@ public:
 
     /// The row at \a y, or the nearest in sight.
     const VisibleRow& rowAtY(int y);
-    /// The one in sight that shows \a offset; null when there is none.
-    const VisibleRow* rowShowing(TextOffset offset);
-    /// The caret before the character at \a offset; with no height when that is not in sight.
-    QRect caretRect(TextOffset offset);
+    /// The one in sight that shows the caret at \a place; null when there is none.
+    const VisibleRow* rowShowing(const CaretPlace& place);
+    /// The caret at \a place; with no height when that is not in sight.
+    QRect caretRect(const CaretPlace& place);
     /// A caret whose middle is at \a x, on the row whose top is at \a y.
     QRect caretAt(double x, int y) const;
     /// The whole lines that are in sight, with their breaks.
@@ -57,22 +57,27 @@ public:
     /// The space left of the text.
     double textMargin() const;
 
-    // Scrolling. All stay within the text.
+    // Scrolling. All stay within the text. x is 0 where the lines begin; what is wider than the
+    // viewport lies to the right, or, of lines that are written from right to left, to the left.
 
     qint64 y();
     double x() const { return m_scrollX; }
     void scrollToY(qint64 y);
-    void scrollToX(double x) { m_scrollX = std::max(0.0, x); }
+    void scrollToX(double x);
     /// Exactly by \a pixels, downwards when positive.
     void scrollBy(qint64 pixels);
     /// Keeps the text at the left edge in its place after its line was measured. True when that
     /// changed x().
     bool settle();
     qint64 contentHeight();
+    /// How far the text reaches to the right of x 0.
     double contentWidth();
+    /// How far one can scroll to the left: 0 or less.
+    double minimumX();
 
-    /// Scrolls as little as shows \a offset; where that is far away, to the middle of the height.
-    void ensureVisible(TextOffset offset);
+    /// Scrolls as little as shows the caret at \a place; where that is far away, to the middle of
+    /// the height.
+    void ensureVisible(const CaretPlace& place);
     void centerOn(TextOffset offset);
     /// Scrolls such that the row of \a offset stands at \a y, as far as there is text.
     void showAt(TextOffset offset, qint64 y) { showRowAt(m_geometry.rowAt(offset), y); }
@@ -91,6 +96,7 @@ private:
     int m_hidden = 0;     ///< pixels of that row above the viewport
     double m_scrollX = 0;
     double m_widestSeen = 0;
+    double m_leftmostSeen = 0;
     std::vector<VisibleRow> m_rows; ///< empty when not known
 };
 
