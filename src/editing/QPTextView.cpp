@@ -208,7 +208,7 @@ void QPTextView::insertTab()
 
 void QPTextView::deleteBackward()
 {
-    deleteEach([&](TextOffset head) { return characterBefore(string(), head); },
+    deleteEach([&](TextOffset head) { return deletionStartBefore(string(), head); },
                UndoKind::Deleting);
 }
 

@@ -84,7 +84,7 @@ public:
     void insertText(const QString& text);
     void insertNewline();
     void insertTab();
-    void deleteBackward();
+    void deleteBackward(); ///< see deletionStartBefore()
     void deleteForward();
     void deleteWordBackward();
     void deleteWordForward();

@@ -6,6 +6,7 @@
 #include <QString>
 #include <memory>
 #include <unicode/ubrk.h>
+#include <unicode/uchar.h>
 
 namespace quillory {
 
@@ -13,6 +14,9 @@ namespace {
 
 /// How far from an offset a look-up reads at the most, in UTF-16 code units.
 constexpr TextOffset reach = 2048;
+/// Emoji sequences are no longer than this, in UTF-16 code units.
+constexpr TextOffset longestEmoji = 64;
+constexpr UChar32 keycapFrame = 0x20E3;
 
 struct IteratorCloser
 {
@@ -133,6 +137,30 @@ TextOffset characterBefore(const TextSnapshot& text, TextOffset offset)
     // The character's own end may lie behind the offset, which must not hide where it begins.
     const TextRange stretch = characterStretch(text, offset, offset);
     return Boundaries(UBRK_CHARACTER, text, stretch).preceding(offset);
+}
+
+TextOffset deletionStartBefore(const TextSnapshot& text, TextOffset offset)
+{
+    const TextOffset start = characterBefore(text, offset);
+    if (offset - start <= 1)
+        return start;
+    TextReader reader(text);
+    const auto lengthBefore = [&](TextOffset end) {
+        return TextOffset(QChar::requiresSurrogates(reader.codePointBefore(end)) ? 2 : 1);
+    };
+    // A flag is two letters, a keycap ends in its frame; all other emoji hold a pictograph.
+    for (TextOffset at = offset; at > start && offset - at < longestEmoji; at -= lengthBefore(at)) {
+        const auto code = UChar32(reader.codePointBefore(at));
+        if (code == keycapFrame || code == u'\n' ||
+            u_hasBinaryProperty(code, UCHAR_EXTENDED_PICTOGRAPHIC) ||
+            u_hasBinaryProperty(code, UCHAR_REGIONAL_INDICATOR))
+            return start;
+    }
+    TextOffset last = std::max(start, offset - lengthBefore(offset));
+    if (last > start &&
+        u_hasBinaryProperty(UChar32(reader.codePointAt(last)), UCHAR_VARIATION_SELECTOR))
+        last -= lengthBefore(last);
+    return std::max(start, last);
 }
 
 TextOffset characterStart(const TextSnapshot& text, TextOffset offset)

@@ -13,6 +13,11 @@ namespace quillory {
 TextOffset characterAfter(const TextSnapshot& text, TextOffset offset);
 TextOffset characterBefore(const TextSnapshot& text, TextOffset offset);
 
+/// Where the deletion of what was typed last before \a offset begins. Marks, vowel signs and other
+/// parts of a character that are typed one by one go one by one; what is typed in one go, an emoji
+/// sequence, a flag, a character with its variation selector, CR LF, goes whole.
+TextOffset deletionStartBefore(const TextSnapshot& text, TextOffset offset);
+
 /// The nearest boundary of a user-perceived character at or before \a offset.
 TextOffset characterStart(const TextSnapshot& text, TextOffset offset);
 

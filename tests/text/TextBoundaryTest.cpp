@@ -44,6 +44,30 @@ TEST(TextBoundary, CharactersAreThoseThatReadersSee)
     }
 }
 
+TEST(TextBoundary, DeletingGoesByWhatIsTypedInOneGo)
+{
+    // The marks are where it stops on its way back from the end.
+    const QString cases[] = {
+        QStringLiteral("|a|b|"),
+        QStringLiteral("|a|\r\n|"),
+        QStringLiteral("|e|\u0301|\u0323|"),             // accents
+        QStringLiteral("|\u0915|\u094D|\u0937|\u093F|"), // a conjunct with its vowel
+        QStringLiteral("|\u1112|\u1161|\u11AB|\uD55C|"), // letters, and a syllable
+        QStringLiteral("|\u05E9|\u05C1|\u05B8|"),        // points
+        QString::fromUtf8("|\U0001F469\u200D\U0001F4BB|\U0001F44D\U0001F3FD|"),
+        QString::fromUtf8("|\U0001F1E9\U0001F1EA|\U0001F1EB\U0001F1F7|"), // two flags
+        QStringLiteral("|1\uFE0F\u20E3|\u2764\uFE0F|\u845B\U000E0100|"),  // keycap, variants
+        QStringLiteral("|\u0645|\u06CC|\u200C|"),                         // a non-joiner
+        QStringLiteral("|\xD83D|x|\xDE00|"),                              // unpaired surrogates
+    };
+    for (const QString& string : cases) {
+        const Marked c(string);
+        for (size_t i = c.marks.size() - 1; i > 0; --i)
+            EXPECT_EQ(deletionStartBefore(c.text, c.marks[i]), c.marks[i - 1])
+                << string.toStdString();
+    }
+}
+
 TEST(TextBoundary, WordMovementStopsAtWordsAndLines)
 {
     // Marks are where wordEndAfter stops from the start on, and where wordStartBefore does from the

@@ -237,7 +237,7 @@ TEST_F(TextViewInputTest, composedTextStaysAtTheCaretWhateverHappensToTheText)
         harness.settle();
         EXPECT_EQ(harness.view.textGeometry().preedit(), (Preedit{offset, QStringLiteral("xyz")}));
         EXPECT_NEAR(caretAtInputMethod().x(),
-                    harness.view.textViewport().caretRect(offset).x() + 3 * advance(), 1);
+                    harness.view.textViewport().caretRect({offset}).x() + 3 * advance(), 1);
     };
     composedAt(7);
     harness.storage.replaceCharactersInRange({0, 4}, QStringLiteral("a longer line"));
