@@ -1,7 +1,7 @@
 #include "app/DocumentLoader.h"
 
 #include "app/StandardInput.h"
-#include "document/Background.h"
+#include "foundation/Background.h"
 #include "document/DocumentType.h"
 #include "document/FileBytes.h"
 

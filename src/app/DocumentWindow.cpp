@@ -12,15 +12,17 @@
 #include "app/StatusLine.h"
 #include "app/UserQuestions.h"
 #include "app/ViewAppearance.h"
-#include "document/Background.h"
 #include "document/Document.h"
+#include "foundation/Background.h"
 #include "text/TextEncoder.h"
+#include "view/PastedText.h"
 #include "view/TextViewWidget.h"
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QFontDialog>
-#include <QMenu>
+#include <QMimeData>
 #include <QPointer>
 #include <QVBoxLayout>
 
@@ -30,6 +32,7 @@ DocumentWindow::DocumentWindow(std::unique_ptr<Document> document, const WindowS
     : m_services(services), m_document(std::move(document))
 {
     setAttribute(Qt::WA_DeleteOnClose);
+    setAcceptDrops(true);
     build();
     connectDocument();
     m_document->windowControllerDidLoadNib(this);
@@ -37,6 +40,7 @@ DocumentWindow::DocumentWindow(std::unique_ptr<Document> document, const WindowS
     if (m_document->isUndecoded())
         m_document->textView().setEditable(false);
     m_menu = new MainMenu(*this);
+    m_document->textView().setContextMenu(m_menu->newContextMenu());
     m_status->showPosition(*m_document);
     updateTitle();
     showStateMessages(*this);
@@ -59,7 +63,6 @@ void DocumentWindow::build()
     m_view = new TextViewWidget(m_document->textView(), m_document->overlay(), content);
     m_view->setFrameShape(QFrame::NoFrame);
     m_view->setAccessibleDescription(tr("Text of the document"));
-    m_view->setContextMenuPolicy(Qt::CustomContextMenu);
     m_status = new StatusLine(content);
     m_status->setObjectName(QStringLiteral("statusLine"));
     layout->addWidget(m_messages);
@@ -97,7 +100,7 @@ void DocumentWindow::connectDocument()
             showSettings(SettingsPopover::Reason::NewDocument);
     });
 
-    connect(m_view, &QWidget::customContextMenuRequested, this, &DocumentWindow::showContextMenu);
+    connect(m_view, &TextViewWidget::filesDropped, this, &DocumentWindow::openFiles);
     connect(m_messages, &MessageArea::dismissed, m_view, [this] { m_view->setFocus(); });
     connect(m_status, &StatusLine::positionClicked, this, &DocumentWindow::askForPlace);
     connect(m_status, &StatusLine::formClicked, this, [this] {
@@ -181,11 +184,27 @@ void DocumentWindow::changeEvent(QEvent* event)
         m_menu->scheduleRefresh();
 }
 
-void DocumentWindow::showContextMenu(QPoint point)
+void DocumentWindow::openFiles(const QStringList& paths)
 {
-    QMenu* menu = m_menu->newContextMenu();
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->popup(m_view->viewport()->mapToGlobal(point));
+    std::vector<OpenTarget> targets;
+    for (const QString& path : paths)
+        targets.push_back({path, {}});
+    controller().open(targets, this);
+}
+
+void DocumentWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (localFiles(*event->mimeData()).isEmpty())
+        return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+void DocumentWindow::dropEvent(QDropEvent* event)
+{
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    openFiles(localFiles(*event->mimeData()));
 }
 
 void DocumentWindow::chooseFont()

@@ -84,6 +84,8 @@ Q_SIGNALS:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     bool event(QEvent* event) override;
 
 private:
@@ -91,7 +93,7 @@ private:
     void connectDocument();
     void updateTitle();
     void updateActivity();
-    void showContextMenu(QPoint point);
+    void openFiles(const QStringList& paths);
     void checkEncoding();
     void whenIdle(const std::function<void()>& then);
     void askBeforeClosing(const std::function<void(bool)>& then);

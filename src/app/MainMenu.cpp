@@ -96,25 +96,33 @@ void MainMenu::refresh()
     }
 }
 
-QMenu* MainMenu::newContextMenu()
+std::shared_ptr<QMenu> MainMenu::newContextMenu()
 {
-    refresh();
-    auto* menu = new QMenu(&m_window);
+    auto menu = std::make_shared<QMenu>();
+    connect(menu.get(), &QMenu::aboutToShow, this, [this, menu = menu.get()] {
+        refresh();
+        if (menu->isEmpty())
+            addContextCommands(*menu);
+    });
+    return menu;
+}
+
+void MainMenu::addContextCommands(QMenu& menu)
+{
     for (const MenuDefinition& definition : menuTable()) {
         for (const MenuItem& item : definition.items) {
             if (!item.inContextMenu)
                 continue;
             if (!item.text) {
-                menu->addSeparator();
+                menu.addSeparator();
                 continue;
             }
             for (const Command& command : m_commands) {
                 if (command.item == &item)
-                    menu->addAction(command.action);
+                    menu.addAction(command.action);
             }
         }
     }
-    return menu;
 }
 
 } // namespace quillory

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QTimer>
+#include <memory>
 #include <vector>
 
 class QAction;
@@ -25,8 +26,8 @@ public:
     /// Brings the commands up to date once the events at hand are dealt with.
     void scheduleRefresh() { m_refresh.start(); }
 
-    /// The commands that belong under the mouse; the caller shows and deletes it.
-    QMenu* newContextMenu();
+    /// The commands that belong under the mouse. They are filled in, and made true, when it shows.
+    std::shared_ptr<QMenu> newContextMenu();
 
 private:
     struct Command
@@ -37,6 +38,7 @@ private:
 
     void fill();
     void addItem(QMenu& menu, const MenuItem& item);
+    void addContextCommands(QMenu& menu);
     void refresh();
 
     DocumentWindow& m_window;

@@ -9,6 +9,7 @@
 #include "app/StatusLine.h"
 #include "app/ViewAppearance.h"
 #include "document/Document.h"
+#include "editing/SelectionCommands.h"
 #include "text/LineBreaks.h"
 #include "view/TextViewWidget.h"
 
@@ -228,6 +229,18 @@ constexpr MenuItem editMenu[]{
      .inContextMenu = true,
      .standardKey = QKeySequence::SelectAll,
      .run = [](W& w) { w.view().selectAll(); }},
+    separator,
+    // Desktops take most arrows with Ctrl and Alt for themselves.
+    {.text = ENTRY("Add Caret A&bove"),
+     .ownKeys = "Alt+PgUp; Ctrl+Alt+Up",
+     .run = [](W& w) { w.view().addCaretAbove(); }},
+    {.text = ENTRY("Add Caret Belo&w"),
+     .ownKeys = "Alt+PgDown; Ctrl+Alt+Down",
+     .run = [](W& w) { w.view().addCaretBelow(); }},
+    {.text = ENTRY("Split Selection into &Lines"),
+     .ownKeys = "Ctrl+Shift+L",
+     .run = [](W& w) { splitSelectionsIntoLines(w.document().textView()); },
+     .isEnabled = hasSelection},
 };
 
 constexpr MenuItem viewMenu[]{

@@ -1,7 +1,7 @@
 #include "app/RereadFlow.h"
 
 #include "app/UserQuestions.h"
-#include "document/Background.h"
+#include "foundation/Background.h"
 #include "document/Document.h"
 #include "text/EncodingTable.h"
 

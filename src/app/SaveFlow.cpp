@@ -1,7 +1,7 @@
 #include "app/SaveFlow.h"
 
 #include "app/UserQuestions.h"
-#include "document/Background.h"
+#include "foundation/Background.h"
 #include "document/Document.h"
 #include "document/DocumentType.h"
 #include "document/SafeFileWriter.h"

@@ -1,6 +1,6 @@
 #include "document/Document.h"
 
-#include "document/Background.h"
+#include "foundation/Background.h"
 #include "document/CharsetProbe.h"
 #include "document/DocumentType.h"
 #include "document/DocumentWindowHost.h"

@@ -1,5 +1,7 @@
 #include "view/SnapshotMimeData.h"
 
+#include "text/Utf8.h"
+
 #include <QStringList>
 
 namespace quillory {
@@ -11,28 +13,75 @@ QString plainText()
     return QStringLiteral("text/plain");
 }
 
+QString htmlText()
+{
+    return QStringLiteral("text/html");
+}
+
+QByteArray utf8Of(const TextSnapshot& text)
+{
+    QByteArray bytes;
+    bytes.reserve(text.length());
+    QString widened;
+    text.forEachPiece(text.range(), [&](const TextPiece& piece) {
+        QStringView units;
+        if (const auto* latin1 = std::get_if<QLatin1StringView>(&piece.units)) {
+            if (asciiPrefixLength(QByteArrayView(latin1->data(), latin1->size())) ==
+                latin1->size()) {
+                bytes.append(latin1->data(), latin1->size());
+                return;
+            }
+            widened = QString(*latin1);
+            units = widened;
+        } else {
+            units = std::get<QStringView>(piece.units);
+        }
+        while (!units.isEmpty()) {
+            const qsizetype size = bytes.size();
+            bytes.resize(size + 3 * units.size());
+            const Utf8Progress progress = encodeUtf8(units, bytes.data() + size);
+            bytes.resize(size + progress.written);
+            units = units.sliced(progress.read);
+            if (!progress.valid) {
+                bytes += "\xEF\xBF\xBD";
+                units = units.sliced(1);
+            }
+        }
+    });
+    return bytes;
+}
+
 } // namespace
 
 bool SnapshotMimeData::hasFormat(const QString& mimeType) const
 {
-    return mimeType == plainText();
+    return formats().contains(mimeType);
 }
 
 QStringList SnapshotMimeData::formats() const
 {
-    return {plainText()};
+    QStringList result{utf8Text(), plainText()};
+    if (text().length() <= longestHtml)
+        result += htmlText();
+    return result;
 }
 
-QVariant SnapshotMimeData::retrieveData(const QString& mimeType, QMetaType) const
+QVariant SnapshotMimeData::retrieveData(const QString& mimeType, QMetaType type) const
 {
-    return mimeType == plainText() ? m_text.string() : QVariant();
+    if (!hasFormat(mimeType))
+        return {};
+    if (mimeType == htmlText())
+        return html();
+    if (mimeType == plainText() && type == QMetaType::fromType<QString>())
+        return text().string();
+    return utf8Of(text());
 }
 
-TextSnapshot SnapshotMimeData::textOf(const QMimeData& data)
+QString SnapshotMimeData::html() const
 {
-    if (const auto* own = qobject_cast<const SnapshotMimeData*>(&data))
-        return own->snapshot();
-    return TextSnapshot(data.text());
+    return QStringLiteral("<meta charset=\"utf-8\"><pre style=\"font-family: '%1', monospace\">")
+               .arg(m_fontFamily.toHtmlEscaped()) +
+           text().string().toHtmlEscaped() + QStringLiteral("</pre>");
 }
 
 } // namespace quillory

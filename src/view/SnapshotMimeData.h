@@ -1,33 +1,45 @@
 #pragma once
 
-#include "text/TextSnapshot.h"
+#include "editing/SelectionMerging.h"
 
+#include <QFont>
 #include <QMimeData>
 
 namespace quillory {
 
-/// Plain text for the clipboard or for a drag that holds a snapshot: however much text it is, it
-/// costs something only when somebody asks for it.
+/// Text for the clipboard or for a drag that holds a snapshot: however much text it is, it costs
+/// something only when somebody asks for it. It is offered as plain text, in UTF-8 without a
+/// detour, and, where it is not very long, as preformatted HTML in \a font, without any colours.
+/// Outside of this program an unpaired surrogate becomes U+FFFD.
 class SnapshotMimeData : public QMimeData
 {
     Q_OBJECT
 
 public:
-    explicit SnapshotMimeData(TextSnapshot text) : m_text(std::move(text)) {}
+    /// UTF-16 code units; longer text is not offered as HTML.
+    static constexpr TextOffset longestHtml = 500'000;
 
-    const TextSnapshot& snapshot() const { return m_text; }
+    SnapshotMimeData(JoinedText text, const QFont& font)
+        : m_text(std::move(text)), m_fontFamily(font.family())
+    {}
+
+    const TextSnapshot& text() const { return m_text.text; }
+    /// Where the text was put together from several selections.
+    const std::vector<TextRange>& parts() const { return m_text.parts; }
+
+    static QString utf8Text() { return QStringLiteral("text/plain;charset=utf-8"); }
 
     bool hasFormat(const QString& mimeType) const override;
     QStringList formats() const override;
-
-    /// The text of any \a data; a snapshot from this program without a copy.
-    static TextSnapshot textOf(const QMimeData& data);
 
 protected:
     QVariant retrieveData(const QString& mimeType, QMetaType type) const override;
 
 private:
-    TextSnapshot m_text;
+    QString html() const;
+
+    JoinedText m_text;
+    QString m_fontFamily;
 };
 
 } // namespace quillory

@@ -1,23 +1,28 @@
 #pragma once
 
 #include <QClipboard>
+#include <functional>
+
+class QFont;
 
 namespace quillory {
 
 class QPTextView;
 
 /// The clipboard and, where the platform has one, the primary selection (QClipboard::Selection).
-/// Both hold plain text, with its line breaks as they are.
+/// What is copied within the program is pasted as it was, at no cost however long it is. The text
+/// of other programs gets line feeds for its line breaks; long text is made ready aside.
 class TextClipboard
 {
 public:
     explicit TextClipboard(QPTextView& editor) : m_editor(editor) {}
 
-    /// Without selected text nothing is copied, and the clipboard keeps what it has.
-    void copy(QClipboard::Mode mode = QClipboard::Clipboard) const;
-    void cut();
-    void paste(QClipboard::Mode mode = QClipboard::Clipboard);
-    static bool canPaste(QClipboard::Mode mode = QClipboard::Clipboard);
+    /// Several selections come with line breaks between them. Without selected text nothing is
+    /// copied, and the clipboard keeps what it has. \a font is what rich text names.
+    void copy(const QFont& font, QClipboard::Mode mode = QClipboard::Clipboard) const;
+    void cut(const QFont& font);
+    /// Calls \a done when the text was inserted, unless the editor is gone by then.
+    void paste(QClipboard::Mode mode, const std::function<void()>& done);
 
 private:
     QPTextView& m_editor;

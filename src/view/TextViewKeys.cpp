@@ -4,6 +4,8 @@
 #include "view/RowMovement.h"
 #include "view/TextViewWidget.h"
 
+#include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <algorithm>
@@ -121,11 +123,23 @@ bool isTyping(const QKeyEvent& event)
 
 bool TextViewKeys::isEditingKey(const QKeyEvent& event)
 {
-    return movementFor(event) || editFor(event) || isTyping(event);
+    return movementFor(event) || editFor(event) || ColumnSelection::isColumnKey(event) ||
+           isTyping(event);
 }
 
 bool TextViewKeys::press(const QKeyEvent& event)
 {
+    const int page = m_view.viewport()->height() / m_view.textViewport().rowHeight() - 1;
+    if (m_view.columnSelection().press(event, page)) {
+        m_view.publishPrimarySelection();
+        m_view.showCaret();
+        return true;
+    }
+    if (event.key() == Qt::Key_F10 && modifiersOf(event) == shift) {
+        QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+        QCoreApplication::sendEvent(&m_view, &menu);
+        return true;
+    }
     if (const Movement* movement = movementFor(event)) {
         const bool extending = event.modifiers() & shift;
         movement->move(m_view, extending);

@@ -1,21 +1,22 @@
 #include "view/TextViewMouse.h"
 
+#include "editing/SelectionCommands.h"
+#include "view/TextDrag.h"
 #include "view/TextViewWidget.h"
 
 #include <QApplication>
 #include <QMouseEvent>
-#include <QTimerEvent>
 
 namespace quillory {
 
-namespace {
-constexpr int autoscrollInterval = 40; // milliseconds
-}
+TextViewMouse::TextViewMouse(TextViewWidget& view)
+    : m_view(view), m_autoscroll(view, [this](QPoint point) { extendTo(point); })
+{}
 
 void TextViewMouse::press(const QMouseEvent& event)
 {
-    m_position = event.position().toPoint();
-    const TextOffset offset = m_view.offsetAtPoint(m_position);
+    const QPoint position = event.position().toPoint();
+    const TextOffset offset = m_view.offsetAtPoint(position);
     if (event.button() == Qt::MiddleButton) {
         m_view.editor().setSelection(Selection::caret(offset));
         m_view.pastePrimarySelection();
@@ -23,34 +24,64 @@ void TextViewMouse::press(const QMouseEvent& event)
     }
     if (event.button() != Qt::LeftButton)
         return;
+    m_pressed = position;
     const bool triple =
         m_sinceDoubleClick.isValid() &&
         !m_sinceDoubleClick.hasExpired(QApplication::doubleClickInterval()) &&
-        (m_position - m_doubleClickPosition).manhattanLength() < QApplication::startDragDistance();
+        (position - m_doubleClickPosition).manhattanLength() < QApplication::startDragDistance();
     m_sinceDoubleClick.invalidate();
+    const bool adding = event.modifiers() & Qt::ControlModifier;
+    const bool extending = event.modifiers() & Qt::ShiftModifier;
     if (triple) {
-        start(offset, SelectionGranularity::Paragraph, false);
-    } else if (event.modifiers() & Qt::ShiftModifier) {
+        start(offset, SelectionGranularity::Paragraph, adding);
+    } else if (event.modifiers() & Qt::AltModifier) {
+        m_action = Action::SelectColumn;
+        if (extending)
+            m_view.columnSelection().resume();
+        else
+            m_view.columnSelection().start(m_view.cornerAtPoint(position));
+        extendTo(position);
+    } else if (extending) {
         const Selection primary = m_view.editor().primarySelection();
         m_granularity = SelectionGranularity::Character;
         m_origin = {primary.anchor, 0};
         m_others.clear();
-        m_dragging = true;
-        extendTo(offset);
-    } else {
-        start(offset, SelectionGranularity::Character, event.modifiers() & Qt::ControlModifier);
+        m_action = Action::Select;
+        extendTo(position);
+    } else if (isOnSelectedText(position)) {
+        m_action = Action::Grab;
+    } else if (!adding || !removeSelectionAt(m_view.editor(), offset)) {
+        start(offset, SelectionGranularity::Character, adding);
     }
 }
 
 void TextViewMouse::doubleClick(const QMouseEvent& event)
 {
-    if (event.button() != Qt::LeftButton) {
+    if (event.button() != Qt::LeftButton || event.modifiers() & Qt::AltModifier) {
         press(event);
         return;
     }
-    m_position = m_doubleClickPosition = event.position().toPoint();
+    m_pressed = m_doubleClickPosition = event.position().toPoint();
     m_sinceDoubleClick.start();
-    start(m_view.offsetAtPoint(m_position), SelectionGranularity::Word, false);
+    start(m_view.offsetAtPoint(m_doubleClickPosition), SelectionGranularity::Word,
+          event.modifiers() & Qt::ControlModifier);
+}
+
+bool TextViewMouse::isOnSelectedText(QPoint point) const
+{
+    const TextOffset offset = m_view.offsetAtPoint(point);
+    if (!isInSelectedText(m_view.editor(), offset))
+        return false;
+    // The nearest place between characters may be the edge of a selection on either side of it.
+    const bool isBefore = point.x() < m_view.caretRectAt(offset).x();
+    const auto isSelected = [&](TextOffset unit) {
+        const auto& selections = m_view.editor().selections();
+        const auto it = std::partition_point(
+            selections.begin(), selections.end(),
+            [&](const Selection& selection) { return selection.range().end() <= unit; });
+        return it != selections.end() && it->range().contains(unit);
+    };
+    return isSelected(isBefore ? offset - 1 : offset);
 }
 
 void TextViewMouse::start(TextOffset offset, SelectionGranularity granularity, bool adding)
@@ -59,11 +90,25 @@ void TextViewMouse::start(TextOffset offset, SelectionGranularity granularity, b
     m_granularity = granularity;
     m_origin = editor.selectionRangeForProposedRange({offset, 0}, granularity);
     m_others = adding ? editor.selections() : std::vector<Selection>();
-    m_dragging = true;
-    extendTo(offset);
+    m_action = Action::Select;
+    extendToOffset(offset, m_pressed);
 }
 
-void TextViewMouse::extendTo(TextOffset offset)
+void TextViewMouse::extendTo(QPoint point)
+{
+    if (m_action == Action::SelectColumn)
+        extendColumnTo(point);
+    else
+        extendToOffset(m_view.offsetAtPoint(point), point);
+}
+
+void TextViewMouse::extendColumnTo(QPoint point)
+{
+    m_view.columnSelection().extendTo(m_view.cornerAtPoint(point));
+    m_view.restartBlink();
+}
+
+void TextViewMouse::extendToOffset(TextOffset offset, QPoint point)
 {
     const TextRange reached =
         m_view.editor().selectionRangeForProposedRange({offset, 0}, m_granularity);
@@ -76,51 +121,40 @@ void TextViewMouse::extendTo(TextOffset offset)
     selections.push_back(selection);
     const size_t primary = selections.size() - 1;
     m_view.editor().setSelections(std::move(selections), primary);
-    m_view.takeAffinityAt(m_position);
+    m_view.takeAffinityAt(point);
     m_view.restartBlink();
 }
 
 void TextViewMouse::move(const QMouseEvent& event)
 {
-    if (!m_dragging || !(event.buttons() & Qt::LeftButton))
+    if (m_action == Action::None || !(event.buttons() & Qt::LeftButton))
         return;
-    m_position = event.position().toPoint();
-    extendTo(m_view.offsetAtPoint(m_position));
-    if (m_view.viewport()->rect().contains(m_position))
-        m_autoscroll.stop();
-    else if (!m_autoscroll.isActive())
-        m_autoscroll.start(autoscrollInterval, this);
+    const QPoint position = event.position().toPoint();
+    if (m_action == Action::Grab) {
+        if ((position - m_pressed).manhattanLength() < QApplication::startDragDistance())
+            return;
+        m_action = Action::None;
+        dragSelectedText(m_view);
+        return;
+    }
+    extendTo(position);
+    m_autoscroll.follow(position);
 }
 
 void TextViewMouse::release(const QMouseEvent& event)
 {
-    if (event.button() != Qt::LeftButton || !m_dragging)
+    if (event.button() != Qt::LeftButton || m_action == Action::None)
         return;
-    m_dragging = false;
+    const Action action = std::exchange(m_action, Action::None);
     m_autoscroll.stop();
+    if (action == Action::Grab) {
+        QPTextView& editor = m_view.editor();
+        const TextOffset offset = m_view.offsetAtPoint(m_pressed);
+        const bool removing = event.modifiers() & Qt::ControlModifier;
+        if (!removing || !removeSelectionAt(editor, offset))
+            editor.setSelection(Selection::caret(offset));
+    }
     m_view.publishPrimarySelection();
-}
-
-void TextViewMouse::timerEvent(QTimerEvent* event)
-{
-    if (event->timerId() == m_autoscroll.timerId())
-        scrollWhileOutside();
-    else
-        QObject::timerEvent(event);
-}
-
-/// The further outside the mouse is, the faster.
-void TextViewMouse::scrollWhileOutside()
-{
-    const QRect inside = m_view.viewport()->rect();
-    const auto outside = [](int value, int low, int high) {
-        return value < low ? value - low : std::max(0, value - high);
-    };
-    m_view.scrollBy(outside(m_position.x(), inside.left(), inside.right()),
-                    outside(m_position.y(), inside.top(), inside.bottom()));
-    const QPoint nearest(std::clamp(m_position.x(), inside.left(), inside.right()),
-                         std::clamp(m_position.y(), inside.top(), inside.bottom()));
-    extendTo(m_view.offsetAtPoint(nearest));
 }
 
 } // namespace quillory

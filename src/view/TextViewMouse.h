@@ -1,8 +1,8 @@
 #pragma once
 
 #include "editing/QPTextView.h"
+#include "view/Autoscroll.h"
 
-#include <QBasicTimer>
 #include <QElapsedTimer>
 #include <QPoint>
 
@@ -14,36 +14,44 @@ class TextViewWidget;
 
 /// Selecting with the mouse: clicks set the caret, double clicks select words, triple clicks lines,
 /// drags extend by what was clicked, and scroll when they leave the view. Shift extends, Ctrl adds
-/// a caret, the middle button inserts the primary selection.
-class TextViewMouse : public QObject
+/// a selection or takes the clicked one away, Alt selects a rectangle, the middle button inserts
+/// the primary selection. A press on selected text is the beginning of its drag, or, when it does
+/// not move, sets the caret at the release.
+class TextViewMouse
 {
-    Q_OBJECT
-
 public:
-    explicit TextViewMouse(TextViewWidget& view) : m_view(view) {}
+    explicit TextViewMouse(TextViewWidget& view);
 
     void press(const QMouseEvent& event);
     void doubleClick(const QMouseEvent& event);
     void move(const QMouseEvent& event);
     void release(const QMouseEvent& event);
 
-protected:
-    void timerEvent(QTimerEvent* event) override;
-
 private:
+    enum class Action
+    {
+        None,
+        Select,
+        SelectColumn,
+        Grab ///< of selected text, not yet a drag
+    };
+
+    bool isOnSelectedText(QPoint point) const;
     void start(TextOffset offset, SelectionGranularity granularity, bool adding);
-    void extendTo(TextOffset offset);
-    void scrollWhileOutside();
+    void extendTo(QPoint point);
+    void extendColumnTo(QPoint point);
+    /// \a offset is where the mouse, at \a point, is.
+    void extendToOffset(TextOffset offset, QPoint point);
 
     TextViewWidget& m_view;
+    Action m_action = Action::None;
     SelectionGranularity m_granularity = SelectionGranularity::Character;
     TextRange m_origin;              ///< what the press selected
     std::vector<Selection> m_others; ///< that stay beside the one being dragged
-    bool m_dragging = false;
-    QPoint m_position;
+    QPoint m_pressed;
     QElapsedTimer m_sinceDoubleClick;
     QPoint m_doubleClickPosition;
-    QBasicTimer m_autoscroll; ///< runs while a drag is held outside
+    Autoscroll m_autoscroll;
 };
 
 } // namespace quillory

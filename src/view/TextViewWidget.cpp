@@ -1,12 +1,14 @@
 #include "view/TextViewWidget.h"
 
 #include "view/FindIndicator.h"
+#include "view/TextContextMenu.h"
 #include "view/TextPainter.h"
 
 #include <QFontDatabase>
 #include <QKeyEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QScopedValueRollback>
 
 namespace quillory {
@@ -17,15 +19,17 @@ TextViewWidget::TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* pa
                  TextFont(QFontDatabase::systemFont(QFontDatabase::FixedFont))),
       m_viewport(m_geometry), m_scrolling(*this, m_viewport),
       m_rowMovement(editor, m_geometry, m_affinity),
-      m_visualMovement(editor, m_geometry, m_affinity), m_clipboard(editor), m_keys(*this),
-      m_mouse(*this), m_input(*this), m_announcer(*this),
-      m_colours(TextViewColours::fromPalette(palette()))
+      m_visualMovement(editor, m_geometry, m_affinity), m_columnSelection(editor, m_geometry),
+      m_clipboard(editor), m_drop(*this), m_keys(*this), m_mouse(*this), m_input(*this),
+      m_announcer(*this), m_colours(TextViewColours::fromPalette(palette()))
 {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_InputMethodEnabled);
     setFrameShape(QFrame::NoFrame);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     viewport()->setCursor(Qt::IBeamCursor);
+    setAcceptDrops(true);
+    viewport()->setAcceptDrops(true);
 
     const TextStorage& storage = editor.textStorage();
     connect(&storage, &TextStorage::edited, this, &TextViewWidget::followEdit);
@@ -158,6 +162,7 @@ void TextViewWidget::paintEvent(QPaintEvent* event)
     const TextPainter::Look look{m_overlay,         m_editor.selections(),  m_colours, hasFocus(),
                                  m_blink.isShown(), m_input.preeditStyle(), m_affinity};
     TextPainter(painter, m_geometry, m_viewport, look).paint(event->rect());
+    painter.fillRect(m_drop.caretRect(), m_colours.caret);
 }
 
 void TextViewWidget::updateCarets()
@@ -237,6 +242,11 @@ void TextViewWidget::dismissFindIndicator()
         m_findIndicator->dismiss();
 }
 
+ColumnSelection::Corner TextViewWidget::cornerAtPoint(QPoint point)
+{
+    return {m_viewport.rowAtY(point.y()).row.range.location, point.x() - m_viewport.left()};
+}
+
 void TextViewWidget::setRulerWidth(int width)
 {
     setViewportMargins(width, 0, 0, 0);
@@ -301,24 +311,42 @@ void TextViewWidget::setPreedit(const Preedit& preedit)
 
 void TextViewWidget::copy()
 {
-    m_clipboard.copy();
+    m_clipboard.copy(textFont());
 }
 
 void TextViewWidget::cut()
 {
-    m_clipboard.cut();
+    m_clipboard.cut(textFont());
     showCaret();
 }
 
 void TextViewWidget::paste()
 {
-    m_clipboard.paste();
-    showCaret();
+    pasteFrom(QClipboard::Clipboard);
 }
 
 void TextViewWidget::pastePrimarySelection()
 {
-    m_clipboard.paste(QClipboard::Selection);
+    pasteFrom(QClipboard::Selection);
+}
+
+void TextViewWidget::pasteFrom(QClipboard::Mode mode)
+{
+    m_clipboard.paste(mode, [view = QPointer(this)] {
+        if (view)
+            view->showCaret();
+    });
+}
+
+void TextViewWidget::addCaretAbove()
+{
+    m_columnSelection.addCaret(-1);
+    showCaret();
+}
+
+void TextViewWidget::addCaretBelow()
+{
+    m_columnSelection.addCaret(1);
     showCaret();
 }
 
@@ -397,6 +425,33 @@ void TextViewWidget::mouseReleaseEvent(QMouseEvent* event)
 {
     if (!m_input.takesMouse(*event))
         m_mouse.release(*event);
+}
+
+void TextViewWidget::contextMenuEvent(QContextMenuEvent* event)
+{
+    showContextMenu(*this, *event);
+}
+
+void TextViewWidget::dragEnterEvent(QDragEnterEvent* event)
+{
+    m_drop.move(*event);
+    // Where the drag comes in may be no place to drop it, and yet it is to be told of the others.
+    event->accept();
+}
+
+void TextViewWidget::dragMoveEvent(QDragMoveEvent* event)
+{
+    m_drop.move(*event);
+}
+
+void TextViewWidget::dragLeaveEvent(QDragLeaveEvent*)
+{
+    m_drop.leave();
+}
+
+void TextViewWidget::dropEvent(QDropEvent* event)
+{
+    m_drop.drop(*event);
 }
 
 void TextViewWidget::focusInEvent(QFocusEvent* event)

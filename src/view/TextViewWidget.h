@@ -3,9 +3,11 @@
 #include "editing/QPTextView.h"
 #include "text/Overlay.h"
 #include "view/CaretBlink.h"
+#include "view/ColumnSelection.h"
 #include "view/RepaintTracker.h"
 #include "view/RowMovement.h"
 #include "view/TextClipboard.h"
+#include "view/TextDrop.h"
 #include "view/TextViewAnnouncer.h"
 #include "view/TextViewColours.h"
 #include "view/TextViewInput.h"
@@ -84,6 +86,9 @@ public:
     VisualMovement& visualMovement() { return m_visualMovement; }
     /// Has the primary caret hang on the character that \a point, where it was set, is beside.
     void takeAffinityAt(QPoint point);
+    ColumnSelection& columnSelection() { return m_columnSelection; }
+    /// The corner of a rectangle that lies at \a point.
+    ColumnSelection::Corner cornerAtPoint(QPoint point);
     /// By screens, down when positive; the text scrolls along.
     void moveByPages(int pages, bool extending);
     /// Exactly by so many pixels.
@@ -92,7 +97,7 @@ public:
     void showCaret();
     void restartBlink() { m_blink.restart(); }
     void setPreedit(const Preedit& preedit);
-    void publishPrimarySelection() { m_clipboard.copy(QClipboard::Selection); }
+    void publishPrimarySelection() { m_clipboard.copy(textFont(), QClipboard::Selection); }
     void pastePrimarySelection();
 
     WorkCounters& workCounters() { return m_geometry.counters(); }
@@ -105,12 +110,16 @@ public Q_SLOTS:
     void selectAll();
     void undo();
     void redo();
+    void addCaretAbove();
+    void addCaretBelow();
 
 Q_SIGNALS:
     /// Other lines are in sight, or lines in sight have moved.
     void visibleRangeChanged();
     /// The wheel was turned with Ctrl held; positive \a steps are to enlarge the text.
     void zoomRequested(int steps);
+    /// Files of this machine were dropped on the text.
+    void filesDropped(const QStringList& paths);
 
 protected:
     bool event(QEvent* event) override;
@@ -126,6 +135,11 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     bool focusNextPrevChild(bool next) override;
@@ -138,6 +152,7 @@ private:
     void scheduleRefresh();
     void refresh();
     void updateCarets();
+    void pasteFrom(QClipboard::Mode mode);
 
     QPTextView& m_editor;
     Overlay& m_overlay;
@@ -148,7 +163,9 @@ private:
     CaretAffinity m_affinity;
     RowMovement m_rowMovement;
     VisualMovement m_visualMovement;
+    ColumnSelection m_columnSelection;
     TextClipboard m_clipboard;
+    TextDrop m_drop;
     TextViewKeys m_keys;
     TextViewMouse m_mouse;
     TextViewInput m_input;

@@ -1,5 +1,6 @@
 #include "ViewHarness.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QTest>
@@ -105,6 +106,23 @@ TEST_F(TextViewMouseTest, controlAddsACaret)
     expect("ox|ne two three\nfx|our five\n\nsix");
     harness.click(3);
     expect("oxn|e two three\nfxour five\n\nsix");
+}
+
+TEST_F(TextViewMouseTest, controlTakesACaretOrASelectionAwayAndAddsWords)
+{
+    harness.click(1);
+    harness.click(15, Qt::ControlModifier);
+    harness.click(1, Qt::ControlModifier);
+    expect("one two three\nf|our five\n\nsix");
+    harness.click(15, Qt::ControlModifier); // the last one stays
+    expect("one two three\nf|our five\n\nsix");
+    const QPoint word = harness.pointOf(5);
+    QTest::mouseClick(harness.view.viewport(), left, Qt::ControlModifier, word);
+    QTest::mouseDClick(harness.view.viewport(), left, Qt::ControlModifier, word);
+    expect("one ^two| three\nf|our five\n\nsix");
+    QTest::qWait(QApplication::doubleClickInterval() + 50); // or it would be a triple click
+    harness.click(5, Qt::ControlModifier);
+    expect("one two three\nf|our five\n\nsix");
 }
 
 TEST_F(TextViewMouseTest, aDragHeldOutsideScrollsOn)

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "editing/QPTextView.h"
+#include "view/PastedText.h"
+
+namespace quillory {
+
+/// A long text that is being made ready aside, and the selections it is to replace, which follow
+/// the edits made meanwhile. It is given up when such an edit replaces what it is to stand in or
+/// beside, and when the editor goes.
+class PendingPaste : public QObject
+{
+    Q_OBJECT
+
+public:
+    PendingPaste(QPTextView& editor, const QString& actionName);
+
+    /// Deletes itself when the text was inserted, which it says by finished(), or given up.
+    void start(PastedText text);
+
+Q_SIGNALS:
+    void finished();
+
+private:
+    void followEdit(const TextChange& change);
+    void insert(const TextSnapshot& text);
+
+    QPTextView& m_editor;
+    QString m_actionName;
+    std::vector<Selection> m_targets;
+    bool m_lost = false;
+};
+
+} // namespace quillory
