@@ -1,9 +1,9 @@
 #include "app/DocumentLoader.h"
 
 #include "app/StandardInput.h"
-#include "foundation/Background.h"
 #include "document/DocumentType.h"
 #include "document/FileBytes.h"
+#include "foundation/Background.h"
 
 #include <QFileInfo>
 #include <QPointer>

@@ -1,8 +1,8 @@
 #include "app/RereadFlow.h"
 
 #include "app/UserQuestions.h"
-#include "foundation/Background.h"
 #include "document/Document.h"
+#include "foundation/Background.h"
 #include "text/EncodingTable.h"
 
 #include <QWidget>

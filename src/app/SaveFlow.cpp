@@ -1,10 +1,10 @@
 #include "app/SaveFlow.h"
 
 #include "app/UserQuestions.h"
-#include "foundation/Background.h"
 #include "document/Document.h"
 #include "document/DocumentType.h"
 #include "document/SafeFileWriter.h"
+#include "foundation/Background.h"
 
 #include <QDir>
 #include <QWidget>

@@ -1,6 +1,5 @@
 #include "document/Document.h"
 
-#include "foundation/Background.h"
 #include "document/CharsetProbe.h"
 #include "document/DocumentType.h"
 #include "document/DocumentWindowHost.h"
@@ -8,6 +7,7 @@
 #include "document/RecoveryStore.h"
 #include "document/TextConversion.h"
 #include "foundation/ApplicationFolders.h"
+#include "foundation/Background.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/UserDefaults.h"
 
