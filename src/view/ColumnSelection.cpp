@@ -261,7 +261,7 @@ void ColumnSelection::moveSideways(int step)
 {
     const TextGeometry::Row row = m_geometry.rowAt(m_head.offset);
     const double advance = m_geometry.font().advance();
-    const TextOffset end = m_geometry.rowEnd(row);
+    const TextOffset end = row.range.end();
     const double endX = m_geometry.xOf(row, end);
     double x = m_head.x + step * advance;
     const bool isBehind = step > 0 ? m_head.x > endX - advance / 2 : x > endX - advance / 2;
