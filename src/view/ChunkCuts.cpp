@@ -15,11 +15,13 @@ TextOffset unitsToCut(const TextSnapshot& text, TextRange range, TextOffset offs
 {
     TextReader reader(text);
     const TextOffset limit = std::max(range.location + 1, offset - reach);
-    for (TextOffset cut = offset; cut >= limit; --cut) {
-        // A mark may stand on a blank.
-        const bool beforeMark = cut < range.end() && QChar(reader.at(cut)).isMark();
-        if (reader.at(cut - 1) == u' ' && !beforeMark)
-            return offset - cut;
+    for (const char16_t blank : {u'\t', u' '}) {
+        for (TextOffset cut = offset; cut >= limit; --cut) {
+            // A mark may stand on a blank.
+            const bool beforeMark = cut < range.end() && QChar(reader.at(cut)).isMark();
+            if (reader.at(cut - 1) == blank && !beforeMark)
+                return offset - cut;
+        }
     }
     const TextOffset cut = characterStart(text, offset);
     if (cut >= limit)

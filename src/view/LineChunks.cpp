@@ -1,16 +1,25 @@
 #include "view/LineChunks.h"
 
+#include <cmath>
+
 namespace quillory {
 
 namespace {
 // An edit further away than this leaves a cut as good as it was.
 constexpr TextOffset cutReach = 128;
+
+float roundedWidth(double width)
+{
+    return float(std::round(width * 64) / 64);
+}
 } // namespace
 
 LineChunks::LineChunks(TextOffset length, double unitWidth)
     : m_length(length), m_unitWidth(unitWidth)
 {
     m_chunks = cut(length);
+    for (const Chunk& chunk : m_chunks)
+        m_width += chunk.width;
 }
 
 std::vector<LineChunks::Chunk> LineChunks::cut(TextOffset length) const
@@ -20,7 +29,7 @@ std::vector<LineChunks::Chunk> LineChunks::cut(TextOffset length) const
     chunks.reserve(size_t(count));
     for (TextOffset i = 0; i < count; ++i) {
         const TextOffset units = length * (i + 1) / count - length * i / count;
-        chunks.push_back({int(units), float(double(units) * m_unitWidth)});
+        chunks.push_back({int(units), roundedWidth(double(units) * m_unitWidth), 0});
     }
     return chunks;
 }
@@ -68,23 +77,24 @@ LineChunks::Place LineChunks::placeAtX(double x) const
     return m_finger;
 }
 
-double LineChunks::width() const
-{
-    const Place last = placeOf(count() - 1);
-    return last.x + m_chunks.back().width;
-}
-
 bool LineChunks::isSettled(size_t index) const
 {
     return index == 0 || index == count() || m_chunks[index].settled;
 }
 
+void LineChunks::setWidthOf(Chunk& chunk, double width)
+{
+    const float rounded = roundedWidth(width);
+    m_width += double(rounded) - double(chunk.width);
+    chunk.width = rounded;
+}
+
 /// The width grows or shrinks with the length, until it is measured again.
-void LineChunks::resize(Chunk& chunk, TextOffset difference) const
+void LineChunks::resize(Chunk& chunk, TextOffset difference)
 {
     const double unitWidth = chunk.length > 0 ? double(chunk.width) / chunk.length : m_unitWidth;
     chunk.length += int(difference);
-    chunk.width = float(chunk.length * unitWidth);
+    setWidthOf(chunk, chunk.length * unitWidth);
     if (chunk.state == Width::Measured)
         chunk.state = Width::Edited;
 }
@@ -101,24 +111,50 @@ void LineChunks::settle(size_t index, TextOffset units)
     resize(chunk, units);
 }
 
+void LineChunks::unsettle(size_t index)
+{
+    if (index > 0 && index < count())
+        m_chunks[index].settled = false;
+}
+
 void LineChunks::unsettle()
 {
-    for (Chunk& chunk : m_chunks)
+    for (Chunk& chunk : m_chunks) {
         chunk.settled = false;
+        chunk.lastRow = 0;
+    }
+}
+
+bool LineChunks::setLastRow(size_t index, TextOffset units)
+{
+    const int before = std::exchange(m_chunks[index].lastRow, int(units));
+    return before == 0 || before == units;
+}
+
+/// The first chunk to be laid out tells of the others.
+void LineChunks::learn(size_t index, double width)
+{
+    m_learnt = true;
+    m_unitWidth = width / double(m_chunks[index].length);
+    for (Chunk& chunk : m_chunks)
+        setWidthOf(chunk, double(chunk.length) * m_unitWidth);
+    m_finger = {};
 }
 
 double LineChunks::setWidth(size_t index, double width)
 {
     Chunk& chunk = m_chunks[index];
     // So many chunks can be in sight at most, though they be full of marks that take no room.
-    const float measured = float(std::max(width, double(chunk.length) * m_unitWidth / 32));
+    const float measured = roundedWidth(std::max(width, double(chunk.length) / 4));
     if (chunk.state == Width::Measured && chunk.width == measured)
         return 0;
+    if (!m_learnt)
+        learn(index, measured);
     moveFinger(index);
     const double difference = double(measured) - double(chunk.width);
     const bool holdsRight = chunk.state == Width::Estimated && index + 1 < count() &&
                             m_chunks[index + 1].state == Width::Measured;
-    chunk.width = measured;
+    setWidthOf(chunk, measured);
     chunk.state = Width::Measured;
     return holdsRight ? difference : 0;
 }
@@ -147,6 +183,10 @@ void LineChunks::followEdit(TextRange replaced, TextOffset inserted)
     } else {
         const std::vector<Chunk> chunks = cut(newLength);
         const bool settled = begin->settled;
+        for (auto it = begin; it != begin + qsizetype(last.index - first.index) + 1; ++it)
+            m_width -= it->width;
+        for (const Chunk& chunk : chunks)
+            m_width += chunk.width;
         const auto at = m_chunks.erase(begin, begin + qsizetype(last.index - first.index) + 1);
         m_chunks.insert(at, chunks.begin(), chunks.end())->settled = settled;
         added = chunks.size();
@@ -162,9 +202,10 @@ void LineChunks::followEdit(TextRange replaced, TextOffset inserted)
 void LineChunks::resetWidths(double unitWidth)
 {
     m_unitWidth = unitWidth;
+    m_learnt = false;
     m_finger = {};
     for (Chunk& chunk : m_chunks) {
-        chunk.width = float(double(chunk.length) * unitWidth);
+        setWidthOf(chunk, double(chunk.length) * unitWidth);
         chunk.state = Width::Estimated;
     }
 }

@@ -15,7 +15,9 @@ namespace quillory {
 // and are found laid out.
 //
 // Each chunk has a width: an estimate by its length until it has been laid out. Places are sums
-// over the chunks before; a finger at the place asked for last makes those near it cheap.
+// over the chunks before; a finger at the place asked for last makes those near it cheap. The first
+// chunk that is laid out tells how wide the characters of the line are, and the estimates of all
+// the others follow it. Widths are multiples of 1/64, so that sums of them are exact.
 
 class LineChunks
 {
@@ -40,7 +42,7 @@ public:
 
     size_t count() const { return m_chunks.size(); }
     TextOffset length() const { return m_length; }
-    double width() const;
+    double width() const { return m_width; }
     TextOffset lengthOf(size_t index) const { return m_chunks[index].length; }
     double widthOf(size_t index) const { return m_chunks[index].width; }
 
@@ -51,10 +53,17 @@ public:
 
     /// Whether the cut before chunk \a index has its final place; the line's ends always have.
     bool isSettled(size_t index) const;
-    /// Settles the cut before chunk \a index, \a units further left than it was.
+    /// Settles the cut before chunk \a index, \a units further left than it was, or, where
+    /// negative, further right.
     void settle(size_t index, TextOffset units);
+    /// Lets the cut before chunk \a index be settled anew; the line's ends stay.
+    void unsettle(size_t index);
     /// Lets every cut be settled anew.
     void unsettle();
+
+    /// With wrapping: says how many units the last row of a chunk has. False when they were others
+    /// before, so that the chunk may not end with a full row any more.
+    bool setLastRow(size_t index, TextOffset units);
 
     /// Says how wide a chunk really is; one with hardly any width is taken to be wider. Answers how
     /// far that moves what lies to its right, where the chunk to the right has been laid out and so
@@ -78,17 +87,22 @@ private:
     {
         int length = 0;
         float width = 0;
+        int lastRow = 0; ///< units in it; 0 when not known
         Width state = Width::Estimated;
         bool settled = false; ///< the cut before it
     };
 
     void moveFinger(size_t index) const;
-    void resize(Chunk& chunk, TextOffset difference) const;
+    void setWidthOf(Chunk& chunk, double width);
+    void learn(size_t index, double width);
+    void resize(Chunk& chunk, TextOffset difference);
     std::vector<Chunk> cut(TextOffset length) const;
 
     std::vector<Chunk> m_chunks;
     TextOffset m_length;
     double m_unitWidth;
+    double m_width = 0;
+    bool m_learnt = false; ///< the unit width, from a chunk that was laid out
     mutable Place m_finger;
 };
 

@@ -35,6 +35,16 @@ LineLayout::LineLayout(const QString& text, const TextFont& font, const Style& s
     QTextOption option(style.wrapWidth > 0 && m_rightToLeft ? Qt::AlignRight | Qt::AlignAbsolute
                                                             : Qt::AlignLeft | Qt::AlignAbsolute);
     option.setTabStopDistance(font.tabDistance());
+    if (style.tabPhase > 0) {
+        // One stop more than there are tabs, since each goes on to the next stop at least; the
+        // characters between them are passed in steps of a few columns.
+        QList<QTextOption::Tab> stops;
+        const auto count = qsizetype(double(text.size()) * 4 / font.tabColumns()) + 2;
+        for (qsizetype i = 1; i <= count; ++i)
+            stops.append(QTextOption::Tab(double(i) * font.tabDistance() - style.tabPhase,
+                                          QTextOption::LeftTab));
+        option.setTabs(stops);
+    }
     option.setTextDirection(m_rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
     option.setWrapMode(style.wrapWidth > 0 ? QTextOption::WrapAtWordBoundaryOrAnywhere
                                            : QTextOption::NoWrap);
@@ -182,17 +192,15 @@ void LineLayout::forEachStretch(int row, int start, int end,
     double right = 0;
     for (int index = start; index < end;) {
         const int next = std::clamp(m_layout.nextCursorPosition(index), index + 1, end);
-        const double leading = line.cursorToX(index, QTextLine::Leading);
-        const double trailing = line.cursorToX(index, QTextLine::Trailing);
-        const auto [low, high] = std::minmax(leading, trailing);
-        if (index > start && (low == right || high == left)) {
-            left = std::min(left, low);
-            right = std::max(right, high);
+        const Character place = characterFrom(row, index);
+        if (index > start && (place.left == right || place.right == left)) {
+            left = std::min(left, place.left);
+            right = std::max(right, place.right);
         } else {
             if (right > left)
                 visit(left, right);
-            left = low;
-            right = high;
+            left = place.left;
+            right = place.right;
         }
         index = next;
     }

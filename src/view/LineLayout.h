@@ -37,6 +37,8 @@ public:
         double wrapWidth = 0; ///< 0: a single row
         /// Auto takes the direction of the first strong character.
         Qt::LayoutDirection direction = Qt::LayoutDirectionAuto;
+        /// How far the text begins behind a tab stop, in a single row.
+        double tabPhase = 0;
     };
 
     LineLayout(const QString& text, const TextFont& font, const Style& style);

@@ -1,7 +1,10 @@
 #include "view/LineSegments.h"
 
+#include "text/TextReader.h"
 #include "view/ChunkCuts.h"
 #include "view/DisplayText.h"
+
+#include <cmath>
 
 namespace quillory {
 
@@ -44,16 +47,21 @@ bool LineSegments::isRightToLeft(TextRange content)
     return wholeLine(content).layout->isRightToLeft();
 }
 
-LineSegment LineSegments::segment(TextRange range, const TextLayoutCache::Style& style)
+/// \a range: of the line with this \a content. Composed text where two pieces meet stands in the
+/// later one.
+LineSegment LineSegments::segment(TextRange range, TextRange content,
+                                  const TextLayoutCache::Style& style)
 {
     const bool known = m_last.text.isSameTree(text()) && m_last.segment.range == range &&
-                       m_last.preedit == m_preedit && m_last.segment.layout;
+                       m_last.preedit == m_preedit && m_last.style == style &&
+                       m_last.segment.layout;
     if (known)
         return m_last.segment;
     LineSegment result;
     QString shown = displayText(text(), range, font().hasControlPictures(), counters());
+    const bool holdsEnd = range.end() == content.end();
     if (!m_preedit.text.isEmpty() && m_preedit.offset >= range.location &&
-        m_preedit.offset <= range.end()) {
+        m_preedit.offset < range.end() + (holdsEnd ? 1 : 0)) {
         result.preeditStart = int(m_preedit.offset - range.location);
         result.preeditLength = int(m_preedit.text.size());
         shown.insert(result.preeditStart, m_preedit.text);
@@ -61,13 +69,13 @@ LineSegment LineSegments::segment(TextRange range, const TextLayoutCache::Style&
     result.layout = m_cache.layout(shown, style);
     result.range = range;
     result.base = range.location;
-    m_last = {text(), m_preedit, result};
+    m_last = {text(), m_preedit, style, result};
     return result;
 }
 
 LineSegment LineSegments::wholeLine(TextRange content)
 {
-    LineSegment result = segment(content, {});
+    LineSegment result = segment(content, content, {});
     if (!wraps() && result.layout->isRightToLeft())
         result.x = m_rightEdge - result.layout->rowWidth(0);
     return result;
@@ -80,36 +88,132 @@ void LineSegments::settleCut(TextRange content, LineChunks& chunks, size_t cut)
     chunks.settle(cut, unitsToCut(text(), TextRange::between(before, content.end()), offset));
 }
 
+TextRange LineSegments::rangeOf(TextRange content, const LineChunks& chunks, size_t index) const
+{
+    return {content.location + chunks.placeOf(index).start, chunks.lengthOf(index)};
+}
+
 LineSegment LineSegments::chunk(TextRange content, size_t index)
 {
     LineChunks& chunks = m_longLines.chunks(content);
-    const TextLayoutCache::Style style{isRightToLeft(content) ? Qt::RightToLeft : Qt::LeftToRight,
-                                       true};
-    const auto segmentNow = [&] {
-        const TextOffset start = content.location + chunks.placeOf(index).start;
-        return segment({start, chunks.lengthOf(index)}, style);
-    };
-    if (!chunks.isSettled(index))
-        settleCut(content, chunks, index);
-    if (!chunks.isSettled(index + 1)) {
-        settleCut(content, chunks, index + 1);
-        if (wraps()) {
-            // The next chunk begins with the row that this one cannot fill, so that the seam does
-            // not show.
-            const LineSegment whole = segmentNow();
-            const int lastRow = whole.layout->rowCount() - 1;
-            const TextOffset rest = whole.layout->length() - whole.layout->rowStart(lastRow);
-            if (whole.preeditLength == 0 && rest < whole.range.length / 2)
-                chunks.settle(index + 1, rest);
-        }
-    }
-    LineSegment result = segmentNow();
     if (wraps())
-        return result;
+        return wrappedChunk(content, chunks, index);
+    for (const size_t cut : {index, index + 1}) {
+        if (!chunks.isSettled(cut))
+            settleCut(content, chunks, cut);
+    }
+    TextLayoutCache::Style style = chunkStyle(content);
+    style.tabPhase = tabPhase(content, chunks, index);
+    LineSegment result = segment(rangeOf(content, chunks, index), content, style);
     const double amount = chunks.setWidth(index, result.layout->rowWidth(0));
     result.x = leftOf(content, index);
-    if (amount != 0)
+    if (amount != 0 && style.direction == Qt::LeftToRight)
         m_shifts.push_back({content.location, result.x, amount});
+    return result;
+}
+
+TextLayoutCache::Style LineSegments::chunkStyle(TextRange content)
+{
+    return {isRightToLeft(content) ? Qt::RightToLeft : Qt::LeftToRight, true};
+}
+
+/// Tab stops count from the line's start. How far a chunk begins behind one follows from what
+/// stands between it and the last tab before it, wherever both are; only where no tab is near it
+/// takes the chunk's place in the line, which is exact once all chunks before were laid out.
+double LineSegments::tabPhase(TextRange content, const LineChunks& chunks, size_t index)
+{
+    const TextRange range = rangeOf(content, chunks, index);
+    TextReader reader(text());
+    TextOffset tab = range.location;
+    while (tab < range.end() && reader.at(tab) != u'\t')
+        ++tab;
+    if (index == 0 || tab == range.end())
+        return 0;
+    TextOffset start = range.location;
+    const TextOffset limit = std::max(content.location, start - LineChunks::longLine);
+    while (start > limit && reader.at(start - 1) != u'\t')
+        --start;
+    double x = chunks.placeOf(index).x;
+    if (start > limit || limit == content.location) {
+        const QString shown = displayText(text(), TextRange::between(start, range.location),
+                                          font().hasControlPictures(), counters());
+        x = shown.isEmpty() ? 0 : m_cache.layout(shown, chunkStyle(content))->rowWidth(0);
+    }
+    return std::fmod(x, font().tabDistance());
+}
+
+// Wrapped chunks
+
+/// The row that holds \a end, or begins there, when \a range and a row more are laid out in one go.
+TextOffset LineSegments::rowStartAt(TextRange content, TextRange range)
+{
+    const auto ahead = TextOffset(2 * wrapWidth() / font().advance()) + 16;
+    const TextOffset end = std::min(content.end(), range.end() + ahead);
+    const QString shown = displayText(text(), TextRange::between(range.location, end),
+                                      font().hasControlPictures(), counters());
+    const auto layout = m_cache.layout(shown, chunkStyle(content));
+    return range.location + layout->rowStart(layout->rowOf(int(range.length)));
+}
+
+/// Ends chunk \a index with a full row, so that the seam does not show.
+void LineSegments::endWithFullRow(TextRange content, LineChunks& chunks, size_t index)
+{
+    const TextRange range = rangeOf(content, chunks, index);
+    const TextOffset row = rowStartAt(content, range);
+    const bool isLong = row - range.location > range.length / 2;
+    chunks.settle(index + 1, isLong ? range.end() - row : 0);
+}
+
+/// Where the reader came from below, the chunk after is in sight and stays as it is; so a start is
+/// sought from which the rows fill up to it.
+void LineSegments::beginForFullRows(TextRange content, LineChunks& chunks, size_t index)
+{
+    constexpr int tries = 8;
+    const TextRange range = rangeOf(content, chunks, index);
+    TextOffset start = range.location;
+    for (int i = 0; i < tries && start < range.location + range.length / 2; ++i) {
+        const TextOffset missing =
+            range.end() - rowStartAt(content, TextRange::between(start, range.end()));
+        if (missing == 0) {
+            chunks.settle(index, range.location - start);
+            return;
+        }
+        const TextRange rest = TextRange::between(start, content.end());
+        const TextOffset next = start + missing - unitsToCut(text(), rest, start + missing);
+        start = next > start ? next : start + missing;
+    }
+}
+
+void LineSegments::settleStart(TextRange content, LineChunks& chunks, size_t index)
+{
+    // Near the line's start the rows are those that follow from it.
+    constexpr size_t nearStart = 4;
+    if (index <= nearStart || chunks.isSettled(index - 1)) {
+        wrappedChunk(content, chunks, index - 1);
+        return;
+    }
+    settleCut(content, chunks, index);
+    if (index + 1 < chunks.count() && chunks.isSettled(index + 1))
+        beginForFullRows(content, chunks, index);
+}
+
+LineSegment LineSegments::wrappedChunk(TextRange content, LineChunks& chunks, size_t index)
+{
+    if (!chunks.isSettled(index))
+        settleStart(content, chunks, index);
+    const auto lastRow = [](const LineSegment& segment) {
+        return segment.layout->length() - segment.layout->rowStart(segment.layout->rowCount() - 1);
+    };
+    if (!chunks.isSettled(index + 1))
+        endWithFullRow(content, chunks, index);
+    LineSegment result = segment(rangeOf(content, chunks, index), content, chunkStyle(content));
+    if (result.preeditLength > 0 || chunks.setLastRow(index, lastRow(result)) ||
+        index + 1 == chunks.count())
+        return result;
+    // An edit moved the rows from one to the next.
+    endWithFullRow(content, chunks, index);
+    result = segment(rangeOf(content, chunks, index), content, chunkStyle(content));
+    chunks.setLastRow(index, lastRow(result));
     return result;
 }
 

@@ -87,6 +87,7 @@ private:
     {
         TextSnapshot text;
         Preedit preedit;
+        TextLayoutCache::Style style;
         LineSegment segment;
     };
     struct Shift
@@ -96,8 +97,16 @@ private:
         double amount;
     };
 
-    LineSegment segment(TextRange range, const TextLayoutCache::Style& style);
+    LineSegment segment(TextRange range, TextRange content, const TextLayoutCache::Style& style);
     void settleCut(TextRange content, LineChunks& chunks, size_t cut);
+    TextRange rangeOf(TextRange content, const LineChunks& chunks, size_t index) const;
+    TextLayoutCache::Style chunkStyle(TextRange content);
+    double tabPhase(TextRange content, const LineChunks& chunks, size_t index);
+    LineSegment wrappedChunk(TextRange content, LineChunks& chunks, size_t index);
+    TextOffset rowStartAt(TextRange content, TextRange range);
+    void endWithFullRow(TextRange content, LineChunks& chunks, size_t index);
+    void beginForFullRows(TextRange content, LineChunks& chunks, size_t index);
+    void settleStart(TextRange content, LineChunks& chunks, size_t index);
 
     const TextStorage& m_storage;
     TextLayoutCache m_cache;

@@ -40,7 +40,11 @@ void TextGeometry::forEachSegment(const Row& row, double left, double right,
     }
     // From the end at which the line begins.
     const bool rightToLeft = isRightToLeft(row);
-    size_t index = m_segments.chunkAtX(row.content, rightToLeft ? right : left);
+    const double start = rightToLeft ? right : left;
+    size_t index = m_segments.chunkAtX(row.content, start);
+    // The first chunk that is laid out tells where the others are.
+    m_segments.chunk(row.content, index);
+    index = m_segments.chunkAtX(row.content, start);
     Segment segment;
     do {
         segment = m_segments.chunk(row.content, index);

@@ -35,8 +35,8 @@ std::shared_ptr<LineLayout> TextLayoutCache::layout(const QString& text, const S
 
     ++(style.isChunk ? m_counters.chunksLaidOut : m_counters.linesLaidOut);
     m_counters.unitsShaped += text.size();
-    auto layout =
-        std::make_shared<LineLayout>(text, m_font, LineLayout::Style{m_wrapWidth, style.direction});
+    auto layout = std::make_shared<LineLayout>(
+        text, m_font, LineLayout::Style{m_wrapWidth, style.direction, style.tabPhase});
     m_layouts.insert(key, new std::shared_ptr<LineLayout>(layout), int(text.size()) + layoutCost);
     return layout;
 }

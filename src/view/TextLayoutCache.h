@@ -27,6 +27,7 @@ public:
         /// Of a whole line it is taken from its text.
         Qt::LayoutDirection direction = Qt::LayoutDirectionAuto;
         bool isChunk = false; ///< a piece of a long line
+        double tabPhase = 0;  ///< see LineLayout::Style
         bool operator==(const Style&) const = default;
     };
 

@@ -80,10 +80,10 @@ TEST(LineChunks, onlyAFirstMeasurementLeftOfWhatWasSeenShiftsIt)
 {
     LineChunks chunks(10'000, unitWidth);
     EXPECT_EQ(chunks.setWidth(5, 9'000), 0); // nothing to its right was seen
-    EXPECT_NE(chunks.setWidth(4, 9'000), 0);
-    EXPECT_EQ(chunks.setWidth(4, 9'000), 0);
+    EXPECT_NE(chunks.setWidth(4, 8'000), 0); // chunk 5 had told of 9,000
+    EXPECT_EQ(chunks.setWidth(4, 8'000), 0);
     chunks.followEdit({chunks.placeOf(4).start + 1, 0}, 1);
-    EXPECT_EQ(chunks.setWidth(4, 9'008), 0); // typing pushes what follows
+    EXPECT_EQ(chunks.setWidth(4, 8'008), 0); // typing pushes what follows
 }
 
 TEST(LongLines, followEditsAndForgetLinesThatAreNoneAnyMore)

@@ -84,8 +84,11 @@ TEST_P(LongLineWork, aKeyLaysOutOneChunkAtAnyColumn)
         harness.settle();
         WorkDone done(harness);
         harness.press({QStringLiteral("'x'")});
-        EXPECT_EQ(done().chunksLaidOut, 1);
-        EXPECT_LE(done().unitsShaped, LineChunks::longLine);
+        // Wrapped, once more where the edit moves the row that the next chunk begins with.
+        const qint64 most = GetParam() ? 2 : 1;
+        EXPECT_GE(done().chunksLaidOut, 1);
+        EXPECT_LE(done().chunksLaidOut, most);
+        EXPECT_LE(done().unitsShaped, most * LineChunks::longLine);
     }
 }
 
@@ -97,7 +100,8 @@ TEST_P(LongLineWork, jumpingInAChunkedLineLaysOutWhatIsInSight)
     harness.storage.replaceCharactersInRange(
         {}, repeated(QStringLiteral("{\"key\": 12345}, "), 3'000'000));
     harness.press({QStringLiteral("Ctrl+End")});
-    const qint64 inSight = GetParam() ? 6 : 3; // wrapped, a chunk is laid out to find its rows
+    // Wrapped, chunks are laid out to find where their rows begin.
+    const qint64 inSight = GetParam() ? 8 : 3;
     EXPECT_LE(done().chunksLaidOut, 2 * inSight);
     harness.press({QStringLiteral("Ctrl+Home")});
     EXPECT_LE(done().chunksLaidOut, 3 * inSight);
