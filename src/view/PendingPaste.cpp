@@ -5,8 +5,9 @@
 
 namespace quillory {
 
-PendingPaste::PendingPaste(QPTextView& editor, const QString& actionName)
-    : QObject(&editor), m_editor(editor), m_actionName(actionName), m_targets(editor.selections())
+PendingPaste::PendingPaste(QPTextView& editor, QString actionName)
+    : QObject(&editor), m_editor(editor), m_actionName(std::move(actionName)),
+      m_targets(editor.selections())
 {
     connect(&editor.textStorage(), &TextStorage::edited, this, &PendingPaste::followEdit);
 }

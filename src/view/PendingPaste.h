@@ -13,7 +13,7 @@ class PendingPaste : public QObject
     Q_OBJECT
 
 public:
-    PendingPaste(QPTextView& editor, const QString& actionName);
+    PendingPaste(QPTextView& editor, QString actionName);
 
     /// Deletes itself when the text was inserted, which it says by finished(), or given up.
     void start(PastedText text);

@@ -18,8 +18,8 @@ QColor toQColor(const Colour& colour)
 } // namespace
 
 TextPainter::TextPainter(QPainter& painter, TextGeometry& geometry, TextViewport& viewport,
-                         const Look& look)
-    : m_painter(painter), m_geometry(geometry), m_viewport(viewport), m_look(look)
+                         Look look)
+    : m_painter(painter), m_geometry(geometry), m_viewport(viewport), m_look(std::move(look))
 {}
 
 const QColor& TextPainter::selectionColour() const

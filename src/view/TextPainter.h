@@ -27,8 +27,7 @@ public:
         CaretAffinity affinity = {};
     };
 
-    TextPainter(QPainter& painter, TextGeometry& geometry, TextViewport& viewport,
-                const Look& look);
+    TextPainter(QPainter& painter, TextGeometry& geometry, TextViewport& viewport, Look look);
 
     /// Paints what of the rows in sight lies in \a area.
     void paint(const QRect& area);
