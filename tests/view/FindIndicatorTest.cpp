@@ -38,7 +38,7 @@ TEST_F(FindIndicatorTest, laysNothingOutAnewAndLetsTheMouseThrough)
     WorkDone work(harness);
     show({4, 5});
     harness.click(6);
-    EXPECT_EQ(harness.editor.selectedRange(), TextRange(6, 0));
+    EXPECT_EQ(harness.editor.selectedRange(), (TextRange{6, 0}));
     EXPECT_EQ(work().unitsShaped, 0);
 }
 
