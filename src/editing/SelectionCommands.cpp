@@ -73,7 +73,7 @@ void splitSelectionsIntoLines(QPTextView& editor)
     for (const Selection& selection : editor.selections()) {
         const TextRange range = selection.range();
         const LineIndex last = text.lineAt(range.end());
-        for (LineIndex line = text.lineAt(range.location); line <= last; ++line) {
+        for (LineIndex line = text.lineAt(range.location); line.value() <= last.value(); ++line) {
             const TextRange content = text.lineContent(line);
             const TextOffset start = std::max(content.location, range.location);
             const bool onlyReached = line == last && start == range.end() && !selection.isCaret();
