@@ -7,9 +7,8 @@ namespace quillory {
 
 /// The folders that the application uses, as absolute paths. None of them need exist.
 ///
-/// The first four follow the XDG Base Directory Specification
-/// (https://specifications.freedesktop.org/basedir-spec): a variable that is not an absolute path
-/// counts as not set.
+/// The first four follow freedesktop.org's rules for base directories (XDG basedir, 0.8): a
+/// variable that is not an absolute path counts as not set.
 struct ApplicationFolders
 {
     QString applicationSupport; ///< definitions, themes and the encoding list, the user's own
