@@ -4,7 +4,7 @@
 
 function(quillory_room room)
   cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
-  file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp *.h)
   list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
   add_library(quillory_${room} STATIC ${sources})
   target_link_libraries(quillory_${room} PUBLIC quillory_flags ${ARG_LINKS})
