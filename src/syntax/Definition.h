@@ -1,0 +1,67 @@
+#pragma once
+
+#include "foundation/PropertyList.h"
+#include "syntax/DefinitionFault.h"
+
+#include <optional>
+#include <vector>
+
+namespace quillory {
+
+/// What describes one language: a dictionary from a file that anybody may have written. A value of
+/// a kind that its key cannot have counts as absent, and is a fault.
+class Definition
+{
+public:
+    /// The title of the definition that stands for plain text, and serves where no other does.
+    static constexpr QLatin1StringView plainText{"Text"};
+
+    /// \a path is where \a dictionary was read from.
+    Definition(PropertyList dictionary, QString path);
+
+    /// Its name; of a definition without one that of its file, without the extension.
+    const QString& title() const { return m_title; }
+    /// Empty for one that no file holds.
+    const QString& path() const { return m_path; }
+    /// Of file names, in lower case, without the dot.
+    QStringList extensions() const;
+    /// Meant for new documents.
+    bool isDefault() const;
+
+    std::optional<bool> flag(QLatin1StringView key) const;
+    std::optional<QString> string(QLatin1StringView key) const;
+    /// The texts of an array.
+    std::optional<QStringList> words(QLatin1StringView key) const;
+    /// The value whatever its kind; false where it is absent.
+    PropertyList value(QLatin1StringView key) const { return m_dictionary[QString(key)]; }
+
+    /// Of the keys that tell definitions apart: "title", "extensions" and "isDefault".
+    std::vector<DefinitionFault> identityFaults() const;
+    /// Of all other keys. O(length of its word lists).
+    std::vector<DefinitionFault> contentFaults() const;
+    DefinitionFault fault(QLatin1StringView key, const QString& problem) const;
+
+private:
+    enum class Kind
+    {
+        Flag,
+        String,
+        Words,
+        Array
+    };
+    struct Key
+    {
+        const char* name;
+        Kind kind;
+    };
+    static const Key identityKeys[];
+    static const Key contentKeys[];
+
+    void check(const Key& key, std::vector<DefinitionFault>& faults) const;
+
+    PropertyList m_dictionary;
+    QString m_path;
+    QString m_title;
+};
+
+} // namespace quillory

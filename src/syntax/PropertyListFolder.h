@@ -1,0 +1,27 @@
+#pragma once
+
+#include "foundation/PropertyList.h"
+
+#include <QString>
+#include <vector>
+
+namespace quillory {
+
+/// A property-list file of a folder; its dictionary, or what is wrong with it.
+struct PropertyListFile
+{
+    QString path;
+    PropertyList dictionary;
+    QString problem; ///< in words for the user; empty where the dictionary was read
+};
+
+/// Larger files are not read: nobody writes such a list, and reading one would stop the program.
+inline constexpr qint64 largestPropertyListFile = 32 * 1024 * 1024; // bytes
+
+/// The files with the extension "plist" below \a folder, at any depth, by the code units of their
+/// paths. Folders that are symbolic links are not entered. None where there is no such folder.
+std::vector<PropertyListFile> propertyListsBelow(const QString& folder);
+
+PropertyListFile propertyListAt(const QString& path);
+
+} // namespace quillory
