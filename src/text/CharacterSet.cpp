@@ -96,6 +96,13 @@ const CharacterSet& CharacterSet::illegal()
     return set;
 }
 
+const CharacterSet& CharacterSet::regularExpressionWord()
+{
+    static const CharacterSet set =
+        ofPattern(u"[\\p{Alphabetic}\\p{M}\\p{Nd}\\p{Pc}\\u200C\\u200D]");
+    return set;
+}
+
 CharacterSet CharacterSet::united(const CharacterSet& other) const
 {
     SetPointer set = thawed();

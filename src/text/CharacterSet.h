@@ -30,6 +30,9 @@ public:
     static const CharacterSet& punctuation();  ///< P*
     static const CharacterSet& illegal();      ///< Cn: unassigned, and noncharacters
 
+    /// What "\\w" matches in a regular expression of ICU (UTS 18, annex C).
+    static const CharacterSet& regularExpressionWord();
+
     /// False for what is no code point.
     bool contains(char32_t character) const
     {
