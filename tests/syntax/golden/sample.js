@@ -14,7 +14,7 @@
 import { readFile, writeFile } from "node:fs/promises";
 import path from 'node:path';
 import * as stats from "./stats.mjs";
-import defaults, { UNITS as units, type Station } from './defaults.js';
+import defaults, { UNITS as units } from './defaults.js';
 
 export * from "./model.js";
 export { default as Chart } from './chart.js';
@@ -27,7 +27,7 @@ const NAMES = { 'grey-island': "Grey Island", cape: 'Cape \'Farewell\'', "o": "O
 /* Patterns: a slash in a class, an escaped slash, a quote in a class. */
 const ISO_DATE = /^(\d{4})-(\d{2})-(\d{2})T(\d{2}):(\d{2})(?:\.\d+)?Z$/u;
 const PATH = /[^/]+\/(?<file>[\w.-]+)$/i;
-const ESCAPES = /\\(["'\\nrt])/g;
+const ESCAPES = /\\([nrt"'])/g;
 const SPACES = /\s{2,}/gm, NOT_DIVISION = 10 / 2 / 5;
 
 let cache = new Map(), hits = 0, misses = 0;
