@@ -2,6 +2,74 @@
 
 namespace quillory {
 
+namespace {
+
+/// The runs' foregrounds alone, as few runs as they need.
+std::vector<OverlayRun> foregroundsOf(std::span<const OverlayRun> runs)
+{
+    std::vector<OverlayRun> result;
+    for (const OverlayRun& run : runs) {
+        if (!run.attributes.foreground || run.range.isEmpty())
+            continue;
+        const OverlayAttributes foreground{run.attributes.foreground, std::nullopt};
+        if (!result.empty() && result.back().range.end() == run.range.location &&
+            result.back().attributes == foreground)
+            result.back().range.length += run.range.length;
+        else
+            result.push_back({run.range, foreground});
+    }
+    return result;
+}
+
+/// From where the runs differ to where they no longer do; empty where they are the same.
+TextRange difference(std::span<const OverlayRun> a, std::span<const OverlayRun> b)
+{
+    while (!a.empty() && !b.empty() && a.front() == b.front()) {
+        a = a.subspan(1);
+        b = b.subspan(1);
+    }
+    while (!a.empty() && !b.empty() && a.back() == b.back()) {
+        a = a.first(a.size() - 1);
+        b = b.first(b.size() - 1);
+    }
+    if (a.empty() || b.empty()) {
+        const auto& left = a.empty() ? b : a;
+        return left.empty()
+                   ? TextRange()
+                   : TextRange::between(left.front().range.location, left.back().range.end());
+    }
+    return TextRange::between(std::min(a.front().range.location, b.front().range.location),
+                              std::max(a.back().range.end(), b.back().range.end()));
+}
+
+} // namespace
+
+void Overlay::setForegrounds(TextRange range, std::span<const OverlayRun> runs)
+{
+    const TextRange within = range.clampedTo(m_textLength);
+    const std::vector<OverlayRun> wanted = foregroundsOf(runs);
+    const TextRange different = difference(foregroundsOf(this->runs(within)), wanted);
+    if (different.isEmpty())
+        return;
+    const auto give = [this](TextRange stretch, const std::optional<Colour>& foreground) {
+        rewriteQuietly(stretch, [&](OverlayAttributes attributes) {
+            attributes.foreground = foreground;
+            return attributes;
+        });
+    };
+    TextOffset done = different.location;
+    for (const OverlayRun& run : wanted) {
+        const TextRange part = run.range.intersection(different);
+        if (part.isEmpty())
+            continue;
+        give(TextRange::between(done, part.location), std::nullopt);
+        give(part, run.attributes.foreground);
+        done = part.end();
+    }
+    give(TextRange::between(done, different.end()), std::nullopt);
+    Q_EMIT changed(different);
+}
+
 void Overlay::setAttributes(TextRange range, const OverlayAttributes& attributes)
 {
     rewrite(range, [&](OverlayAttributes) { return attributes; });
@@ -89,11 +157,20 @@ void Overlay::textChanged(const TextChange& change)
     joinAtGap();
 }
 
-/// Gives every stretch of \a range the attributes that \a change makes of those it has.
 template<class Change>
 void Overlay::rewrite(TextRange range, Change&& change)
 {
     range = range.clampedTo(m_textLength);
+    if (range.isEmpty())
+        return;
+    rewriteQuietly(range, change);
+    Q_EMIT changed(range);
+}
+
+/// Gives every stretch of \a range the attributes that \a change makes of those it has.
+template<class Change>
+void Overlay::rewriteQuietly(TextRange range, Change&& change)
+{
     if (range.isEmpty())
         return;
     moveGap(range.location);
@@ -114,7 +191,6 @@ void Overlay::rewrite(TextRange range, Change&& change)
     }
     appendBefore({TextRange::between(done, range.end()), change(OverlayAttributes())});
     joinAtGap();
-    Q_EMIT changed(range);
 }
 
 /// Brings the runs that begin before \a offset into m_before, and the others into m_after.

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace quillory {
@@ -54,11 +55,17 @@ public:
     void removeForeground(TextRange range);
     void removeBackground(TextRange range);
 
+    /// Gives \a range the foregrounds of \a runs, which are in order, apart and within it, and none
+    /// between them; backgrounds stay. Only the stretch in which that makes a difference is told of
+    /// by changed(), once; where it makes none, nothing happens.
+    void setForegrounds(TextRange range, std::span<const OverlayRun> runs);
+
     OverlayAttributes attributesAt(TextOffset offset) const;
 
     /// The runs that touch \a range, cut to it, in order.
     std::vector<OverlayRun> runs(TextRange range) const;
     bool isEmpty() const { return m_before.empty() && m_after.empty(); }
+    size_t runCount() const { return m_before.size() + m_after.size(); }
 
     /// Moves the runs as the text moved. Characters put inside a run, or in the place of characters
     /// that one run covers, take its attributes; all others have none.
@@ -74,6 +81,8 @@ Q_SIGNALS:
 private:
     template<class Change>
     void rewrite(TextRange range, Change&& change);
+    template<class Change>
+    void rewriteQuietly(TextRange range, Change&& change);
     void moveGap(TextOffset offset) const;
     void appendBefore(const OverlayRun& run);
     void pushAfter(const OverlayRun& run);

@@ -39,7 +39,7 @@ TEST(Overlay, RandomChangesKeepToTheModel)
         const auto begin = model.begin() + location;
         const OverlayAttributes attributes{below(2) ? std::optional(red) : std::nullopt,
                                            below(2) ? std::optional(green) : std::nullopt};
-        switch (below(5)) {
+        switch (below(6)) {
         case 0: {
             const TextOffset inserted = below(size > 200 ? 5 : 20);
             OverlayAttributes inside;
@@ -67,6 +67,14 @@ TEST(Overlay, RandomChangesKeepToTheModel)
             overlay.removeBackground({location, length});
             std::for_each(begin, begin + length, [](auto& a) { a.background.reset(); });
             break;
+        case 4: {
+            const TextRange half{location, length / 2};
+            overlay.setForegrounds({location, length}, std::vector{OverlayRun{half, attributes}});
+            for (TextOffset at = location; at < location + length; ++at)
+                model[size_t(at)].foreground =
+                    at < half.end() ? attributes.foreground : std::nullopt;
+            break;
+        }
         default:
             overlay.setBackground({location, length}, red);
             std::for_each(begin, begin + length, [](auto& a) { a.background = red; });
@@ -76,6 +84,41 @@ TEST(Overlay, RandomChangesKeepToTheModel)
             ASSERT_TRUE(overlay.attributesAt(location) == model[size_t(location)]);
         }
     }
+}
+
+TEST(Overlay, NewForegroundsTellOfWhatTheyChangeAlone)
+{
+    Overlay overlay;
+    overlay.textChanged({{}, 100});
+    std::vector<TextRange> told;
+    QObject::connect(&overlay, &Overlay::changed, [&](TextRange range) { told.push_back(range); });
+    const auto set = [&](const std::vector<OverlayRun>& runs) {
+        told.clear();
+        overlay.setForegrounds({10, 80}, runs);
+        return told;
+    };
+    const OverlayAttributes inRed{red, std::nullopt};
+    const OverlayAttributes inGreen{green, std::nullopt};
+    const std::vector<OverlayRun> runs{{{10, 5}, inRed}, {{20, 5}, inGreen}, {{80, 10}, inRed}};
+    struct Row
+    {
+        std::vector<OverlayRun> runs;
+        std::vector<TextRange> told;
+    };
+    const Row rows[] = {
+        {runs, {{10, 80}}},
+        {runs, {}},
+        {{{{10, 2}, inRed}, {{12, 3}, inRed}, runs[1], runs[2]}, {}},
+        {{runs[0], {{20, 5}, inRed}, runs[2]}, {{20, 5}}},
+        {{runs[0], {{30, 5}, inRed}, runs[2]}, {{20, 15}}},
+        {{runs[0], runs[2]}, {{30, 5}}},
+        {{runs[0]}, {{80, 10}}},
+        {{}, {{10, 5}}},
+        {{}, {}},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(set(row.runs), row.told) << &row - rows;
+    EXPECT_EQ(overlay.runCount(), 0U);
 }
 
 } // namespace

@@ -1,0 +1,132 @@
+#include "syntax/PageColouring.h"
+
+#include "foundation/Background.h"
+#include "syntax/regex/ICUPattern.h"
+
+#include <algorithm>
+
+namespace quillory {
+
+namespace {
+
+TextRange widened(TextRange range, TextOffset margin, TextRange within)
+{
+    return TextRange{range.location - margin, range.length + 2 * margin}.intersection(within);
+}
+
+/// For another thread: a pattern belongs to one at a time.
+ColouringState copied(const ColouringState& state)
+{
+    ColouringState copy = state;
+    for (auto* const pattern : {&copy.firstStringPattern, &copy.secondStringPattern}) {
+        if (*pattern)
+            *pattern = std::make_shared<ICUPattern>(**pattern);
+    }
+    return copy;
+}
+
+Recolouring recolouredAlone(const TextSnapshot& text, TextRange stretch,
+                            const ColouringState& state, const ColourRoles& roles)
+{
+    const TextSnapshot alone = text.slice(stretch);
+    Recolouring colours = recoloured(alone, alone.range(), state, roles);
+    colours.range.location += stretch.location;
+    for (RoleRun& run : colours.runs)
+        run.range.location += stretch.location;
+    return colours;
+}
+
+} // namespace
+
+PageColouring::PageColouring(const TextStorage& text, Overlay& overlay, const ColouringState& state,
+                             const ColourRoles& roles)
+    : m_text(text), m_overlay(overlay), m_state(state), m_roles(roles)
+{}
+
+void PageColouring::removeAllColours()
+{
+    m_overlay.removeForeground(m_text.snapshot().range());
+}
+
+void PageColouring::removeColoursFromRange(TextRange range)
+{
+    m_overlay.removeForeground(range);
+}
+
+void PageColouring::setColour(ColourRole role, TextRange range)
+{
+    m_overlay.setAttributes(range, m_roles.attributes(role));
+}
+
+void PageColouring::recolourRange(TextRange range)
+{
+    const TextSnapshot& text = m_text.snapshot();
+    const Recolouring colours = recoloured(text, range.clampedTo(text.length()), m_state, m_roles);
+    apply(colours, colours.range);
+}
+
+void PageColouring::recolourPage(TextRange visible)
+{
+    const TextSnapshot& text = m_text.snapshot();
+    visible = visible.clampedTo(text.length());
+    visible.length = std::min(visible.length, longestPage);
+    const TextRange lines = text.lineRangeForRange(visible);
+    if (lines.length <= quickLength) {
+        m_prepared = {};
+        recolourRange(lines);
+    } else if (isReadyFor(visible)) {
+        apply(m_prepared.colours, widened(visible, quickLength, m_prepared.colours.range));
+    } else if (!m_busy) {
+        colourInBackground(lines, visible);
+    }
+}
+
+void PageColouring::reset()
+{
+    ++m_generation;
+    m_prepared = {};
+}
+
+bool PageColouring::isReadyFor(TextRange visible) const
+{
+    return m_prepared.generation == m_generation && m_prepared.text.isSameTree(m_text.snapshot()) &&
+           m_prepared.colours.range.intersection(visible) == visible;
+}
+
+void PageColouring::colourInBackground(TextRange lines, TextRange visible)
+{
+    m_busy = true;
+    const bool whole = lines.length <= wholeLength;
+    const TextRange stretch = whole ? lines : widened(visible, stretchMargin, lines);
+    const auto colour = [text = m_text.snapshot(), generation = m_generation,
+                         state = copied(m_state), roles = m_roles, stretch, whole] {
+        return Prepared{text, generation,
+                        whole ? recoloured(text, stretch, state, roles)
+                              : recolouredAlone(text, stretch, state, roles)};
+    };
+    runInBackground(this, colour, [this](Prepared prepared) {
+        m_busy = false;
+        m_prepared = std::move(prepared);
+        Q_EMIT pageReady();
+    });
+}
+
+/// Puts what \a colours says of \a window into the overlay.
+void PageColouring::apply(const Recolouring& colours, TextRange window)
+{
+    auto run =
+        std::partition_point(colours.runs.begin(), colours.runs.end(),
+                             [&](const RoleRun& r) { return r.range.end() <= window.location; });
+    std::vector<OverlayRun> runs;
+    for (; run != colours.runs.end() && run->range.location < window.end(); ++run)
+        runs.push_back({run->range.intersection(window), m_roles.attributes(run->role)});
+    m_overlay.setForegrounds(window, runs);
+    if (m_overlay.runCount() > maximumRuns) {
+        m_overlay.removeForeground({0, window.location});
+        m_overlay.removeForeground(TextRange::between(window.end(), m_text.length()));
+    }
+    if (!colours.limitedKey.isEmpty())
+        Q_EMIT limitReached(colours.limitedKey);
+}
+
+} // namespace quillory

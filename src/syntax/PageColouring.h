@@ -1,0 +1,75 @@
+#pragma once
+
+#include "syntax/ColouringState.h"
+#include "syntax/RecolouringEngine.h"
+#include "text/TextStorage.h"
+
+namespace quillory {
+
+/// Puts the colours of what is seen of a text into its overlay.
+///
+/// A page of ordinary lines is coloured at once. One that reaches into a line of more than
+/// `quickLength` units is coloured whole on another thread, and a little later shown; until then
+/// the text keeps the colours that it has, and typing never waits. Of lines of more than
+/// `wholeLength` units only a stretch around what is seen is coloured, as though it were a text of
+/// its own; there a literal or a comment that begins far away is not known of.
+class PageColouring : public QObject
+{
+    Q_OBJECT
+
+public:
+    // All in UTF-16 code units.
+    static constexpr TextOffset quickLength = 24 * 1024; ///< about one frame's time
+    static constexpr TextOffset wholeLength = 8 * 1024 * 1024;
+    static constexpr TextOffset stretchMargin = 1024 * 1024; ///< on either side of what is seen
+    static constexpr TextOffset longestPage = 256 * 1024;    ///< more is not seen at one time
+
+    /// So many runs are kept before those out of sight are dropped.
+    static constexpr size_t maximumRuns = 1 << 17;
+
+    /// All of the arguments outlive this; reset() has to be called when \a state or \a roles
+    /// became others.
+    PageColouring(const TextStorage& text, Overlay& overlay, const ColouringState& state,
+                  const ColourRoles& roles);
+
+    void removeAllColours();
+    void removeColoursFromRange(TextRange range);
+    /// In the place of all attributes that \a range had.
+    void setColour(ColourRole role, TextRange range);
+
+    /// Colours the lines of \a range at once. O(their length).
+    void recolourRange(TextRange range);
+    /// Colours the lines of \a visible, now or later as above.
+    void recolourPage(TextRange visible);
+
+    void reset();
+
+Q_SIGNALS:
+    /// The pattern under \a key of the definition ran into a limit.
+    void limitReached(const QString& key);
+    /// Colours that were made on another thread are there; the page has to be asked for again.
+    void pageReady();
+
+private:
+    void colourInBackground(TextRange lines, TextRange visible);
+    void apply(const Recolouring& colours, TextRange window);
+    bool isReadyFor(TextRange visible) const;
+
+    const TextStorage& m_text;
+    Overlay& m_overlay;
+    const ColouringState& m_state;
+    const ColourRoles& m_roles;
+
+    /// What another thread made, of which a part is shown.
+    struct Prepared
+    {
+        TextSnapshot text;
+        int generation = -1;
+        Recolouring colours;
+    };
+    Prepared m_prepared;
+    int m_generation = 0; ///< of state and roles
+    bool m_busy = false;
+};
+
+} // namespace quillory

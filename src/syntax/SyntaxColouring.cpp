@@ -1,0 +1,184 @@
+#include "syntax/SyntaxColouring.h"
+
+#include "foundation/ApplicationFolders.h"
+#include "foundation/UserDefaults.h"
+#include "syntax/ColouringPreparation.h"
+
+#include <QFileInfo>
+#include <QTimer>
+#include <algorithm>
+
+namespace quillory {
+
+SyntaxColouring::SyntaxColouring(const TextStorage& text, Overlay& overlay,
+                                 const ApplicationFolders& folders, const UserDefaults& defaults)
+    : m_text(text), m_folders(folders), m_defaults(defaults),
+      m_page(text, overlay, m_state, m_roles)
+{
+    connect(&m_page, &PageColouring::limitReached, this, &SyntaxColouring::noteLimit);
+    connect(&m_page, &PageColouring::pageReady, this, &SyntaxColouring::pageRecolour);
+    // One edit may be many changes, and who hears of them first may still hold the old text.
+    connect(&m_text, &TextStorage::edited, this, [this] {
+        if (std::exchange(m_pagePending, true))
+            return;
+        QTimer::singleShot(0, this, [this] {
+            if (m_pagePending)
+                pageRecolour();
+        });
+    });
+}
+
+void SyntaxColouring::setVisibleRangeSource(std::function<TextRange()> source)
+{
+    m_visibleRange = std::move(source);
+}
+
+// Definitions
+
+bool SyntaxColouring::isPlainText() const
+{
+    return !definition() || definition()->title() == Definition::plainText;
+}
+
+void SyntaxColouring::load()
+{
+    m_definitions.load(m_folders.applicationSupport + QStringLiteral("/Definitions"),
+                       m_folders.resources + QStringLiteral("/Definitions"));
+    m_contentFaults.clear();
+}
+
+void SyntaxColouring::loadDefinitions(const QString& path)
+{
+    load();
+    if (path.isEmpty()) {
+        // What it takes to colour comes with the settings of the window.
+        const qsizetype index = m_definitions.indexOfDefault();
+        selectDefinition(index < 0 ? m_definitions.indexOfPlainText() : index);
+        return;
+    }
+    const qsizetype index = m_definitions.indexForExtension(QFileInfo(path).suffix().toLower());
+    chooseAndColour(index < 0 ? m_definitions.indexOfPlainText() : index);
+}
+
+void SyntaxColouring::setDefinitionWithTitle(const QString& title)
+{
+    load();
+    const qsizetype index = m_definitions.indexForTitle(title);
+    chooseAndColour(index < 0 ? m_definitions.indexOfPlainText() : index);
+}
+
+void SyntaxColouring::followExtension(const QString& path)
+{
+    const qsizetype index = m_definitions.lastIndexForExtension(QFileInfo(path).suffix().toLower());
+    if (index >= 0)
+        chooseAndColour(index);
+}
+
+void SyntaxColouring::selectDefinition(qsizetype index)
+{
+    if (index < 0 || size_t(index) >= m_definitions.arrangedObjects().size())
+        return;
+    m_definitions.setSelectionIndex(index);
+    m_denyColoring = false;
+    Q_EMIT definitionSelected();
+}
+
+void SyntaxColouring::chooseAndColour(qsizetype index)
+{
+    selectDefinition(index);
+    removeAllColours();
+    prepareColoring();
+    pageRecolour();
+}
+
+void SyntaxColouring::applyDefinition()
+{
+    removeAllColours();
+    if (isPlainText())
+        return;
+    prepareColoring();
+    pageRecolour();
+}
+
+std::vector<DefinitionFault> SyntaxColouring::faults() const
+{
+    std::vector<DefinitionFault> all = m_definitions.faults();
+    all.insert(all.end(), m_contentFaults.begin(), m_contentFaults.end());
+    all.insert(all.end(), m_limits.begin(), m_limits.end());
+    return all;
+}
+
+void SyntaxColouring::noteLimit(const QString& key)
+{
+    const DefinitionFault limit{definition() ? definition()->title() : QString(), key,
+                                tr("its pattern took too long and was given up")};
+    if (std::find(m_limits.begin(), m_limits.end(), limit) == m_limits.end())
+        m_limits.push_back(limit);
+    tellOfFaults();
+}
+
+void SyntaxColouring::tellOfFaults()
+{
+    std::vector<DefinitionFault> all = faults();
+    if (all == m_told)
+        return;
+    m_told = std::move(all);
+    Q_EMIT faultsChanged();
+}
+
+// Preparation
+
+void SyntaxColouring::prepareColoring()
+{
+    if (definition())
+        m_contentFaults =
+            quillory::prepareColoring(*definition(), ColouringOptions::from(m_defaults), m_state);
+    setColours();
+    tellOfFaults();
+}
+
+void SyntaxColouring::loadThemes()
+{
+    m_themes.load(m_folders.applicationSupport + QStringLiteral("/Themes"),
+                  m_defaults.value(keys::selectedTheme),
+                  m_folders.resources + QStringLiteral("/Themes"));
+}
+
+void SyntaxColouring::setColours()
+{
+    setDenyColoring(true);
+    loadThemes();
+    const Theme* const theme = m_themes.selected();
+    m_roles = theme ? theme->roles() : ColourRoles();
+    m_page.reset();
+    const std::optional<PlainColours> before = m_plainColours;
+    m_plainColours = theme ? std::optional(theme->plainColours()) : std::nullopt;
+    setDenyColoring(false);
+    if (m_plainColours != before)
+        Q_EMIT plainColoursChanged();
+}
+
+// Colours
+
+bool SyntaxColouring::mayColour() const
+{
+    return !m_denyColoring && !isPlainText() && m_themes.selected();
+}
+
+void SyntaxColouring::recolourRange(TextRange range)
+{
+    if (mayColour())
+        m_page.recolourRange(range);
+}
+
+void SyntaxColouring::pageRecolour()
+{
+    m_pagePending = false;
+    if (!mayColour() || !m_visibleRange)
+        return;
+    const TextRange visible = m_visibleRange();
+    if (!visible.isEmpty())
+        m_page.recolourPage(visible);
+}
+
+} // namespace quillory
