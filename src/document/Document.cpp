@@ -28,9 +28,12 @@ constexpr std::array<int, 4> titleBarButtonPositions{21, 48, 71, 97}; // points
 } // namespace
 
 Document::Document(const DocumentEnvironment& environment, QObject* parent)
-    : QObject(parent), m_environment(environment), m_undo(m_storage), m_textView(m_storage, m_undo)
+    : QObject(parent), m_environment(environment), m_undo(m_storage), m_textView(m_storage, m_undo),
+      m_colouring(m_storage, m_overlay, environment.folders, environment.defaults)
 {
     connect(&m_storage, &TextStorage::edited, &m_overlay, &Overlay::textChanged);
+    connect(&m_textView, &QPTextView::textDidChange, this, &Document::pageRecolour);
+    connect(&m_colouring, &SyntaxColouring::definitionSelected, this, &Document::takeDefinition);
     connect(&m_undo, &UndoManager::cleanChanged, this, &Document::editedChanged);
     connect(this, &Document::recordChanged, this, &Document::editedChanged);
     m_settingsTimer.setSingleShot(true);
@@ -153,6 +156,8 @@ void Document::windowControllerDidLoadNib(DocumentWindowHost* window)
 {
     DocumentWindowHost none;
     DocumentWindowHost& host = window ? *window : none;
+    if (window)
+        m_colouring.setVisibleRangeSource([window] { return window->visibleTextRange(); });
     host.wireCloudTable();
     populateApplicationSupport(m_environment.folders, m_environment.defaults);
     loadEncodings();
@@ -191,9 +196,12 @@ void Document::fillText()
         m_record.dataFromFile = ByteBuffer();
     }
     selectEncoding();
-    if (!m_record.isQuilloryDocument) {
+    if (m_record.isQuilloryDocument) {
+        setDefinitionWithTitle(m_record.definitionTitle);
+    } else {
         m_record.isTextDefinition = true;
         m_record.colorNumbers = false;
+        loadDefinitions();
     }
     m_undo.removeAllActions();
     m_undo.markClean();
@@ -252,7 +260,21 @@ StringEncoding Document::guessEncodingFromData(QByteArrayView data) const
 
 void Document::textViewSettings()
 {
+    m_colouring.prepareColoring();
     Q_EMIT textViewSettingsApplied();
+    pageRecolour();
+}
+
+void Document::takeDefinition()
+{
+    m_record.takeDefinition(*m_colouring.definition());
+    Q_EMIT recordChanged();
+}
+
+void Document::applyDefinitionAction()
+{
+    applyDefinition();
+    Q_EMIT settingsPopoverShouldClose();
 }
 
 void Document::delayedSettingsSheet()
@@ -416,7 +438,7 @@ void Document::finishSave(const SaveJob& job, const SaveResult& result)
         m_identity = result.identity;
     if (!result.written)
         return;
-    m_path = job.path;
+    const QString pathBefore = std::exchange(m_path, job.path);
     m_type = job.type;
     m_lineBreaks = {};
     m_encodesBack = true;
@@ -429,7 +451,16 @@ void Document::finishSave(const SaveJob& job, const SaveResult& result)
         m_undo.markClean();
     else
         m_undo.markDirty();
+    followExtension(pathBefore);
     Q_EMIT recordChanged();
+}
+
+/// A text that was saved with another extension than it had gets the definition for it.
+void Document::followExtension(const QString& before)
+{
+    const bool isText = !m_record.isQuilloryDocument && !m_record.isPlistFile;
+    if (isText && QFileInfo(before).suffix() != QFileInfo(m_path).suffix())
+        m_colouring.followExtension(m_path);
 }
 
 } // namespace quillory

@@ -7,6 +7,7 @@
 #include "document/EncodingList.h"
 #include "document/GradualRead.h"
 #include "editing/QPTextView.h"
+#include "syntax/SyntaxColouring.h"
 #include "text/Overlay.h"
 
 #include <QObject>
@@ -117,6 +118,17 @@ public:
     void changeEncoding();
     void changeEncodingAction();
 
+    // Definition and colours; SyntaxColouring says what they do
+
+    SyntaxColouring& syntaxColouring() { return m_colouring; }
+    void loadDefinitions() { m_colouring.loadDefinitions(m_path); }
+    void setDefinitionWithTitle(const QString& title) { m_colouring.setDefinitionWithTitle(title); }
+    void applyDefinition() { m_colouring.applyDefinition(); }
+    /// The same from the settings, which close; the chooser has selected the definition before.
+    void applyDefinitionAction();
+    bool denyColoring() const { return m_colouring.denyColoring(); }
+    void setDenyColoring(bool deny) { m_colouring.setDenyColoring(deny); }
+
     // Saving
 
     /// Writes the document; \a result, where given, tells what became of the bytes. The answer is
@@ -131,6 +143,8 @@ public:
 public Q_SLOTS:
     /// Applies the preferences to the text view, its colours and the visible page.
     void textViewSettings();
+    /// Colours what is seen; for whenever that became another part of the text.
+    void pageRecolour() { m_colouring.pageRecolour(); }
     void delayedSettingsSheet();
 
 Q_SIGNALS:
@@ -146,6 +160,8 @@ private:
     void fillText();
     void replaceSilently(TextRange range, const TextSnapshot& text);
     void takeForm(const ReadResult& result);
+    void takeDefinition();
+    void followExtension(const QString& before);
     void readBytesAs(StringEncoding encoding);
     using NewText = std::function<TextSnapshot()>;
     void changeWholeText(const QString& actionName, const NewText& newText);
@@ -176,6 +192,7 @@ private:
     UndoManager m_undo;
     QPTextView m_textView;
     Overlay m_overlay;
+    SyntaxColouring m_colouring;
     EncodingList m_encodings;
     QTimer m_settingsTimer;
     QString m_path;

@@ -16,6 +16,8 @@ struct NumberFormatter
     QString format = QStringLiteral("#,##0");
 };
 
+class Definition;
+
 /// The fields of a document that carry state, with the values that a fresh one has.
 struct DocumentRecord
 {
@@ -37,7 +39,6 @@ struct DocumentRecord
     int plistKind = 0;
     bool isTextDefinition = false;
     bool colorNumbers = false;
-    bool denyColoring = false;
     bool canUsePreview = true;
     bool canUsePDFPreview = false;
     int previewFormat = 0;
@@ -50,6 +51,9 @@ struct DocumentRecord
     QLatin1StringView unixLineEnding{"\n"};
     /// The digits of the number of U+23CE, not the character.
     QString neewLineSymbolString = QString::number(9166);
+
+    /// Copies what \a definition says of the documents that it is selected for.
+    void takeDefinition(const Definition& definition);
 };
 
 } // namespace quillory

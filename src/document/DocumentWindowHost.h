@@ -6,7 +6,7 @@
 
 namespace quillory {
 
-/// What a document asks of its window while it opens. Each call may do nothing.
+/// What a document asks of its window. Each call may do nothing.
 class DocumentWindowHost
 {
 public:
@@ -19,6 +19,9 @@ public:
     /// frame's edge.
     virtual void placeTitleBarButtons(const std::array<int, 4>& positions) { (void)positions; }
     virtual void setThumbnailBackground(Colour colour) { (void)colour; }
+    /// The stretch of text that is in sight, which is all that is coloured; of lines that are wider
+    /// than the window only the part in sight where that is known. Empty while nothing is.
+    virtual TextRange visibleTextRange() { return {}; }
 };
 
 } // namespace quillory

@@ -10,6 +10,19 @@
 
 namespace quillory {
 
+namespace {
+
+/// What definitions list a file under: its extension, or its name where it has none, so that a
+/// "Makefile" finds its definition; in lower case.
+QString listedName(const QString& path)
+{
+    const QFileInfo file(path);
+    const QString extension = file.suffix();
+    return (extension.isEmpty() ? file.fileName() : extension).toLower();
+}
+
+} // namespace
+
 SyntaxColouring::SyntaxColouring(const TextStorage& text, Overlay& overlay,
                                  const ApplicationFolders& folders, const UserDefaults& defaults)
     : m_text(text), m_folders(folders), m_defaults(defaults),
@@ -56,7 +69,7 @@ void SyntaxColouring::loadDefinitions(const QString& path)
         selectDefinition(index < 0 ? m_definitions.indexOfPlainText() : index);
         return;
     }
-    const qsizetype index = m_definitions.indexForExtension(QFileInfo(path).suffix().toLower());
+    const qsizetype index = m_definitions.indexForExtension(listedName(path));
     chooseAndColour(index < 0 ? m_definitions.indexOfPlainText() : index);
 }
 
@@ -69,7 +82,7 @@ void SyntaxColouring::setDefinitionWithTitle(const QString& title)
 
 void SyntaxColouring::followExtension(const QString& path)
 {
-    const qsizetype index = m_definitions.lastIndexForExtension(QFileInfo(path).suffix().toLower());
+    const qsizetype index = m_definitions.lastIndexForExtension(listedName(path));
     if (index >= 0)
         chooseAndColour(index);
 }

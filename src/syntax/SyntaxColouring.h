@@ -37,8 +37,8 @@ public:
     bool isPlainText() const;
 
     /// Reads the definitions anew and chooses the one for the file at \a path, which is empty for a
-    /// document that was never saved: the first that lists the file's extension, or the one for new
-    /// documents; else that for plain text.
+    /// document that was never saved: the first that lists the file's extension (the name of a file
+    /// without one), or the one for new documents; else that for plain text.
     void loadDefinitions(const QString& path);
     /// Reads the definitions anew and chooses the one with \a title; where there is none, that for
     /// plain text.
