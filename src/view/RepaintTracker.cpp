@@ -1,5 +1,7 @@
 #include "view/RepaintTracker.h"
 
+#include "view/LineBand.h"
+
 #include <algorithm>
 
 namespace quillory {
@@ -91,7 +93,7 @@ void RepaintTracker::noteAffinity(const std::vector<CaretPlace>& places)
 
 std::vector<RepaintTracker::Shown> RepaintTracker::shownBy(TextViewport& viewport,
                                                            const std::vector<Selection>& selections,
-                                                           const Overlay& overlay)
+                                                           const Overlay& overlay, bool hasBand)
 {
     std::vector<Shown> result;
     auto next = selections.begin();
@@ -101,6 +103,8 @@ std::vector<RepaintTracker::Shown> RepaintTracker::shownBy(TextViewport& viewpor
     for (const TextViewport::VisibleRow& visible : viewport.rows()) {
         const TextRange range = visible.row.range;
         Shown shown{range, visible.y, {}, runsOf(range, overlay)};
+        shown.banded =
+            hasBand && isBanded(viewport.geometry().text(), visible.row.line, selections);
         while (next != selections.end() && next->range().end() < range.location)
             ++next;
         for (auto it = next; it != selections.end() && it->range().location <= range.end(); ++it) {
@@ -119,7 +123,7 @@ std::vector<RepaintTracker::Shown> RepaintTracker::shownBy(TextViewport& viewpor
 bool RepaintTracker::isClean(const Shown& before, const Shown& now) const
 {
     if (before.y != now.y || before.range != now.range || before.selections != now.selections ||
-        before.runs != now.runs)
+        before.runs != now.runs || before.banded != now.banded)
         return false;
     if (m_recoloured && isLong(now.range) && touch(*m_recoloured, now.range))
         return false;
@@ -128,12 +132,12 @@ bool RepaintTracker::isClean(const Shown& before, const Shown& now) const
 }
 
 QRegion RepaintTracker::takeDamage(TextViewport& viewport, const std::vector<Selection>& selections,
-                                   const Overlay& overlay)
+                                   const Overlay& overlay, bool hasBand)
 {
     const QRect whole({}, viewport.size());
     if (selections.size() > maximumNotes || m_x != viewport.x())
         m_all = true;
-    std::vector<Shown> now = shownBy(viewport, selections, overlay);
+    std::vector<Shown> now = shownBy(viewport, selections, overlay, hasBand);
     QRegion damage;
     if (m_all) {
         damage = whole;

@@ -1,5 +1,6 @@
 #include "view/TextPainter.h"
 
+#include "view/LineBand.h"
 #include "view/PreeditPlace.h"
 
 #include <QPainter>
@@ -58,6 +59,10 @@ void TextPainter::paint(const QRect& area)
 
 void TextPainter::paintRow(const TextViewport::VisibleRow& visible)
 {
+    if (m_look.colours.currentLine.isValid() &&
+        isBanded(m_geometry.text(), visible.row.line, m_look.selections))
+        m_painter.fillRect(m_area.left(), visible.y, m_area.width(), m_geometry.font().rowHeight(),
+                           m_look.colours.currentLine);
     paintSelectedBreak(visible.row, visible.y);
     const double left = m_area.left() - m_viewport.left();
     m_geometry.forEachSegment(visible.row, left, left + m_area.width(),

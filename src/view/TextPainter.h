@@ -12,7 +12,8 @@ class QPainter;
 
 namespace quillory {
 
-/// Paints rows of a text: backgrounds, then selections, then glyphs, then carets.
+/// Paints rows of a text: the band of the current line, then backgrounds, selections, glyphs and
+/// carets.
 class TextPainter
 {
 public:

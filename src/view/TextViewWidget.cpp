@@ -140,7 +140,8 @@ void TextViewWidget::refresh()
     m_viewport.settle();
     m_scrolling.updateBars();
     m_repaint.noteAffinity(m_affinity.places());
-    const QRegion damage = m_repaint.takeDamage(m_viewport, m_editor.selections(), m_overlay);
+    const QRegion damage = m_repaint.takeDamage(m_viewport, m_editor.selections(), m_overlay,
+                                                m_colours.currentLine.isValid());
     if (!damage.isEmpty())
         viewport()->update(damage);
     const decltype(m_shown) shown{visibleRange(), m_viewport.y()};

@@ -1,4 +1,5 @@
 #include "ViewHarness.h"
+#include "view/LineBand.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -54,6 +55,9 @@ TEST_P(RandomRepaint, whatIsPaintedPieceByPieceIsWhatIsPaintedAtOnce)
 {
     ViewHarness harness;
     harness.view.setWrapLines(GetParam());
+    TextViewColours colours = harness.view.colours();
+    colours.currentLine = QColor(200, 220, 200, 120);
+    harness.view.setColours(colours);
     QString text;
     for (int i = 0; i < 60; ++i)
         text += QStringLiteral("line %1 ").arg(i).repeated(i * 5 % 23) + u'\n';
@@ -125,6 +129,36 @@ public:
 private:
     int m_height = 0;
 };
+
+TEST(Repaint, theBandLiesBehindEveryLineThatIsWorkedOn)
+{
+    // The lines of "ab\ncd\n\nef\n" are 0-2, 3-5, 6, 7-9 and, empty, 10.
+    const TextSnapshot text(QStringLiteral("ab\ncd\n\nef\n"));
+    const struct
+    {
+        std::vector<Selection> selections;
+        QString banded;
+    } cases[]{
+        {{Selection::caret(0)}, QStringLiteral("0")},
+        {{Selection::caret(2)}, QStringLiteral("0")},
+        {{Selection::caret(3)}, QStringLiteral("1")},
+        {{Selection::caret(6)}, QStringLiteral("2")},
+        {{Selection::caret(10)}, QStringLiteral("4")},
+        {{{0, 3}}, QStringLiteral("0")}, // ends where the next line begins
+        {{{4, 1}}, QStringLiteral("01")},
+        {{{3, 10}}, QStringLiteral("123")},
+        {{{1, 3}, Selection::caret(5), {7, 8}}, QStringLiteral("013")},
+        {{{0, 3}, Selection::caret(3)}, QStringLiteral("01")},
+    };
+    for (const auto& [selections, banded] : cases) {
+        QString found;
+        for (qsizetype line = 0; line < text.lineCount(); ++line) {
+            if (isBanded(text, LineIndex(line), selections))
+                found += QString::number(line);
+        }
+        EXPECT_EQ(found, banded);
+    }
+}
 
 TEST(Repaint, onlyTheLinesWhoseColoursDifferArePainted)
 {
