@@ -16,8 +16,8 @@ namespace quillory {
 /// surrogates in UTF-16 are kept; in UTF-8 and UTF-32 they are malformed.
 ///
 /// Long stretches of ASCII, and ISO Latin 1 altogether, are not copied: the text refers to \a bytes
-/// and keeps them alive. Where such stretches are the smaller part they are copied, so that the
-/// bytes can go. Throws std::bad_alloc when there is no memory.
+/// and keeps them alive. Unless nearly all is such stretches they are copied, so that the bytes
+/// can go. Throws std::bad_alloc when there is no memory.
 std::optional<TextSnapshot> decode(const ByteBuffer& bytes, StringEncoding encoding);
 
 /// Whether a text refers to the bytes that it was decoded from, or copies them.

@@ -5,14 +5,19 @@
 
 #include <QExplicitlySharedDataPointer>
 #include <QSharedData>
+#include <QStringView>
 #include <array>
+#include <memory>
 #include <span>
+#include <string>
+#include <variant>
 
 // The tree under TextSnapshot: a B+ tree whose nodes never change once they are made, so that any
 // number of snapshots, on any thread, share them.
 //
 //   branch  up to 16 children of equal height, with the running sums of their metrics
-//   leaf    up to 4,096 UTF-16 code units; 8 bits each when all are below U+0100
+//   leaf    up to 4,096 UTF-16 code units; 8 bits each when all are below U+0100, or all but those
+//           of a few runs, which are kept apart
 //
 // Invariants: no node is empty; every branch but a root has at least 8 children; a surrogate pair
 // or a CR LF never straddles two leaves, so a leaf's line breaks can be counted without a look at
@@ -52,14 +57,27 @@ struct TextNode : QSharedData
     virtual ~TextNode() = default;
 };
 
+/// A stretch of code units that lie side by side in memory: of 8 bits each (every one below
+/// U+0100) or of 16.
+struct TextPiece
+{
+    TextOffset location = 0; ///< of its first unit, in the text or leaf it was asked of
+    std::variant<QLatin1StringView, QStringView> units;
+
+    TextOffset length() const
+    {
+        return std::visit([](auto view) { return view.size(); }, units);
+    }
+};
+
 struct TextLeaf final : TextNode
 {
     static constexpr TextOffset maximumUnits = 4096;
     static constexpr TextOffset minimumUnits =
         1024; ///< smaller ones are merged by the next edit beside them
-
-    const void* units = nullptr; ///< uchar or char16_t, in \a owned or in \a shared
-    bool wide = false;           ///< 16 bits a unit
+    /// So many runs of wide units in a leaf are kept apart from the others, which then take 8 bits
+    /// each. More of them would make pieces too short to work with.
+    static constexpr size_t maximumWideRuns = 64;
 
     /// Copies \a string, at most maximumUnits long and not empty.
     explicit TextLeaf(std::u16string_view string);
@@ -67,22 +85,45 @@ struct TextLeaf final : TextNode
     /// Refers to \a latin1, which lies in \a owner: no byte is copied.
     TextLeaf(ByteBuffer owner, QByteArrayView latin1);
 
-    std::span<const uchar> narrowUnits() const
-    {
-        return {static_cast<const uchar*>(units), size_t(metrics.units)};
-    }
-    std::span<const char16_t> wideUnits() const
-    {
-        return {static_cast<const char16_t*>(units), size_t(metrics.units)};
-    }
-    char16_t at(TextOffset index) const
-    {
-        return wide ? wideUnits()[size_t(index)] : char16_t(narrowUnits()[size_t(index)]);
-    }
+    char16_t at(TextOffset index) const;
+    /// The piece that holds \a index, whole. A surrogate pair and a CR LF lie in one piece.
+    /// \a hint is 0 at first, and spares a search when neighbouring pieces are asked for.
+    TextPiece pieceAt(TextOffset index, size_t& hint) const;
+    void appendTo(std::u16string& string, TextOffset from, TextOffset to) const;
+
+    /// Those of LineMetrics.h.
+    qsizetype breaksBefore(TextOffset end) const;
+    TextOffset endOfBreak(qsizetype number) const;
+
+    /// True where no unit was copied.
+    bool isShared() const { return !m_narrowOwned && !m_wideOwned; }
 
 private:
-    std::unique_ptr<char16_t[]> m_wideOwned;
+    /// Neighbouring units of 16 bits in a leaf whose others take 8. None of them ends a line.
+    struct WideRun
+    {
+        quint16 begin; ///< in the leaf
+        quint16 end;
+        quint16 place; ///< of its first unit, in m_wideOwned
+    };
+
+    bool isWide() const { return !m_narrow; }
+    std::span<const uchar> narrowUnits() const { return {m_narrow, size_t(metrics.units)}; }
+    std::span<const char16_t> wideUnits() const
+    {
+        return {m_wideOwned.get(), size_t(metrics.units)};
+    }
+    bool takeApart(std::u16string_view string);
+    /// The first run that ends behind \a index.
+    const WideRun* runBehind(TextOffset index) const;
+
+    /// All units, in m_narrowOwned or in m_shared, those of wide runs being 0; null where all units
+    /// are in m_wideOwned.
+    const uchar* m_narrow = nullptr;
     std::unique_ptr<uchar[]> m_narrowOwned;
+    std::unique_ptr<char16_t[]> m_wideOwned;
+    std::unique_ptr<WideRun[]> m_wideRuns;
+    size_t m_wideRunCount = 0;
     ByteBuffer m_shared;
 };
 
@@ -102,6 +143,40 @@ struct TextBranch final : TextNode
     /// The last child whose sum before it is at most \a value.
     int childAtUnit(TextOffset value) const;
     int childAtBreak(qsizetype value) const;
+};
+
+struct TextLeafPlace
+{
+    const TextLeaf* leaf = nullptr;
+    TextOffset start = 0; ///< of the leaf, in the text
+};
+
+/// The leaf of the tree under \a root that holds the unit at \a offset; the last one for the end.
+TextLeafPlace leafAt(const TextNode& root, TextOffset offset);
+
+/// Answers the pieces of a tree, which must outlive it; near the last one in O(1).
+class TextPieces
+{
+public:
+    explicit TextPieces(const TextNode* root) : m_root(root) {}
+
+    /// The piece that holds the unit at \a offset, whole.
+    TextPiece at(TextOffset offset)
+    {
+        if (!m_place.leaf || offset < m_place.start ||
+            offset >= m_place.start + m_place.leaf->metrics.units) {
+            m_place = leafAt(*m_root, offset);
+            m_hint = 0;
+        }
+        TextPiece piece = m_place.leaf->pieceAt(offset - m_place.start, m_hint);
+        piece.location += m_place.start;
+        return piece;
+    }
+
+private:
+    const TextNode* m_root;
+    TextLeafPlace m_place;
+    size_t m_hint = 0;
 };
 
 /// The tree of \a leaves in their order; null for none. O(number of leaves).

@@ -7,7 +7,7 @@ namespace quillory {
 void TextReader::load(TextOffset offset)
 {
     Q_ASSERT(offset >= 0 && offset < length());
-    const TextPiece piece = m_text.pieceAt(offset);
+    const TextPiece piece = m_pieces.at(offset);
     m_start = piece.location;
     m_end = piece.location + piece.length();
     if (const auto* wide = std::get_if<QStringView>(&piece.units)) {

@@ -8,7 +8,8 @@ namespace quillory {
 class TextReader
 {
 public:
-    explicit TextReader(TextSnapshot text) : m_text(std::move(text)) {}
+    explicit TextReader(TextSnapshot text) : m_text(std::move(text)), m_pieces(m_text.root().data())
+    {}
 
     TextOffset length() const { return m_text.length(); }
     const TextSnapshot& text() const { return m_text; }
@@ -32,6 +33,7 @@ private:
     void load(TextOffset offset);
 
     TextSnapshot m_text;
+    TextPieces m_pieces;
     const char16_t* m_wide = nullptr;
     const uchar* m_narrow = nullptr;
     TextOffset m_start = 0;

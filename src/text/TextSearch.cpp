@@ -142,7 +142,7 @@ class Search
 {
 public:
     Search(const TextSnapshot& text, QStringView needle, Direction direction)
-        : m_text(text), m_reader(text), m_needle(needle), m_direction(direction)
+        : m_pieces(text.root().data()), m_reader(text), m_needle(needle), m_direction(direction)
     {
         for (const QChar unit : needle) {
             m_isNarrow &= unit.unicode() <= 0xFF;
@@ -195,9 +195,9 @@ private:
     }
 
     /// The piece that holds \a offset, cut to \a within.
-    TextPiece pieceAt(TextOffset offset, TextRange within) const
+    TextPiece pieceAt(TextOffset offset, TextRange within)
     {
-        const TextPiece piece = m_text.pieceAt(offset);
+        const TextPiece piece = m_pieces.at(offset);
         const TextRange part = within.intersection({piece.location, piece.length()});
         return trimmed(piece, part.location - piece.location, part.length);
     }
@@ -233,7 +233,7 @@ private:
         return true;
     }
 
-    const TextSnapshot& m_text;
+    TextPieces m_pieces;
     TextReader m_reader;
     QStringView m_needle;
     std::basic_string<uchar> m_narrowNeedle;

@@ -9,12 +9,6 @@ namespace quillory {
 
 namespace {
 
-struct LeafPlace
-{
-    const TextLeaf* leaf;
-    TextOffset start; ///< of the leaf, in the text
-};
-
 constexpr char16_t codeOf(char latin1)
 {
     return uchar(latin1);
@@ -25,34 +19,10 @@ constexpr char16_t codeOf(QChar unit)
     return unit.unicode();
 }
 
-/// The leaf that holds the unit at \a offset; the last one for the text's end.
-LeafPlace leafAt(const TextNode* node, TextOffset offset)
-{
-    TextOffset start = 0;
-    while (node->height > 0) {
-        const auto* branch = static_cast<const TextBranch*>(node);
-        const size_t child = size_t(branch->childAtUnit(offset - start));
-        start += branch->unitsBefore[child];
-        node = branch->children[child].data();
-    }
-    return {static_cast<const TextLeaf*>(node), start};
-}
-
-void appendUnits(std::u16string& string, const TextLeaf& leaf, TextOffset from, TextOffset to)
-{
-    if (leaf.wide) {
-        const auto units = leaf.wideUnits().subspan(size_t(from), size_t(to - from));
-        string.append(units.begin(), units.end());
-    } else {
-        const auto units = leaf.narrowUnits().subspan(size_t(from), size_t(to - from));
-        string.append(units.begin(), units.end());
-    }
-}
-
 TextNodePointer partOf(const TextLeaf& leaf, TextOffset from, TextOffset to)
 {
     std::u16string string;
-    appendUnits(string, leaf, from, to);
+    leaf.appendTo(string, from, to);
     return TextNodePointer(new TextLeaf(string));
 }
 
@@ -62,7 +32,7 @@ TextNodePointer cutBefore(const TextNodePointer& root, TextOffset offset)
         return {};
     if (offset >= root->metrics.units)
         return root;
-    const auto [leaf, start] = leafAt(root.data(), offset);
+    const auto [leaf, start] = leafAt(*root, offset);
     const TextNodePointer whole = treeBefore(root, start);
     return offset == start ? whole : concatenated(whole, partOf(*leaf, 0, offset - start));
 }
@@ -73,7 +43,7 @@ TextNodePointer cutAfter(const TextNodePointer& root, TextOffset offset)
         return root;
     if (offset >= root->metrics.units)
         return {};
-    const auto [leaf, start] = leafAt(root.data(), offset);
+    const auto [leaf, start] = leafAt(*root, offset);
     if (offset == start)
         return treeAfter(root, start);
     const TextOffset end = start + leaf->metrics.units;
@@ -104,8 +74,8 @@ TextNodePointer sewn(TextNodePointer left, TextNodePointer right)
 {
     if (!left || !right)
         return left ? left : right;
-    const TextLeaf* last = leafAt(left.data(), left->metrics.units).leaf;
-    const TextLeaf* first = leafAt(right.data(), 0).leaf;
+    const TextLeaf* last = leafAt(*left, left->metrics.units).leaf;
+    const TextLeaf* first = leafAt(*right, 0).leaf;
     const TextOffset lastUnits = last->metrics.units;
     const TextOffset firstUnits = first->metrics.units;
     if (lastUnits >= TextLeaf::minimumUnits && firstUnits >= TextLeaf::minimumUnits &&
@@ -114,14 +84,14 @@ TextNodePointer sewn(TextNodePointer left, TextNodePointer right)
 
     std::u16string seam;
     seam.reserve(size_t(lastUnits + firstUnits));
-    appendUnits(seam, *last, 0, lastUnits);
-    appendUnits(seam, *first, 0, firstUnits);
+    last->appendTo(seam, 0, lastUnits);
+    first->appendTo(seam, 0, firstUnits);
     left = treeBefore(left, left->metrics.units - lastUnits);
     right = treeAfter(right, firstUnits);
     if (left && TextOffset(seam.size()) < TextLeaf::minimumUnits) {
-        const auto [before, start] = leafAt(left.data(), left->metrics.units);
+        const auto [before, start] = leafAt(*left, left->metrics.units);
         std::u16string longer;
-        appendUnits(longer, *before, 0, before->metrics.units);
+        before->appendTo(longer, 0, before->metrics.units);
         seam.insert(0, longer);
         left = treeBefore(left, start);
     }
@@ -140,7 +110,7 @@ TextSnapshot::TextSnapshot(QStringView string)
 char16_t TextSnapshot::at(TextOffset offset) const
 {
     Q_ASSERT(offset >= 0 && offset < length());
-    const auto [leaf, start] = leafAt(m_root.data(), offset);
+    const auto [leaf, start] = leafAt(*m_root, offset);
     return leaf->at(offset - start);
 }
 
@@ -161,7 +131,7 @@ TextSnapshot TextSnapshot::slice(TextRange range) const
     if (range.isEmpty())
         return {};
     // A few characters need no tree between.
-    if (const auto [leaf, start] = leafAt(m_root.data(), range.location);
+    if (const auto [leaf, start] = leafAt(*m_root, range.location);
         range.end() < start + leaf->metrics.units)
         return TextSnapshot(partOf(*leaf, range.location - start, range.end() - start));
     return TextSnapshot(cutAfter(cutBefore(m_root, range.end()), range.location));
@@ -175,10 +145,9 @@ TextSnapshot TextSnapshot::replacing(TextRange range, const TextSnapshot& replac
     if (isLeaf(m_root) && isLeaf(replacement.m_root) && newLength <= TextLeaf::maximumUnits) {
         const auto& leaf = static_cast<const TextLeaf&>(*m_root);
         std::u16string units;
-        appendUnits(units, leaf, 0, range.location);
-        appendUnits(units, static_cast<const TextLeaf&>(*replacement.m_root), 0,
-                    replacement.length());
-        appendUnits(units, leaf, range.end(), length());
+        leaf.appendTo(units, 0, range.location);
+        static_cast<const TextLeaf&>(*replacement.m_root).appendTo(units, 0, replacement.length());
+        leaf.appendTo(units, range.end(), length());
         return TextSnapshot(TextNodePointer(new TextLeaf(units)));
     }
     return TextSnapshot(sewn(sewn(cutBefore(m_root, range.location), replacement.m_root),
@@ -217,7 +186,7 @@ TextSnapshot TextSnapshot::rewritten(std::span<const TextEdit> edits) const
     const auto append = [&](const TextPiece& piece) {
         std::visit([&](auto units) { builder.append(units); }, piece.units);
     };
-    TextPiece piece; // the one looked at last: many edits may fall into it
+    TextPieces pieces(m_root.data());
     for (size_t i = 0; i < edits.size(); ++i) {
         const TextSnapshot& replacement = edits[i].replacement;
         replacement.forEachPiece(replacement.range(), append);
@@ -225,8 +194,7 @@ TextSnapshot TextSnapshot::rewritten(std::span<const TextEdit> edits) const
             break;
         const TextOffset end = edits[i + 1].range.location;
         for (TextOffset offset = edits[i].range.end(); offset < end;) {
-            if (offset < piece.location || offset >= piece.location + piece.length())
-                piece = pieceAt(offset);
+            const TextPiece piece = pieces.at(offset);
             const TextPiece part = trimmed(piece, offset - piece.location, end - offset);
             append(part);
             offset += part.length();
@@ -250,8 +218,7 @@ LineIndex TextSnapshot::lineAt(TextOffset offset) const
         node = branch->children[child].data();
     }
     const auto* leaf = static_cast<const TextLeaf*>(node);
-    return LineIndex(breaks + (leaf->wide ? breaksBefore(leaf->wideUnits(), offset)
-                                          : breaksBefore(leaf->narrowUnits(), offset)));
+    return LineIndex(breaks + leaf->breaksBefore(offset));
 }
 
 TextOffset TextSnapshot::lineStart(LineIndex line) const
@@ -272,8 +239,7 @@ TextOffset TextSnapshot::lineStart(LineIndex line) const
         node = branch->children[child].data();
     }
     const auto* leaf = static_cast<const TextLeaf*>(node);
-    return start + (leaf->wide ? endOfBreak(leaf->wideUnits(), number)
-                               : endOfBreak(leaf->narrowUnits(), number));
+    return start + leaf->endOfBreak(number);
 }
 
 TextRange TextSnapshot::line(LineIndex line) const
@@ -306,11 +272,7 @@ TextPiece TextSnapshot::pieceAt(TextOffset offset) const
     Q_ASSERT(offset >= 0 && offset <= length());
     if (offset == length())
         return {offset, QLatin1StringView()};
-    const auto [leaf, start] = leafAt(m_root.data(), offset);
-    if (leaf->wide)
-        return {start, QStringView(leaf->wideUnits().data(), leaf->metrics.units)};
-    return {start, QLatin1StringView(reinterpret_cast<const char*>(leaf->narrowUnits().data()),
-                                     leaf->metrics.units)};
+    return TextPieces(m_root.data()).at(offset);
 }
 
 bool TextSnapshot::operator==(const TextSnapshot& other) const
@@ -323,9 +285,11 @@ TextOffset commonPrefixLength(const TextSnapshot& a, const TextSnapshot& b)
     const TextOffset length = std::min(a.length(), b.length());
     if (a.isSameTree(b))
         return length;
+    TextPieces ours(a.root().data());
+    TextPieces others(b.root().data());
     for (TextOffset offset = 0; offset < length;) {
-        const TextPiece mine = a.pieceAt(offset);
-        const TextPiece theirs = b.pieceAt(offset);
+        const TextPiece mine = ours.at(offset);
+        const TextPiece theirs = others.at(offset);
         const TextOffset end =
             std::min(mine.location + mine.length(), theirs.location + theirs.length());
         const TextOffset same = std::visit(

@@ -6,22 +6,8 @@
 #include <QString>
 #include <QStringView>
 #include <span>
-#include <variant>
 
 namespace quillory {
-
-/// A stretch of code units that lie side by side in memory: of 8 bits each (every one below
-/// U+0100) or of 16.
-struct TextPiece
-{
-    TextOffset location = 0; ///< of its first unit, in the text it was asked of
-    std::variant<QLatin1StringView, QStringView> units;
-
-    TextOffset length() const
-    {
-        return std::visit([](auto view) { return view.size(); }, units);
-    }
-};
 
 struct TextEdit;
 
@@ -120,8 +106,9 @@ TextPiece trimmed(const TextPiece& piece, TextOffset skipped, TextOffset length)
 template<class Visit>
 void TextSnapshot::forEachPiece(TextRange range, Visit&& visit) const
 {
+    TextPieces pieces(m_root.data());
     for (TextOffset offset = range.location; offset < range.end();) {
-        const TextPiece whole = pieceAt(offset);
+        const TextPiece whole = pieces.at(offset);
         const TextPiece piece = trimmed(whole, offset - whole.location, range.end() - offset);
         if constexpr (std::is_same_v<decltype(visit(piece)), bool>) {
             if (!visit(piece))

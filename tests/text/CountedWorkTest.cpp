@@ -74,11 +74,25 @@ TEST(CountedWork, OpeningAsciiCopiesOnlyTheEnds)
     const TextSnapshot text = *decode(file, StringEncoding::utf8);
     qsizetype copied = 0;
     for (const TextLeaf* leaf : leavesOf(text)) {
-        const auto* units = static_cast<const char*>(leaf->units);
-        if (leaf->wide || units < file.data() || units >= file.data() + file.size().value())
+        if (!leaf->isShared())
             copied += leaf->metrics.units;
     }
     EXPECT_LE(copied, 2 * TextLeaf::maximumUnits);
+}
+
+TEST(CountedWork, AFewForeignCharactersLeaveTheOthersAtOneByteEach)
+{
+    QByteArray bytes;
+    for (int line = 0; line < 2000; ++line)
+        bytes +=
+            "a line of some eighty characters, which mostly are ASCII, with one \xD1\x8F in it\n";
+    const TextSnapshot text = *decode(ByteBuffer(bytes), StringEncoding::utf8);
+    TextOffset wide = 0;
+    text.forEachPiece(text.range(), [&](const TextPiece& piece) {
+        if (std::holds_alternative<QStringView>(piece.units))
+            wide += piece.length();
+    });
+    EXPECT_EQ(wide, 2000);
 }
 
 TEST(CountedWork, TypingReportsOneSmallChange)

@@ -17,13 +17,28 @@ std::string nodeFault(const TextNode& node, bool isRoot, char16_t& lastUnit)
         if (belongTogether(lastUnit, leaf.at(0)))
             return "a pair straddles two leaves";
         lastUnit = leaf.at(leaf.metrics.units - 1);
-        if (leaf.wide) {
-            const auto units = leaf.wideUnits();
-            if (std::none_of(units.begin(), units.end(), [](char16_t unit) { return unit > 0xFF; }))
-                return "wide leaf without a wide unit";
+        std::u16string units;
+        leaf.appendTo(units, 0, leaf.metrics.units);
+        for (TextOffset i = 0; i < leaf.metrics.units; ++i) {
+            if (units[size_t(i)] != leaf.at(i))
+                return "a leaf that reads in two ways";
         }
-        const TextMetrics fresh =
-            leaf.wide ? metricsOf(leaf.wideUnits()) : metricsOf(leaf.narrowUnits());
+        size_t hint = 0;
+        for (TextOffset i = 0; i < leaf.metrics.units;) {
+            const TextPiece piece = leaf.pieceAt(i, hint);
+            if (piece.location != i || piece.length() == 0)
+                return "pieces with gaps";
+            const bool isWide = std::holds_alternative<QStringView>(piece.units);
+            const QString string = isWide ? std::get<QStringView>(piece.units).toString()
+                                          : QString(std::get<QLatin1StringView>(piece.units));
+            if (string != QStringView(units).sliced(i, piece.length()))
+                return "a piece unlike its leaf";
+            if (isWide && std::all_of(string.begin(), string.end(),
+                                      [](QChar unit) { return unit.unicode() <= 0xFF; }))
+                return "a wide piece without a wide unit";
+            i += piece.length();
+        }
+        const TextMetrics fresh = metricsOf(std::span<const char16_t>(units));
         return fresh == leaf.metrics ? "" : "wrong leaf metrics";
     }
     const auto& branch = static_cast<const TextBranch&>(node);

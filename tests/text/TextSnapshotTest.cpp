@@ -28,10 +28,18 @@ public:
         static constexpr std::u16string_view alphabet =
             u"\r\n\r\n\u2028\u2029\xD83D\xDE00\xD83D\xDE00"
             u"abcdefgh \t\u00E9\u00FF\u0100\u3042\x85\f";
-        const bool narrow = below(3) != 0;
+        // None, a few or very many of the units take 16 bits.
+        const size_t mode = below(4);
         std::u16string text;
-        for (size_t i = 0; i < length; ++i)
-            text += narrow ? u"ab\r\n c\u00E9"[below(7)] : alphabet[below(alphabet.size())];
+        while (text.size() < length) {
+            if (mode == 0)
+                text += alphabet[below(alphabet.size())];
+            else if (mode == 1 && below(40) == 0)
+                text += std::u16string_view(u"\u03A9\xD83D\xDE00\u2013").substr(below(4));
+            else
+                text += std::u16string_view(u"ab\r\n c\u00E9\0", 8)[below(8)];
+        }
+        text.resize(length);
         return text;
     }
 
