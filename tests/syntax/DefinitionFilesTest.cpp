@@ -68,9 +68,9 @@ private:
 
 std::vector<std::string> fileNames()
 {
-    std::vector<std::string> names;
-    for (const QString& name : QDir(folder()).entryList({u"*.plist"_s}, QDir::Files))
-        names.push_back(name.toStdString());
+    const QStringList files = QDir(folder()).entryList({u"*.plist"_s}, QDir::Files);
+    std::vector<std::string> names(size_t(files.size()));
+    std::ranges::transform(files, names.begin(), &QString::toStdString);
     return names;
 }
 
