@@ -2,11 +2,14 @@
 
 #include "app/MessageBar.h"
 #include "app/RenderToPng.h"
+#include "syntax/Theme.h"
 #include "view/TextViewAccessible.h"
 
 #include <QApplication>
 #include <QIcon>
+#include <QPalette>
 #include <QProcessEnvironment>
+#include <algorithm>
 
 // A static library's resources are linked in only when they are asked for.
 static void initialiseResources()
@@ -24,6 +27,29 @@ void setIcon()
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillory.svg")));
 }
 
+/// What a new user begins with: the band behind the current line, and a dark theme on a dark
+/// desktop.
+void writeFirstDefaults(const ApplicationFolders& folders, UserDefaults& defaults)
+{
+    if (defaults.value(keys::firstStartEver))
+        return;
+    if (!defaults.isWritten(keys::highlight))
+        defaults.setValue(keys::highlight, true);
+    const bool isDark = QGuiApplication::palette().color(QPalette::Base).lightnessF() < 0.5F;
+    if (!isDark || defaults.isWritten(keys::selectedTheme))
+        return;
+    // The user's folder is about to be filled with these.
+    const QString shipped = folders.resources + QStringLiteral("/Themes");
+    ThemeList themes;
+    themes.load(shipped, 0, shipped);
+    const auto& all = themes.arrangedObjects();
+    const auto dark = std::find_if(all.begin(), all.end(), [](const Theme& theme) {
+        return theme.name() == QLatin1StringView("Insomniac");
+    });
+    if (dark != all.end())
+        defaults.setValue(keys::selectedTheme, int(dark - all.begin()));
+}
+
 } // namespace
 
 Application::Application()
@@ -35,6 +61,7 @@ Application::Application()
       m_controller(m_environment, m_questions, m_state)
 {
     initialiseResources();
+    writeFirstDefaults(m_folders, m_defaults);
     installTextViewAccessibility();
     installMessageAccessibility();
 }

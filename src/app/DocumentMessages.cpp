@@ -2,6 +2,7 @@
 
 #include "app/DocumentWindow.h"
 #include "app/EncodingMenu.h"
+#include "app/LanguageMenu.h"
 #include "app/MessageArea.h"
 #include "app/RereadFlow.h"
 #include "app/SaveFlow.h"
@@ -153,6 +154,24 @@ void showReadProblem(DocumentWindow& window, const QString& text, bool undecodab
                            {Message::Kind::Problem,
                             text,
                             {undecodable ? reopenAs(window, tr("&Choose Encoding")) : again}});
+}
+
+void showDefinitionFaults(DocumentWindow& window)
+{
+    const std::vector<DefinitionFault> faults = window.document().syntaxColouring().faults();
+    if (faults.empty()) {
+        window.messages().clear(Subject::Definitions);
+        return;
+    }
+    const QString text = faults.front().description();
+    const auto more = int(faults.size()) - 1;
+    window.messages().show(Subject::Definitions,
+                           {Message::Kind::Warning,
+                            more == 0 ? text
+                                      : QCoreApplication::translate(
+                                            "DocumentMessages", "%1 (and %n more)", nullptr, more)
+                                            .arg(text),
+                            {{tr("Show &Folder"), [&window] { showSyntaxFolder(window); }}}});
 }
 
 void showUnencodable(DocumentWindow& window, const EncodingFailure& failure)

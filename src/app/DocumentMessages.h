@@ -21,6 +21,9 @@ void showSaveProblem(DocumentWindow& window, const SaveResult& result);
 /// Reading the file again failed; \a undecodable: another encoding may help.
 void showReadProblem(DocumentWindow& window, const QString& text, bool undecodable);
 
+/// Says in one line which definition is at fault, and in which key; nothing where none is.
+void showDefinitionFaults(DocumentWindow& window);
+
 /// The encoding just chosen lacks a character of the text.
 void showUnencodable(DocumentWindow& window, const EncodingFailure& failure);
 

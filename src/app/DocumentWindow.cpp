@@ -1,5 +1,6 @@
 #include "app/DocumentWindow.h"
 
+#include "app/ColourExport.h"
 #include "app/DocumentController.h"
 #include "app/DocumentMessages.h"
 #include "app/GoToLineDialog.h"
@@ -74,10 +75,12 @@ void DocumentWindow::build()
     m_view->setFocus();
 
     const DocumentEnvironment& environment = m_services.environment;
-    m_appearance = std::make_unique<ViewAppearance>(*m_view, environment);
+    m_appearance =
+        std::make_unique<ViewAppearance>(*m_view, environment, m_document->syntaxColouring());
     m_saving = std::make_unique<SaveFlow>(*m_document, environment, m_services.questions, *this);
     m_rereading = std::make_unique<RereadFlow>(*m_document, m_services.questions, *this);
     m_loading = std::make_unique<LoadFlow>(*m_document, *loadingBar, *this);
+    m_colourExport = std::make_unique<ColourExport>(*m_document, m_services.questions, *this);
 }
 
 void DocumentWindow::connectDocument()
@@ -95,6 +98,9 @@ void DocumentWindow::connectDocument()
         updateLineBreaksMessage(*this);
     });
     connect(&document, &Document::textViewSettingsApplied, this, [this] { m_appearance->apply(); });
+    connect(m_view, &TextViewWidget::visibleRangeChanged, &document, &Document::pageRecolour);
+    connect(&document.syntaxColouring(), &SyntaxColouring::faultsChanged, this,
+            [this] { showDefinitionFaults(*this); });
     connect(&document, &Document::settingsSheetRequested, this, [this] {
         if (isUntouched())
             showSettings(SettingsPopover::Reason::NewDocument);
@@ -118,6 +124,11 @@ void DocumentWindow::connectDocument()
     connect(m_saving.get(), &SaveFlow::failed, this,
             [this](const SaveResult& result) { showSaveProblem(*this, result); });
     connect(m_loading.get(), &LoadFlow::loaded, this, [this] { showStateMessages(*this); });
+    connect(m_colourExport.get(), &ColourExport::exportingChanged, this,
+            &DocumentWindow::updateActivity);
+    connect(m_colourExport.get(), &ColourExport::failed, this, [this](const QString& message) {
+        m_messages->show(MessageArea::Subject::Export, {Message::Kind::Problem, message});
+    });
     connect(m_loading.get(), &LoadFlow::placeReached, this, &DocumentWindow::goTo);
     connect(m_rereading.get(), &RereadFlow::readingChanged, this, &DocumentWindow::updateActivity);
     connect(m_rereading.get(), &RereadFlow::reread, this, [this] {
@@ -156,9 +167,10 @@ void DocumentWindow::updateTitle()
 
 void DocumentWindow::updateActivity()
 {
-    m_status->setActivity(m_saving->isSaving()       ? tr("Saving…")
-                          : m_rereading->isReading() ? tr("Reading…")
-                                                     : QString());
+    m_status->setActivity(m_saving->isSaving()            ? tr("Saving…")
+                          : m_rereading->isReading()      ? tr("Reading…")
+                          : m_colourExport->isExporting() ? tr("Exporting…")
+                                                          : QString());
     m_menu->scheduleRefresh();
 }
 
@@ -217,7 +229,21 @@ void DocumentWindow::chooseFont()
     dialog->open();
 }
 
+void DocumentWindow::copyWithColours()
+{
+    const QString html = m_colourExport->selectionAsHtml(m_view->textFont().family());
+    if (html.isEmpty())
+        m_view->copy();
+    else
+        m_view->copyRichText(html);
+}
+
 // Places in the text
+
+TextRange DocumentWindow::visibleTextRange()
+{
+    return m_view->visibleRange();
+}
 
 void DocumentWindow::goTo(TextPlace place)
 {

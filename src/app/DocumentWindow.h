@@ -13,6 +13,7 @@
 namespace quillory {
 
 class Document;
+class ColourExport;
 class DocumentController;
 class LoadFlow;
 class MainMenu;
@@ -47,11 +48,13 @@ public:
     DocumentController& controller() const { return m_services.controller; }
     TextViewWidget& view() const { return *m_view; }
     ViewAppearance& appearance() const { return *m_appearance; }
+    const DocumentEnvironment& environment() const { return m_services.environment; }
     StatusLine& statusLine() const { return *m_status; }
     MessageArea& messages() const { return *m_messages; }
     SaveFlow& saving() const { return *m_saving; }
     RereadFlow& rereading() const { return *m_rereading; }
     LoadFlow& loading() const { return *m_loading; }
+    ColourExport& colourExport() const { return *m_colourExport; }
 
     /// True for a new document that nothing was done to, so that another may take its place.
     bool isUntouched() const;
@@ -70,6 +73,10 @@ public:
     void chooseLineBreaks(int lbFormat);
     void toggleFullScreen();
     void chooseFont();
+    /// The selected text, for programs that take rich text too.
+    void copyWithColours();
+
+    TextRange visibleTextRange() override;
 
     /// Closes the window once the document is saved or its edits are given up; \a then is told
     /// whether it closed.
@@ -110,6 +117,7 @@ private:
     std::unique_ptr<SaveFlow> m_saving;
     std::unique_ptr<RereadFlow> m_rereading;
     std::unique_ptr<LoadFlow> m_loading;
+    std::unique_ptr<ColourExport> m_colourExport;
     bool m_painted = false;
     bool m_asking = false;   ///< a question before closing is open
     bool m_mayClose = false; ///< it was answered

@@ -1,9 +1,11 @@
 #include "app/MenuTable.h"
 
 #include "app/AboutBox.h"
+#include "app/ColourExport.h"
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
 #include "app/EncodingMenu.h"
+#include "app/LanguageMenu.h"
 #include "app/RereadFlow.h"
 #include "app/SaveFlow.h"
 #include "app/StatusLine.h"
@@ -171,6 +173,9 @@ constexpr MenuItem fileMenu[]{
     {.text = ENTRY("Save a Cop&y…"),
      .run = [](W& w) { w.saving().saveCopy(); },
      .isEnabled = isUnderstood},
+    {.text = ENTRY("E&xport as HTML…"),
+     .run = [](W& w) { w.colourExport().exportAsHtml(); },
+     .isEnabled = [](const W& w) { return isThere(w) && !w.colourExport().isExporting(); }},
     separator,
     {.text = ENTRY("Re&vert to Saved"),
      .run = [](W& w) { w.rereading().revert(); },
@@ -214,6 +219,10 @@ constexpr MenuItem editMenu[]{
      .standardKey = QKeySequence::Copy,
      .run = [](W& w) { w.view().copy(); },
      .isEnabled = hasSelection},
+    {.text = ENTRY("Copy with C&olours"),
+     .ownKeys = "Ctrl+Shift+C",
+     .run = [](W& w) { w.copyWithColours(); },
+     .isEnabled = hasSelection},
     // Whether the clipboard holds text is for its owner to say, who may take long.
     {.text = ENTRY("&Paste"),
      .inContextMenu = true,
@@ -247,6 +256,10 @@ constexpr MenuItem viewMenu[]{
     {.text = ENTRY("&Wrap Lines"),
      .run = [](W& w) { w.appearance().setWrapLines(!w.appearance().wrapsLines()); },
      .isChecked = [](const W& w) { return w.appearance().wrapsLines(); }},
+    {.text = ENTRY("&Highlight Current Line"),
+     .run = [](W& w) { w.appearance().setHighlight(!w.appearance().highlights()); },
+     .isChecked = [](const W& w) { return w.appearance().highlights(); }},
+    {.text = ENTRY("&Theme"), .fill = fillThemeMenu},
     separator,
     {.text = ENTRY("Zoom &In"),
      .standardKey = QKeySequence::ZoomIn,
@@ -275,6 +288,9 @@ constexpr MenuItem formatMenu[]{
     {.text = ENTRY("&Document Settings…"),
      .run = [](W& w) { w.showSettings(); },
      .isEnabled = isThere},
+    separator,
+    {.text = ENTRY("Lan&guage"), .fill = fillLanguageMenu},
+    {.text = ENTRY("Show Definitions and &Themes…"), .run = showSyntaxFolder},
     separator,
     {.text = ENTRY("&Encoding"), .isEnabled = isIdle, .fill = fillEncodings},
     {.text = ENTRY("&Line Breaks"), .isEnabled = isUnderstood, .fill = fillLineBreaks},

@@ -22,6 +22,8 @@ public:
         Encoding,
         LineBreaks,
         RoundTrip,
+        Definitions,
+        Export,
     };
 
     explicit MessageArea(QWidget* parent = nullptr);

@@ -47,6 +47,11 @@ void SettingsPopover::build()
     title->setFont(bold);
     layout->addRow(title);
 
+    m_language = new QComboBox(this);
+    m_language->setMaxVisibleItems(16);
+    connect(m_language, &QComboBox::activated, this, &SettingsPopover::chooseLanguage);
+    layout->addRow(tr("Lan&guage:"), m_language);
+
     m_encoding = new QComboBox(this);
     m_encoding->setMaxVisibleItems(16);
     connect(m_encoding, &QComboBox::activated, this, &SettingsPopover::chooseEncoding);
@@ -70,7 +75,14 @@ void SettingsPopover::build()
 
 void SettingsPopover::showRecord()
 {
-    const QSignalBlocker quiet(m_encoding);
+    const QSignalBlocker quietLanguage(m_language);
+    m_language->clear();
+    const DefinitionList& definitions = m_document.syntaxColouring().definitions();
+    for (const Definition& definition : definitions.arrangedObjects())
+        m_language->addItem(definition.title());
+    m_language->setCurrentIndex(int(definitions.selectionIndex()));
+
+    const QSignalBlocker quietEncoding(m_encoding);
     m_encoding->clear();
     const EncodingList& list = m_document.encodingsArrayController();
     for (const EncodingEntry& entry : list.arranged())
@@ -148,6 +160,12 @@ void SettingsPopover::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setPen(palette().color(QPalette::Mid));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+void SettingsPopover::chooseLanguage(int index)
+{
+    m_document.syntaxColouring().selectDefinition(index);
+    m_document.applyDefinitionAction();
 }
 
 void SettingsPopover::chooseEncoding(int index)

@@ -43,11 +43,13 @@ private:
     void build();
     void showRecord();
     void place();
+    void chooseLanguage(int index);
     void chooseEncoding(int index);
     void chooseLineBreaks(int index);
 
     Document& m_document;
     const DocumentEnvironment& m_environment;
+    QComboBox* m_language = nullptr;
     QComboBox* m_encoding = nullptr;
     QComboBox* m_lineBreaks = nullptr;
     QCheckBox* m_mark = nullptr;

@@ -3,6 +3,7 @@
 #include "document/DocumentEnvironment.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/UserDefaults.h"
+#include "syntax/SyntaxColouring.h"
 #include "view/TextViewWidget.h"
 
 #include <QFontDatabase>
@@ -16,6 +17,21 @@ constexpr int smallestStored = 11; ///< points that the user default "fontSize" 
 constexpr int smallest = 4;        ///< points
 constexpr int largest = 96;        ///< points
 
+/// Behind the current line where the theme does not say.
+constexpr Colour defaultBand{0.229F, 0.229F, 0.229F, 0.2F};
+
+QColor toQColor(const Colour& colour)
+{
+    return QColor::fromRgbF(colour.red, colour.green, colour.blue, colour.alpha);
+}
+
+/// For a window that has not the keyboard.
+QColor faded(QColor colour)
+{
+    colour.setAlphaF(colour.alphaF() * 0.6F);
+    return colour;
+}
+
 int pointSize(const QFont& font)
 {
     return font.pointSize() > 0 ? font.pointSize() : smallestStored;
@@ -23,9 +39,11 @@ int pointSize(const QFont& font)
 
 } // namespace
 
-ViewAppearance::ViewAppearance(TextViewWidget& view, const DocumentEnvironment& environment)
-    : m_view(view), m_environment(environment)
+ViewAppearance::ViewAppearance(TextViewWidget& view, const DocumentEnvironment& environment,
+                               const SyntaxColouring& colouring)
+    : m_view(view), m_environment(environment), m_colouring(colouring)
 {
+    connect(&colouring, &SyntaxColouring::plainColoursChanged, this, &ViewAppearance::applyColours);
     connect(&view, &TextViewWidget::zoomRequested, this, &ViewAppearance::zoomBy);
     apply();
 }
@@ -38,6 +56,21 @@ void ViewAppearance::apply()
         m_view.setTextFont(zoomed);
     if (wrapsLines() != m_view.wrapsLines())
         m_view.setWrapLines(wrapsLines());
+    applyColours();
+}
+
+/// Without a theme the text is shown in the desktop's colours.
+void ViewAppearance::applyColours()
+{
+    std::optional<TextViewColours> colours;
+    if (const std::optional<PlainColours>& theme = m_colouring.plainColours()) {
+        const QColor selection = toQColor(theme->selection);
+        colours = {toQColor(theme->text), toQColor(theme->background),
+                   toQColor(theme->insertionPoint), selection, faded(selection)};
+        if (highlights())
+            colours->currentLine = toQColor(theme->highlight.value_or(defaultBand));
+    }
+    m_view.setColours(colours);
 }
 
 void ViewAppearance::setZoom(int points)
@@ -55,6 +88,17 @@ bool ViewAppearance::wrapsLines() const
 void ViewAppearance::setWrapLines(bool wrap)
 {
     m_environment.defaults.setValue(keys::wrapLines, wrap);
+    m_environment.notifications.post(notifications::preferencesDidChange);
+}
+
+bool ViewAppearance::highlights() const
+{
+    return m_environment.defaults.value(keys::highlight);
+}
+
+void ViewAppearance::setHighlight(bool highlight)
+{
+    m_environment.defaults.setValue(keys::highlight, highlight);
     m_environment.notifications.post(notifications::preferencesDidChange);
 }
 

@@ -5,18 +5,20 @@
 
 namespace quillory {
 
+class SyntaxColouring;
 class TextViewWidget;
 class UserDefaults;
 struct DocumentEnvironment;
 
-/// The font and the wrapping of a window's text: those of the user defaults, the font enlarged or
-/// made smaller for this window.
+/// The font, the wrapping and the plain colours of a window's text: those of the user defaults and
+/// the theme, the font enlarged or made smaller for this window.
 class ViewAppearance : public QObject
 {
     Q_OBJECT
 
 public:
-    ViewAppearance(TextViewWidget& view, const DocumentEnvironment& environment);
+    ViewAppearance(TextViewWidget& view, const DocumentEnvironment& environment,
+                   const SyntaxColouring& colouring);
 
     /// Brings the view up to date with the user defaults.
     void apply();
@@ -32,6 +34,11 @@ public:
     /// For all windows, and those to come.
     void setWrapLines(bool wrap);
 
+    /// Whether lines that are worked on have a band behind them.
+    bool highlights() const;
+    /// For all windows, and those to come.
+    void setHighlight(bool highlight);
+
     /// Without the zoom.
     QFont font() const;
     /// For all windows, and those to come.
@@ -39,9 +46,11 @@ public:
 
 private:
     void setZoom(int points);
+    void applyColours();
 
     TextViewWidget& m_view;
     const DocumentEnvironment& m_environment;
+    const SyntaxColouring& m_colouring;
     int m_zoom = 0; ///< points added to the font's size
 };
 

@@ -1,7 +1,6 @@
 #include "syntax/PageColouring.h"
 
 #include "foundation/Background.h"
-#include "syntax/regex/ICUPattern.h"
 
 #include <algorithm>
 
@@ -12,17 +11,6 @@ namespace {
 TextRange widened(TextRange range, TextOffset margin, TextRange within)
 {
     return TextRange{range.location - margin, range.length + 2 * margin}.intersection(within);
-}
-
-/// For another thread: a pattern belongs to one at a time.
-ColouringState copied(const ColouringState& state)
-{
-    ColouringState copy = state;
-    for (auto* const pattern : {&copy.firstStringPattern, &copy.secondStringPattern}) {
-        if (*pattern)
-            *pattern = std::make_shared<ICUPattern>(**pattern);
-    }
-    return copy;
 }
 
 Recolouring recolouredAlone(const TextSnapshot& text, TextRange stretch,
@@ -99,7 +87,7 @@ void PageColouring::colourInBackground(TextRange lines, TextRange visible)
     const bool whole = lines.length <= wholeLength;
     const TextRange stretch = whole ? lines : widened(visible, stretchMargin, lines);
     const auto colour = [text = m_text.snapshot(), generation = m_generation,
-                         state = copied(m_state), roles = m_roles, stretch, whole] {
+                         state = forAnotherThread(m_state), roles = m_roles, stretch, whole] {
         return Prepared{text, generation,
                         whole ? recoloured(text, stretch, state, roles)
                               : recolouredAlone(text, stretch, state, roles)};

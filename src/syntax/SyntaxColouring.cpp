@@ -184,6 +184,12 @@ void SyntaxColouring::recolourRange(TextRange range)
         m_page.recolourRange(range);
 }
 
+ColouringJob SyntaxColouring::colouringJob() const
+{
+    return {m_text.snapshot(), forAnotherThread(m_state), m_roles,
+            m_plainColours.value_or(PlainColours()), isPlainText()};
+}
+
 void SyntaxColouring::pageRecolour()
 {
     m_pagePending = false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "syntax/ColouringJob.h"
 #include "syntax/DefinitionList.h"
 #include "syntax/PageColouring.h"
 #include "syntax/Theme.h"
@@ -78,6 +79,8 @@ public:
     void setColour(ColourRole role, TextRange range) { m_page.setColour(role, range); }
     /// Colours the lines of \a range. O(their length).
     void recolourRange(TextRange range);
+    /// For the whole text, as it is now.
+    ColouringJob colouringJob() const;
     /// Colours the lines that are seen; long ones a little later, see PageColouring.
     void pageRecolour();
 

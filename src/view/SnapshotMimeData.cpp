@@ -61,7 +61,7 @@ bool SnapshotMimeData::hasFormat(const QString& mimeType) const
 QStringList SnapshotMimeData::formats() const
 {
     QStringList result{utf8Text(), plainText()};
-    if (text().length() <= longestHtml)
+    if (!m_html.isEmpty() || text().length() <= longestHtml)
         result += htmlText();
     return result;
 }
@@ -79,6 +79,8 @@ QVariant SnapshotMimeData::retrieveData(const QString& mimeType, QMetaType type)
 
 QString SnapshotMimeData::html() const
 {
+    if (!m_html.isEmpty())
+        return QStringLiteral("<meta charset=\"utf-8\">") + m_html;
     return QStringLiteral("<meta charset=\"utf-8\"><pre style=\"font-family: '%1', monospace\">")
                .arg(m_fontFamily.toHtmlEscaped()) +
            text().string().toHtmlEscaped() + QStringLiteral("</pre>");

@@ -9,7 +9,8 @@ namespace quillory {
 
 /// Text for the clipboard or for a drag that holds a snapshot: however much text it is, it costs
 /// something only when somebody asks for it. It is offered as plain text, in UTF-8 without a
-/// detour, and, where it is not very long, as preformatted HTML in \a font, without any colours.
+/// detour, and as HTML: where it is not very long, as preformatted text in \a font without any
+/// colours, or else as \a html says.
 /// Outside of this program an unpaired surrogate becomes U+FFFD.
 class SnapshotMimeData : public QMimeData
 {
@@ -21,6 +22,10 @@ public:
 
     SnapshotMimeData(JoinedText text, const QFont& font)
         : m_text(std::move(text)), m_fontFamily(font.family())
+    {}
+
+    SnapshotMimeData(JoinedText text, QString html)
+        : m_text(std::move(text)), m_html(std::move(html))
     {}
 
     const TextSnapshot& text() const { return m_text.text; }
@@ -40,6 +45,7 @@ private:
 
     JoinedText m_text;
     QString m_fontFamily;
+    QString m_html; ///< empty for that of the text in its font
 };
 
 } // namespace quillory

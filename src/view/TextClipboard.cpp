@@ -26,6 +26,13 @@ void TextClipboard::copy(const QFont& font, QClipboard::Mode mode) const
         clipboard.setMimeData(new SnapshotMimeData(std::move(text), font), mode);
 }
 
+void TextClipboard::copyRichText(const QString& html) const
+{
+    JoinedText text = joinedSelections(m_editor.string(), m_editor.selections());
+    if (!text.text.isEmpty())
+        QGuiApplication::clipboard()->setMimeData(new SnapshotMimeData(std::move(text), html));
+}
+
 void TextClipboard::cut(const QFont& font)
 {
     if (!m_editor.isEditable() || m_editor.selectedText().isEmpty())

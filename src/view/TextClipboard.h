@@ -20,6 +20,8 @@ public:
     /// Several selections come with line breaks between them. Without selected text nothing is
     /// copied, and the clipboard keeps what it has. \a font is what rich text names.
     void copy(const QFont& font, QClipboard::Mode mode = QClipboard::Clipboard) const;
+    /// The same, with \a html, a fragment of a page, as its rich form.
+    void copyRichText(const QString& html) const;
     void cut(const QFont& font);
     /// Calls \a done when the text was inserted, unless the editor is gone by then.
     void paste(QClipboard::Mode mode, const std::function<void()>& done);

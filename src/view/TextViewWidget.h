@@ -97,6 +97,8 @@ public:
     void showCaret();
     void restartBlink() { m_blink.restart(); }
     void setPreedit(const Preedit& preedit);
+    /// Copies the selected text, and \a html as what it looks like.
+    void copyRichText(const QString& html) { m_clipboard.copyRichText(html); }
     void publishPrimarySelection() { m_clipboard.copy(textFont(), QClipboard::Selection); }
     void pastePrimarySelection();
 
