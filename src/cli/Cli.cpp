@@ -12,11 +12,14 @@ constexpr CliCommand commands[] = {
      QLatin1StringView("[--from N|NAME] [--encoding N|NAME] [--line-breaks unix|mac|windows]\n"
                        "          [--as text|archive] IN OUT"),
      QLatin1StringView("Write a file in another encoding, line-break format or kind."), runConvert},
+    {QLatin1StringView("definitions"), QLatin1StringView("[--format text|json]"),
+     QLatin1StringView("List the installed definitions and what is wrong with them."),
+     runDefinitions},
 };
 
 void printHelp(QTextStream& out)
 {
-    out << "Usage: quillory-cli COMMAND [OPTION...] FILE...\n\n";
+    out << "Usage: quillory-cli COMMAND [OPTION...] [FILE...]\n\n";
     for (const CliCommand& command : commands)
         out << "  " << command.name << ' ' << command.arguments << "\n      " << command.summary
             << '\n';

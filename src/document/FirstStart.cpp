@@ -10,31 +10,41 @@ namespace quillory {
 
 namespace {
 
-constexpr const char* definitions[] = {"ObjectiveC", "CSS", "Plist", "HTML", "Java",
-                                       "JavaScript", "PHP", "XML",   "Text", "LaTeX"};
-constexpr const char* themes[] = {"Default", "Discreet", "Fluffish", "Insomniac",
-                                  "Solarized_Light"};
+/// Into a file that the user may write to, also where the shipped one is for reading alone. A file
+/// that is there stays.
+void copyFile(const QString& source, const QString& target)
+{
+    if (QFile::copy(source, target))
+        QFile::setPermissions(target, QFile::permissions(target) | QFileDevice::WriteOwner);
+}
+
+QStringList listsIn(const QString& folder)
+{
+    return QDir(folder).entryList({QStringLiteral("*.plist")}, QDir::Files);
+}
+
+void copyFolder(const QString& source, const QString& target)
+{
+    QDir().mkpath(target);
+    for (const QString& name : listsIn(source))
+        copyFile(source + u'/' + name, target + u'/' + name);
+}
 
 } // namespace
 
 void populateApplicationSupport(const ApplicationFolders& folders, UserDefaults& defaults)
 {
-    if (defaults.value(keys::firstStartEver))
-        return;
     const QString target = folders.applicationSupport;
     const QString source = folders.resources;
-    QDir().mkpath(target);
-    QFile::copy(source + QStringLiteral("/Encodings.plist"),
-                target + QStringLiteral("/Encodings.plist"));
-    const auto copyAll = [&](const QString& folder, auto& names) {
-        QDir().mkpath(target + folder);
-        for (const char* name : names) {
-            const QString file = QStringLiteral("/%1.plist").arg(QLatin1StringView(name));
-            QFile::copy(source + folder + file, target + folder + file);
-        }
-    };
-    copyAll(QStringLiteral("/Definitions"), definitions);
-    copyAll(QStringLiteral("/Themes"), themes);
+    const bool isFirst = !defaults.value(keys::firstStartEver);
+    for (const QString& folder : {QStringLiteral("/Definitions"), QStringLiteral("/Themes")}) {
+        if (isFirst || listsIn(target + folder).isEmpty())
+            copyFolder(source + folder, target + folder);
+    }
+    if (!isFirst)
+        return;
+    copyFile(source + QStringLiteral("/Encodings.plist"),
+             target + QStringLiteral("/Encodings.plist"));
     defaults.setValue(keys::firstStartEver, true);
 }
 

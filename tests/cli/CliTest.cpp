@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
@@ -165,6 +166,43 @@ TEST_F(CliTest, FailuresSayWhatAndAnswerOneUsageTwo)
     EXPECT_TRUE(QDir(path("Quillory/Recovery")).isEmpty()); // what was read is still where it was
     EXPECT_EQ(run({QStringLiteral("--help")}), 0);
     EXPECT_TRUE(out.contains(QStringLiteral("convert")));
+}
+
+TEST_F(CliTest, DefinitionsListsWhatIsInstalledAndItsFaults)
+{
+    qputenv("XDG_DATA_HOME", QFile::encodeName(folder.path()));
+    const QString definitions = QStringLiteral("definitions");
+    const QStringList json{definitions, QStringLiteral("--format"), QStringLiteral("json")};
+    const auto titles = [&] {
+        EXPECT_EQ(run(json), 0);
+        QStringList result;
+        const QJsonObject told = QJsonDocument::fromJson(out.toUtf8()).object();
+        for (const QJsonValue definition : told[QStringLiteral("definitions")].toArray())
+            result.append(definition[QStringLiteral("title")].toString());
+        return result;
+    };
+    const QStringList shipped = titles(); // before the first start
+    EXPECT_TRUE(shipped.contains(QStringLiteral("PHP")));
+    EXPECT_TRUE(shipped.contains(QStringLiteral("Text")));
+
+    QDir().mkpath(path("Quillory/Definitions"));
+    write("Quillory/Definitions/lab.plist",
+          "{ title = Lab; extensions = (la, lb); isDefault = 1; keywords = 7; "
+          "functionDefinition = \"(\"; }");
+    write("Quillory/Definitions/broken.plist", "{");
+    EXPECT_EQ(titles(), (QStringList{QStringLiteral("Lab"), QStringLiteral("Text")}));
+    const QJsonArray faults =
+        QJsonDocument::fromJson(out.toUtf8()).object()[QStringLiteral("faults")].toArray();
+    ASSERT_EQ(faults.size(), 3);
+    EXPECT_EQ(faults[2][QStringLiteral("key")], QStringLiteral("functionDefinition"));
+
+    EXPECT_EQ(run({definitions}), 0);
+    EXPECT_TRUE(out.startsWith(QStringLiteral("Lab (for new documents)\n  Extensions: la lb\n")));
+    EXPECT_EQ(error.count(QLatin1Char('\n')), 3);
+    EXPECT_TRUE(error.contains(QStringLiteral("broken.plist")));
+    EXPECT_TRUE(error.contains(QStringLiteral("keywords")));
+    EXPECT_EQ(run({definitions, QStringLiteral("x")}), 2);
+    EXPECT_EQ(run({definitions, QStringLiteral("--format"), QStringLiteral("x")}), 2);
 }
 
 } // namespace
