@@ -82,6 +82,7 @@ INSTANTIATE_TEST_SUITE_P(
 std::vector<std::string> descriptions(const std::vector<DefinitionFault>& faults)
 {
     std::vector<std::string> result;
+    result.reserve(faults.size());
     for (const DefinitionFault& fault : faults)
         result.push_back(fault.description().toStdString());
     return result;
