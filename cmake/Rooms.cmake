@@ -13,6 +13,7 @@ endfunction()
 function(quillory_tests room)
   cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp *.h)
+  list(FILTER sources EXCLUDE REGEX "/golden/") # samples to be coloured, not to be built
   add_executable(${room}_tests ${sources})
   target_link_libraries(${room}_tests PRIVATE quillory_test_support ${ARG_LINKS})
   target_compile_definitions(${room}_tests PRIVATE
