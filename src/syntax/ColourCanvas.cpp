@@ -6,7 +6,7 @@ namespace quillory {
 
 ColourCanvas::ColourCanvas(const TextSnapshot& text, TextRange lines, const ColourRoles& roles,
                            TextOffset lookahead)
-    : m_text(text), m_range(lines), m_roles(roles),
+    : m_text(text), m_range(lines), m_textEnd(text.length() - lines.location), m_roles(roles),
       m_painted(size_t(lines.length) + 1, ColourRole::none)
 {
     const TextRange read =
@@ -22,7 +22,19 @@ ColourCanvas::ColourCanvas(const TextSnapshot& text, TextRange lines, const Colo
             m_units.append(first, first + narrow.size());
         }
     });
+    findLines();
+}
 
+ColourCanvas::ColourCanvas(std::u16string_view line, const ColourRoles& roles)
+    : m_range{0, TextOffset(line.size())}, m_textEnd(std::numeric_limits<TextOffset>::max()),
+      m_roles(roles), m_units(1, u'\n'), m_painted(line.size() + 1, ColourRole::none)
+{
+    m_units.append(line);
+    findLines();
+}
+
+void ColourCanvas::findLines()
+{
     const std::u16string_view all = units();
     Line line;
     for (size_t i = 0; i < all.size(); ++i) {

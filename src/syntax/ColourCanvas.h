@@ -42,12 +42,15 @@ public:
     ColourCanvas(const TextSnapshot& text, TextRange lines, const ColourRoles& roles,
                  TextOffset lookahead);
 
+    /// \a line alone, as if more text came behind it.
+    ColourCanvas(std::u16string_view line, const ColourRoles& roles);
+
     const TextSnapshot& text() const { return m_text; }
     TextRange range() const { return m_range; }
     TextOffset length() const { return m_range.length; }
 
     /// Where the whole text ends.
-    TextOffset textEnd() const { return m_text.length() - m_range.location; }
+    TextOffset textEnd() const { return m_textEnd; }
 
     std::u16string_view units() const { return unitsAfterBreak().substr(1); }
     std::u16string_view unitsAndLookahead() const { return std::u16string_view(m_units).substr(1); }
@@ -73,8 +76,11 @@ public:
     std::vector<RoleRun> runs() const;
 
 private:
+    void findLines();
+
     TextSnapshot m_text;
     TextRange m_range;
+    TextOffset m_textEnd;
     const ColourRoles& m_roles;
     std::u16string m_units;
     std::vector<ColourRole> m_painted;

@@ -2,6 +2,7 @@
 
 #include "syntax/ColourCanvas.h"
 #include "syntax/ColouringState.h"
+#include "syntax/OpenSpans.h"
 #include "syntax/StringLiterals.h"
 
 // The passes that colour one canvas, each painting over what those before it painted. None of them
@@ -33,9 +34,9 @@ void colourAttributes(ColourCanvas& canvas, const ColouringState& state);
 /// From \a token to the end of its line, for each token that is not excepted.
 void colourLineComments(ColourCanvas& canvas, const QString& token);
 
-/// Spans that may begin before the canvas. \a isOpen: one does.
-void colourInstructions(ColourCanvas& canvas, const ColouringState& state, bool isOpen);
+/// Spans that may have begun before the canvas.
+void colourInstructions(ColourCanvas& canvas, const ColouringState& state, OpenSpan start);
 void colourBlockComments(ColourCanvas& canvas, const ColouringState& state, const QString& begin,
-                         const QString& end, bool isOpen);
+                         const QString& end, OpenSpan start);
 
 } // namespace quillory

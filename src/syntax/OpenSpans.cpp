@@ -1,35 +1,36 @@
 #include "syntax/OpenSpans.h"
 
-#include "text/TextSearch.h"
+#include "syntax/LineFold.h"
+#include "syntax/WrappedScript.h"
 
 namespace quillory {
 
 namespace {
 
-bool isOpen(const TextSnapshot& text, TextOffset offset, const QString& begin, const QString& end)
+SpanState stateBefore(const TextSnapshot& text, TextOffset offset, const SpanLines& lines)
 {
-    if (begin.isEmpty())
-        return false;
-    bool open = false;
-    for (TextOffset at = 0; at <= offset;) {
-        const QString& sought = open ? end : begin;
-        const TextOffset found = find(text, sought, TextRange::between(at, offset));
-        if (found < 0)
-            break;
-        at = found + sought.size();
-        open = !open;
-    }
-    return open;
+    if (lines.isIdle() || offset == 0)
+        return 0;
+    LineFold fold(lines, text, true);
+    fold.addUpTo(text.root(), offset);
+    return fold.table().after(0);
 }
 
 } // namespace
 
 OpenSpans openSpansBefore(const TextSnapshot& text, TextOffset offset, const ColouringState& state)
 {
-    return {
-        isOpen(text, offset, state.beginInstruction, state.endInstruction),
-        isOpen(text, offset, state.beginFirstMultiLineComment, state.endFirstMultiLineComment),
-        isOpen(text, offset, state.beginSecondMultiLineComment, state.endSecondMultiLineComment)};
+    const SpanState instructions = stateBefore(text, offset, SpanLines::instructions(state));
+    const SpanState comments = stateBefore(text, offset, SpanLines::comments(state));
+    const auto comment = [&](int pair) -> OpenSpan {
+        if (SpanLines::isWaiting(comments, pair)) {
+            WrappedScript wrapped(text, state.letterCharacterSet);
+            if (const TextOffset letter = wrapped.endTagAfter(offset); letter >= 0)
+                return {false, letter - offset};
+        }
+        return {SpanLines::isOpen(comments, pair), 0};
+    };
+    return {{SpanLines::isOpen(instructions, 0), 0}, comment(0), comment(1)};
 }
 
 } // namespace quillory

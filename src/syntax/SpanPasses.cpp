@@ -5,16 +5,16 @@
 
 namespace quillory {
 
-void colourInstructions(ColourCanvas& canvas, const ColouringState& state, bool isOpen)
+void colourInstructions(ColourCanvas& canvas, const ColouringState& state, OpenSpan start)
 {
     if (state.beginInstruction.isEmpty())
         return;
     NextOccurrence opens(canvas.unitsAndLookahead(), state.beginInstruction);
     NextOccurrence closes(canvas.unitsAndLookahead(), state.endInstruction);
-    TextOffset begin = isOpen ? -1 : opens.from(0);
-    TextOffset inside = isOpen ? 0 : begin + state.beginInstruction.size();
-    while ((begin >= 0 || isOpen) && begin < canvas.length()) {
-        isOpen = false;
+    TextOffset begin = start.isOpen ? -1 : opens.from(0);
+    TextOffset inside = start.isOpen ? 0 : begin + state.beginInstruction.size();
+    while ((begin >= 0 || start.isOpen) && begin < canvas.length()) {
+        start.isOpen = false;
         const TextOffset close = closes.from(inside);
         const TextOffset end = close < 0 ? canvas.textEnd() : close + state.endInstruction.size();
         canvas.paint(begin, end, ColourRole::instruction);
@@ -24,7 +24,7 @@ void colourInstructions(ColourCanvas& canvas, const ColouringState& state, bool 
 }
 
 void colourBlockComments(ColourCanvas& canvas, const ColouringState& state, const QString& begin,
-                         const QString& end, bool isOpen)
+                         const QString& end, OpenSpan start)
 {
     if (begin.isEmpty())
         return;
@@ -33,10 +33,10 @@ void colourBlockComments(ColourCanvas& canvas, const ColouringState& state, cons
     const bool mayWrapScript = end == QLatin1StringView("-->");
     WrappedScript wrapped(canvas.text(), state.letterCharacterSet);
     const TextOffset shift = canvas.range().location;
-    for (TextOffset at = 0; at < canvas.length();) {
+    for (TextOffset at = start.from; at < canvas.length();) {
         TextOffset from = -1;
         TextOffset inside = 0;
-        if (!isOpen) {
+        if (!start.isOpen) {
             from = opens.from(at);
             if (from < 0 || from >= canvas.length())
                 return;
@@ -46,7 +46,7 @@ void colourBlockComments(ColourCanvas& canvas, const ColouringState& state, cons
             }
             inside = from + begin.size();
         }
-        isOpen = false;
+        start.isOpen = false;
         TextOffset close = closes.from(inside);
         if (close < 0 && mayWrapScript) {
             const TextRange rest = TextRange::between(

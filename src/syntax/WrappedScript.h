@@ -3,7 +3,12 @@
 #include "text/CharacterSet.h"
 #include "text/TextReader.h"
 
+#include <string_view>
+
 namespace quillory {
+
+/// Does the end tag of a script or style element begin two characters before \a letter?
+bool isElementEndTag(std::u16string_view units, TextOffset letter);
 
 /// Tells comments of HTML that hide the body of a script or style element from old browsers, and so
 /// hold code: "-->" closes them right before the element's end tag. Asked for one comment after the

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "text/ByteBuffer.h"
+#include "text/NodeNotes.h"
 #include "text/TextRange.h"
 
 #include <QExplicitlySharedDataPointer>
@@ -50,6 +51,7 @@ struct TextNode : QSharedData
 {
     TextMetrics metrics;
     const int height;
+    NodeNotes notes;
 
     explicit TextNode(int nodeHeight) : height(nodeHeight) {}
     TextNode(const TextNode&) = delete;

@@ -1,8 +1,12 @@
 #include "syntax/RecolouringEngine.h"
 
+#include "syntax/OpenSpans.h"
 #include "syntax/RandomSyntax.h"
 #include "syntax/RecolouringOracle.h"
+#include "syntax/SpanLines.h"
+#include "syntax/StringLiterals.h"
 
+#include <QElapsedTimer>
 #include <gtest/gtest.h>
 #include <map>
 
@@ -75,6 +79,92 @@ TEST(RecolouringEngineTest, ColoursAsTheSlowPassesDo)
             ASSERT_TRUE(before.role != result.runs[i].role ||
                         before.range.end() < result.runs[i].range.location);
         }
+    }
+}
+
+/// Where pages may begin without cutting a string literal in two.
+std::vector<TextOffset> pageStarts(const TextSnapshot& text, const ColouringState& state)
+{
+    const QString string = text.string();
+    std::vector<TextOffset> starts;
+    for (qsizetype line = 0; line < text.lineCount(); ++line)
+        starts.push_back(text.lineStart(LineIndex(line)));
+    const std::u16string units = u'\n' + string.toStdU16String();
+    for (const StringLiterals& literals :
+         {firstStringLiterals(units, state), secondStringLiterals(units, state)}) {
+        for (const StringLiteral& literal : literals.found) {
+            std::erase_if(starts, [&](TextOffset start) {
+                return literal.begin - 1 < start && start < literal.end - 1;
+            });
+        }
+    }
+    return starts;
+}
+
+TEST(RecolouringEngineTest, ColoursAPageAsTheWholeText)
+{
+    for (unsigned seed = 0; seed < 3000; ++seed) {
+        RandomSyntax random(seed);
+        ColouringState state = random.state();
+        const bool isLong = seed % 20 == 0; // of many leaves, so without literals over lines
+        if (isLong) {
+            state.colourMultiLineStrings = false;
+            state.secondString.clear();
+            compileStrings(state);
+        }
+        // Delimiters that mean something else in a pattern may look at the text's end.
+        if ((!state.firstString.isEmpty() && !isPlainDelimiter(state.firstString)) ||
+            (!state.secondString.isEmpty() && !isPlainDelimiter(state.secondString)))
+            continue;
+        // Whether a comment that wraps a script hid a literal is not known before it is closed.
+        if (state.endFirstMultiLineComment == QStringLiteral("-->") &&
+            !state.beginSecondMultiLineComment.isEmpty())
+            continue;
+        const TextSnapshot text(random.text(state, isLong ? 20000 : random.below(120)));
+        const std::vector<TextOffset> starts = pageStarts(text, state);
+        const bool hasLongLiterals = qsizetype(starts.size()) < text.lineCount();
+        if (hasLongLiterals)
+            continue;
+        const auto whole =
+            painted(recoloured(text, text.range(), state, ColourRoles()), text.range());
+        for (int i = 0; i < 4; ++i) {
+            const TextOffset start = random.oneOf(starts);
+            const TextRange range{start, random.below(int(text.length() - start) + 1)};
+            const Recolouring page = recoloured(text, range, state, ColourRoles());
+            ASSERT_EQ(letters(painted(page, page.range)),
+                      letters(whole).substr(size_t(page.range.location), size_t(page.range.length)))
+                << "seed " << seed << " from " << page.range.location << ": " << described(state)
+                << '\n'
+                << text.string().toStdString();
+        }
+    }
+}
+
+TEST(RecolouringEngineTest, ColoursTheSameWithEitherLineBreakAndASecondTime)
+{
+    for (unsigned seed = 0; seed < 500; ++seed) {
+        RandomSyntax random(seed);
+        const ColouringState state = random.state();
+        const ColourRoles roles = random.roles();
+        QString unix = random.text(state, random.below(80));
+        unix.remove(QStringLiteral("\\\n"));
+        QString windows = unix;
+        windows.replace(u'\n', QStringLiteral("\r\n"));
+        const auto coloursWithoutBreaks = [&](const QString& string) {
+            const TextSnapshot text(string);
+            const Recolouring first = recoloured(text, text.range(), state, roles);
+            EXPECT_EQ(first.runs, recoloured(text, text.range(), state, roles).runs);
+            const auto all = painted(first, text.range());
+            std::vector<ColourRole> kept;
+            for (qsizetype i = 0; i < string.size(); ++i) {
+                if (string[i] != u'\n' && string[i] != u'\r')
+                    kept.push_back(all[size_t(i)]);
+            }
+            return letters(kept);
+        };
+        ASSERT_EQ(coloursWithoutBreaks(unix), coloursWithoutBreaks(windows))
+            << "seed " << seed << ": " << described(state) << '\n'
+            << unix.toStdString();
     }
 }
 
@@ -171,6 +261,68 @@ TEST(RecolouringEngineTest, ColoursWhatEachPassIsFor)
         const ColouringState state =
             stateOf(QString::fromLatin1(c.keys).split(u',', Qt::SkipEmptyParts));
         EXPECT_EQ(letters(text, state), expected.toStdString()) << c.keys << ": " << c.text;
+    }
+}
+
+double secondsFor(const QString& unit, int count, const ColouringState& state)
+{
+    const TextSnapshot text(unit.repeated(count));
+    QElapsedTimer timer;
+    timer.start();
+    recoloured(text, text.range(), state, ColourRoles());
+    return double(timer.nsecsElapsed()) / 1e9;
+}
+
+// A quadratic pass would take minutes for any of these.
+TEST(RecolouringEngineTest, TakesHostileTextsInItsStride)
+{
+    const ColouringState html =
+        stateOf({QStringLiteral("cmd=<"), QStringLiteral("/cmd=>"), QStringLiteral("ins=<?"),
+                 QStringLiteral("/ins=?>"), QStringLiteral("str=\""), QStringLiteral("str2='"),
+                 QStringLiteral("line=#"), QStringLiteral("block=<!--"),
+                 QStringLiteral("/block=-->"), QStringLiteral("var=$"), QStringLiteral("numbers")});
+    const char* const units[] = {"<",     "<\n",  ">",       "#",    "#!",      "\\\"", "\"",
+                                 " \"",   " '\\", "<!--",    "-->",  "<!---->", "<?",   "<? ?>",
+                                 "$",     "1",    "a",       " ",    "<a b=",   "'\n",  "\"#",
+                                 "<!-- ", "_@",   "<a\">\n", "<?\n", "#! \n",   "\\'",  "-"};
+    for (const char* unit : units)
+        EXPECT_LT(secondsFor(QString::fromLatin1(unit), 1000000, html), 5) << unit;
+}
+
+void countLeavesWithout(const TextNodePointer& node, const QString& key, int& count)
+{
+    if (node->height == 0) {
+        count += node->notes.answer(key) ? 0 : 1;
+        return;
+    }
+    const auto& branch = static_cast<const TextBranch&>(*node);
+    for (int i = 0; i < branch.count; ++i)
+        countLeavesWithout(branch.children[size_t(i)], key, count);
+}
+
+TEST(RecolouringEngineTest, RemembersWhatIsOpenBeforeAPage)
+{
+    const ColouringState state = stateOf(
+        {QStringLiteral("block=/*"), QStringLiteral("/block=*/"), QStringLiteral("str=\"")});
+    const QString key = SpanLines::comments(state).key();
+    TextSnapshot text(QStringLiteral("glob(\"a/*\"); // and more of it\n").repeated(100000));
+    const auto leavesToLookAt = [&] {
+        int count = 0;
+        countLeavesWithout(text.root(), key, count);
+        return count;
+    };
+    const auto isLastLineOpen = [&] {
+        return openSpansBefore(text, text.lineStart(LineIndex(text.lineCount() - 1)), state)
+            .firstComment.isOpen;
+    };
+    EXPECT_FALSE(isLastLineOpen());
+    EXPECT_EQ(leavesToLookAt(), 0);
+    for (const TextOffset place : {text.length(), text.length() / 2, TextOffset(0)}) {
+        text = text.replacing({place, 0}, TextSnapshot(u"x /* y"));
+        EXPECT_LE(leavesToLookAt(), 3) << place;
+        EXPECT_EQ(isLastLineOpen(), place < text.length() - 6) << place;
+        text = text.replacing({place, 6}, TextSnapshot());
+        EXPECT_FALSE(isLastLineOpen()) << place;
     }
 }
 
