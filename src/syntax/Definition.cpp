@@ -1,5 +1,7 @@
 #include "syntax/Definition.h"
 
+#include "syntax/PropertyListFolder.h"
+
 #include <QCoreApplication>
 #include <QFileInfo>
 
@@ -83,6 +85,39 @@ Definition::Definition(PropertyList dictionary, QString path)
         m_title = QFileInfo(m_path).completeBaseName();
 }
 
+Definition Definition::ofHead(PropertyList head, QString path)
+{
+    Definition definition(std::move(head), std::move(path));
+    definition.m_isHead = true;
+    return definition;
+}
+
+PropertyList Definition::head() const
+{
+    PropertyList::Dictionary head;
+    for (const Key& key : identityKeys) {
+        const QLatin1StringView name(key.name);
+        if (m_dictionary.contains(name))
+            head.insert(name, value(name));
+    }
+    return head;
+}
+
+/// The dictionary, whole unless \a key is one of the head's.
+const PropertyList& Definition::dictionaryWith(QLatin1StringView key) const
+{
+    const bool isOfHead =
+        std::any_of(std::begin(identityKeys), std::end(identityKeys),
+                    [&](const Key& known) { return key == QLatin1StringView(known.name); });
+    if (m_isHead && !isOfHead) {
+        m_isHead = false;
+        const PropertyListFile file = propertyListAt(m_path);
+        if (file.problem.isEmpty())
+            m_dictionary = file.dictionary;
+    }
+    return m_dictionary;
+}
+
 QStringList Definition::extensions() const
 {
     return words(QLatin1StringView("extensions")).value_or(QStringList());
@@ -96,7 +131,7 @@ bool Definition::isDefault() const
 std::optional<bool> Definition::flag(QLatin1StringView key) const
 {
     const PropertyList found = value(key);
-    if (!m_dictionary.contains(key) || !isFlag(found))
+    if (!dictionaryWith(key).contains(key) || !isFlag(found))
         return std::nullopt;
     return found.toBool();
 }
@@ -140,7 +175,7 @@ DefinitionFault Definition::fault(QLatin1StringView key, const QString& problem)
 void Definition::check(const Key& key, std::vector<DefinitionFault>& faults) const
 {
     const QLatin1StringView name(key.name);
-    if (!m_dictionary.contains(name))
+    if (!dictionaryWith(name).contains(name))
         return;
     const PropertyList found = value(name);
     const auto* const array = found.as<PropertyList::Array>();

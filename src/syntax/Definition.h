@@ -19,6 +19,11 @@ public:
     /// \a path is where \a dictionary was read from.
     Definition(PropertyList dictionary, QString path);
 
+    /// One of which only the keys that tell definitions apart are known; the others are read from
+    /// \a path when the first of them is asked for.
+    static Definition ofHead(PropertyList head, QString path);
+    PropertyList head() const;
+
     /// Its name; of a definition without one that of its file, without the extension.
     const QString& title() const { return m_title; }
     /// Empty for one that no file holds.
@@ -33,7 +38,7 @@ public:
     /// The texts of an array.
     std::optional<QStringList> words(QLatin1StringView key) const;
     /// The value whatever its kind; false where it is absent.
-    PropertyList value(QLatin1StringView key) const { return m_dictionary[QString(key)]; }
+    PropertyList value(QLatin1StringView key) const { return dictionaryWith(key)[QString(key)]; }
 
     /// Of the keys that tell definitions apart: "title", "extensions" and "isDefault".
     std::vector<DefinitionFault> identityFaults() const;
@@ -58,8 +63,10 @@ private:
     static const Key contentKeys[];
 
     void check(const Key& key, std::vector<DefinitionFault>& faults) const;
+    const PropertyList& dictionaryWith(QLatin1StringView key) const;
 
-    PropertyList m_dictionary;
+    mutable PropertyList m_dictionary;
+    mutable bool m_isHead = false; ///< the dictionary holds nothing but that
     QString m_path;
     QString m_title;
 };

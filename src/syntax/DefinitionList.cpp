@@ -1,5 +1,6 @@
 #include "syntax/DefinitionList.h"
 
+#include "syntax/DefinitionHeads.h"
 #include "syntax/PropertyListFolder.h"
 
 #include <QFileInfo>
@@ -23,21 +24,30 @@ auto lists(const QString& extension)
 
 } // namespace
 
-void DefinitionList::load(const QString& folder, const QString& shipped)
+void DefinitionList::load(const QString& folder, const QString& shipped, const QString& heads)
 {
     m_definitions.clear();
     m_faults.clear();
     m_selection = -1;
     m_definitions.reserve(25);
-    for (PropertyListFile& file : propertyListsBelow(folder)) {
-        if (!file.problem.isEmpty()) {
-            m_faults.push_back({QFileInfo(file.path).fileName(), {}, file.problem});
-            continue;
+    DefinitionHeads known(heads);
+    for (const QString& path : propertyListPathsBelow(folder)) {
+        const QFileInfo info(path);
+        if (std::optional<PropertyList> head = known.head(info)) {
+            m_definitions.push_back(Definition::ofHead(std::move(*head), path));
+        } else {
+            PropertyListFile file = propertyListAt(path);
+            if (!file.problem.isEmpty()) {
+                m_faults.push_back({info.fileName(), {}, file.problem});
+                continue;
+            }
+            m_definitions.emplace_back(std::move(file.dictionary), path);
+            known.remember(info, m_definitions.back().head());
         }
-        m_definitions.emplace_back(std::move(file.dictionary), file.path);
         const std::vector<DefinitionFault> faults = m_definitions.back().identityFaults();
         m_faults.insert(m_faults.end(), faults.begin(), faults.end());
     }
+    known.save();
     if (indexOfPlainText() < 0)
         addPlainText(shipped);
     std::stable_sort(

@@ -12,7 +12,8 @@ public:
     /// Reads the definitions below \a folder. \a shipped is the folder of the definitions that come
     /// with the program, of which the one for plain text is used where \a folder has none; where
     /// it is missing there too, one that holds nothing is. Nothing is selected afterwards.
-    void load(const QString& folder, const QString& shipped);
+    /// \a heads: see DefinitionHeads.
+    void load(const QString& folder, const QString& shipped, const QString& heads = {});
 
     const std::vector<Definition>& arrangedObjects() const { return m_definitions; }
 

@@ -7,7 +7,7 @@
 
 namespace quillory {
 
-std::vector<PropertyListFile> propertyListsBelow(const QString& folder)
+QStringList propertyListPathsBelow(const QString& folder)
 {
     QStringList paths;
     QDirIterator files(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
@@ -17,6 +17,12 @@ std::vector<PropertyListFile> propertyListsBelow(const QString& folder)
             paths.append(path);
     }
     std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+std::vector<PropertyListFile> propertyListsBelow(const QString& folder)
+{
+    const QStringList paths = propertyListPathsBelow(folder);
     std::vector<PropertyListFile> lists;
     lists.reserve(size_t(paths.size()));
     for (const QString& path : paths)

@@ -2,7 +2,7 @@
 
 #include "foundation/PropertyList.h"
 
-#include <QString>
+#include <QStringList>
 #include <vector>
 
 namespace quillory {
@@ -18,8 +18,11 @@ struct PropertyListFile
 /// Larger files are not read: nobody writes such a list, and reading one would stop the program.
 inline constexpr qint64 largestPropertyListFile = 32 * 1024 * 1024; // bytes
 
-/// The files with the extension "plist" below \a folder, at any depth, by the code units of their
-/// paths. Folders that are symbolic links are not entered. None where there is no such folder.
+/// The paths of the files with the extension "plist" below \a folder, at any depth, by their code
+/// units. Folders that are symbolic links are not entered. None where there is no such folder.
+QStringList propertyListPathsBelow(const QString& folder);
+
+/// The same files, read.
 std::vector<PropertyListFile> propertyListsBelow(const QString& folder);
 
 PropertyListFile propertyListAt(const QString& path);

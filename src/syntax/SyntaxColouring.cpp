@@ -56,7 +56,10 @@ bool SyntaxColouring::isPlainText() const
 void SyntaxColouring::load()
 {
     m_definitions.load(m_folders.applicationSupport + QStringLiteral("/Definitions"),
-                       m_folders.resources + QStringLiteral("/Definitions"));
+                       m_folders.resources + QStringLiteral("/Definitions"),
+                       m_folders.caches.isEmpty()
+                           ? QString()
+                           : m_folders.caches + QStringLiteral("/Definitions.plist"));
     m_contentFaults.clear();
 }
 

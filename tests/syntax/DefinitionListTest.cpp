@@ -3,6 +3,8 @@
 #include "syntax/DefinitionFolder.h"
 
 #include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
 #include <unistd.h>
 
 namespace quillory {
@@ -129,6 +131,45 @@ TEST_F(DefinitionListTest, SkipsWhatItCannotUseAndSaysSo)
         EXPECT_FALSE(fault.description().contains(u'\n'));
         EXPECT_FALSE(fault.problem.isEmpty());
     }
+}
+
+TEST_F(DefinitionListTest, KnownHeadsSpareReadingAndChangedFilesAreReadAnew)
+{
+    QTemporaryDir caches;
+    const QString heads = caches.filePath(u"deep/Definitions.plist"_s);
+    const auto reload = [&] { list.load(user.path(), shipped.path(), heads); };
+    const auto keywords = [&] {
+        return list.arrangedObjects().front().words(QLatin1StringView("keywords"));
+    };
+    const auto write = [&](const QString& title, const QString& word) {
+        user.write(u"a.plist"_s, Dictionary{{u"title"_s, title},
+                                            {u"extensions"_s, Array{u"a"_s}},
+                                            {u"keywords"_s, Array{word}}});
+    };
+    write(u"Alpha"_s, u"one"_s);
+    user.write(u"b.plist"_s, Dictionary{{u"title"_s, qint64(5)}});
+    reload();
+    const QStringList faults = lines(list.faults());
+    ASSERT_FALSE(faults.isEmpty());
+    reload();
+    EXPECT_EQ(titles(list), (QStringList{u"Alpha"_s, u"Text"_s, u"b"_s}));
+    EXPECT_EQ(lines(list.faults()), faults);
+    EXPECT_EQ(list.indexForExtension(u"a"_s), 0);
+    EXPECT_EQ(keywords(), QStringList{u"one"_s});
+
+    // The same length, and the same time of change as some programs would keep it.
+    QTest::qWait(5);
+    write(u"Alphb"_s, u"two"_s);
+    reload();
+    EXPECT_EQ(titles(list).front(), u"Alphb"_s);
+    EXPECT_EQ(keywords(), QStringList{u"two"_s});
+
+    QFile broken(heads);
+    ASSERT_TRUE(broken.open(QFile::WriteOnly));
+    broken.write("no list");
+    broken.close();
+    reload();
+    EXPECT_EQ(titles(list).front(), u"Alphb"_s);
 }
 
 } // namespace

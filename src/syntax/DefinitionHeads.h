@@ -1,0 +1,36 @@
+#pragma once
+
+#include "foundation/PropertyList.h"
+
+#include <QHash>
+#include <QString>
+#include <optional>
+
+class QFileInfo;
+
+namespace quillory {
+
+/// Remembers what tells definitions apart, so that choosing one among many does not read them all:
+/// word lists make their files long. A file that was written since is not remembered.
+class DefinitionHeads
+{
+public:
+    /// \a file keeps the heads from one start of the program to the next; without a name nothing is
+    /// kept. A file that cannot be read is as good as an empty one.
+    explicit DefinitionHeads(const QString& file);
+
+    /// The head of the definition in \a definition; none where that is not, or no longer, known.
+    std::optional<PropertyList> head(const QFileInfo& definition);
+    void remember(const QFileInfo& definition, const PropertyList& head);
+
+    /// Writes down, where that is another than was read, what was asked for or remembered. That it
+    /// cannot be written only costs time.
+    void save() const;
+
+private:
+    QString m_file;
+    PropertyList::Dictionary m_read;
+    PropertyList::Dictionary m_used;
+};
+
+} // namespace quillory
