@@ -15,6 +15,10 @@ constexpr CliCommand commands[] = {
     {QLatin1StringView("definitions"), QLatin1StringView("[--format text|json]"),
      QLatin1StringView("List the installed definitions and what is wrong with them."),
      runDefinitions},
+    {QLatin1StringView("highlight"),
+     QLatin1StringView("[--definition TITLE|FILE] [--theme NAME|FILE] [--range LOCATION,LENGTH]\n"
+                       "          [--default KEY=VALUE]... [--format ansi|html|json] FILE"),
+     QLatin1StringView("Write a file's lines in the colours of its language."), runHighlight},
 };
 
 void printHelp(QTextStream& out)

@@ -205,5 +205,61 @@ TEST_F(CliTest, DefinitionsListsWhatIsInstalledAndItsFaults)
     EXPECT_EQ(run({definitions, QStringLiteral("--format"), QStringLiteral("x")}), 2);
 }
 
+TEST_F(CliTest, HighlightWritesTheColoursOfALanguage)
+{
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.path()));
+    qputenv("XDG_DATA_HOME", QFile::encodeName(folder.path()));
+    qputenv("QUILLORY_RESOURCES", QUILLORY_SOURCE_DIR "/resources");
+    const QString definition = write("Tiny.plist", R"(<?xml version="1.0" encoding="UTF-8"?>
+<plist version="1.0"><dict><key>title</key><string>Tiny</string>
+<key>keywords</key><array><string>if</string></array>
+<key>autocompleteWords</key><array><string>do</string></array>
+<key>firstString</key><string>"</string></dict></plist>)");
+    const QString theme = write("Red.plist", R"(<?xml version="1.0" encoding="UTF-8"?>
+<plist version="1.0"><dict><key>keyword</key><dict><key>R</key><integer>255</integer>
+<key>A</key><real>1</real></dict></dict></plist>)");
+    const QString source = write("a.tiny", "if \"\x1b\"\nx if do\n");
+    const auto highlight = [&](const QStringList& options) {
+        return run(QStringList{QStringLiteral("highlight")} + options + QStringList{source});
+    };
+    const QStringList tiny{QStringLiteral("--definition"), definition};
+    const QStringList json{QStringLiteral("--format"), QStringLiteral("json")};
+    const QStringList red{QStringLiteral("--theme"), theme};
+    const auto parsed = [&] {
+        return QString::fromUtf8(
+            QJsonDocument::fromJson(out.toUtf8()).toJson(QJsonDocument::Compact));
+    };
+    ASSERT_EQ(highlight(tiny + json), 0) << error.toStdString();
+    EXPECT_EQ(parsed(), QStringLiteral("[[0,2,\"keyword\"],[3,3,\"string\"],[9,2,\"keyword\"],"
+                                       "[12,2,\"keyword\"]]"));
+    ASSERT_EQ(
+        highlight(tiny + json + QStringList{QStringLiteral("--range"), QStringLiteral("8,1")}), 0);
+    EXPECT_EQ(parsed(), QStringLiteral("[[9,2,\"keyword\"],[12,2,\"keyword\"]]"));
+    ASSERT_EQ(highlight(tiny + red), 0);
+    EXPECT_EQ(out, QStringLiteral("\x1b[38;2;255;0;0mif\x1b[0m \x1b[38;2;0;0;0m\"␛\"\x1b[0m\nx "
+                                  "\x1b[38;2;255;0;0mif\x1b[0m \x1b[38;2;255;0;0mdo\x1b[0m\n"));
+    ASSERT_EQ(highlight(tiny + QStringList{QStringLiteral("--format"), QStringLiteral("html")}), 0);
+    EXPECT_TRUE(out.contains(QStringLiteral("x <span class=\"keyword\">if</span>")));
+    ASSERT_EQ(highlight(json), 0); // no definition claims the extension
+    EXPECT_EQ(parsed(), QStringLiteral("[]"));
+
+    struct Case
+    {
+        QStringList arguments;
+        const char* says;
+    };
+    const Case cases[] = {
+        {{QStringLiteral("--definition"), QStringLiteral("Klingon")}, "quillory-cli definitions"},
+        {{QStringLiteral("--theme"), QStringLiteral("Klingon")}, "Solarized_Light"},
+        {{QStringLiteral("--range"), QStringLiteral("0,999")}, "15"},
+        {{QStringLiteral("--default"), QStringLiteral("a=yes")}, "ColourMultiLineStrings"},
+        {{QStringLiteral("--format"), QStringLiteral("pdf")}, "json"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(highlight(c.arguments), 2) << c.says;
+        EXPECT_TRUE(error.contains(QString::fromLatin1(c.says))) << error.toStdString();
+    }
+}
+
 } // namespace
 } // namespace quillory
