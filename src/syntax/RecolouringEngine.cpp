@@ -2,6 +2,7 @@
 
 #include "syntax/ColouringPasses.h"
 #include "syntax/OpenSpans.h"
+#include "syntax/StringLiterals.h"
 
 namespace quillory {
 
@@ -21,13 +22,14 @@ TextOffset lookaheadOf(const ColouringState& state)
 
 } // namespace
 
-Recolouring recoloured(const TextSnapshot& text, TextRange range, const ColouringState& state,
+Recolouring recoloured(const TextSnapshot& text, TextRange range, const ColouringState& sharedState,
                        const ColourRoles& roles)
 {
     Recolouring result;
     result.range = text.lineRangeForRange(range);
     if (result.range.isEmpty())
         return result;
+    const ColouringState state = withOwnPatterns(sharedState);
     const OpenSpans open = openSpansBefore(text, result.range.location, state);
     ColourCanvas canvas(text, result.range, roles, lookaheadOf(state));
 

@@ -50,9 +50,7 @@ StringLiterals patternLiterals(std::u16string_view units,
     if (!pattern)
         return literals;
     try {
-        // A pattern serves one thread at a time, and the state may be read by several.
-        ICUMatcher matcher(std::make_shared<ICUPattern>(*pattern),
-                           QString::fromUtf16(units.data(), qsizetype(units.size())));
+        ICUMatcher matcher(pattern, QString::fromUtf16(units.data(), qsizetype(units.size())));
         while (matcher.findNext()) {
             const TextRange match = matcher.rangeOfMatch();
             if (match.isEmpty())
@@ -79,6 +77,14 @@ StringLiterals literalsOf(std::u16string_view units, const QString& delimiter, S
 }
 
 } // namespace
+
+ColouringState withOwnPatterns(const ColouringState& state)
+{
+    ColouringState own = state;
+    for (std::shared_ptr<ICUPattern>* pattern : {&own.firstStringPattern, &own.secondStringPattern})
+        *pattern = *pattern ? std::make_shared<ICUPattern>(**pattern) : nullptr;
+    return own;
+}
 
 bool isPlainDelimiter(QStringView delimiter)
 {

@@ -41,7 +41,11 @@ struct StringLiterals
     bool hitLimit = false; ///< the pattern was given up; what it had found until then is there
 };
 
-/// The literals in \a units by the first or the second delimiter of \a state.
+/// \a state with patterns that no other thread uses: each serves one thread at a time.
+ColouringState withOwnPatterns(const ColouringState& state);
+
+/// The literals in \a units by the first or the second delimiter of \a state, whose patterns are
+/// used for it.
 StringLiterals firstStringLiterals(std::u16string_view units, const ColouringState& state);
 StringLiterals secondStringLiterals(std::u16string_view units, const ColouringState& state);
 

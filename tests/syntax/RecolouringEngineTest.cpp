@@ -3,6 +3,7 @@
 #include "syntax/OpenSpans.h"
 #include "syntax/RandomSyntax.h"
 #include "syntax/RecolouringOracle.h"
+#include "syntax/RoleLetters.h"
 #include "syntax/SpanLines.h"
 #include "syntax/StringLiterals.h"
 
@@ -16,28 +17,10 @@ namespace {
 using test::coloursOf;
 using test::compileStrings;
 using test::emptyState;
+using test::letters;
+using test::pageStarts;
+using test::painted;
 using test::RandomSyntax;
-
-std::vector<ColourRole> painted(const Recolouring& result, TextRange range)
-{
-    std::vector<ColourRole> roles(size_t(range.length), ColourRole::none);
-    for (const RoleRun& run : result.runs) {
-        for (TextOffset i = run.range.location; i < run.range.end(); ++i) {
-            if (range.contains(i))
-                roles[size_t(i - range.location)] = run.role;
-        }
-    }
-    return roles;
-}
-
-/// One character a unit; "." where there is no colour.
-std::string letters(const std::vector<ColourRole>& roles)
-{
-    std::string result;
-    for (const ColourRole role : roles)
-        result.push_back(".CNIkobcpte!fmavSA#"[size_t(role)]);
-    return result;
-}
 
 std::string letters(const QString& text, const ColouringState& state)
 {
@@ -80,25 +63,6 @@ TEST(RecolouringEngineTest, ColoursAsTheSlowPassesDo)
                         before.range.end() < result.runs[i].range.location);
         }
     }
-}
-
-/// Where pages may begin without cutting a string literal in two.
-std::vector<TextOffset> pageStarts(const TextSnapshot& text, const ColouringState& state)
-{
-    const QString string = text.string();
-    std::vector<TextOffset> starts;
-    for (qsizetype line = 0; line < text.lineCount(); ++line)
-        starts.push_back(text.lineStart(LineIndex(line)));
-    const std::u16string units = u'\n' + string.toStdU16String();
-    for (const StringLiterals& literals :
-         {firstStringLiterals(units, state), secondStringLiterals(units, state)}) {
-        for (const StringLiteral& literal : literals.found) {
-            std::erase_if(starts, [&](TextOffset start) {
-                return literal.begin - 1 < start && start < literal.end - 1;
-            });
-        }
-    }
-    return starts;
 }
 
 TEST(RecolouringEngineTest, ColoursAPageAsTheWholeText)
