@@ -13,6 +13,23 @@ TextRange widened(TextRange range, TextOffset margin, TextRange within)
     return TextRange{range.location - margin, range.length + 2 * margin}.intersection(within);
 }
 
+/// As many whole lines at the end of \a visible as can be coloured at once: what is seen below a
+/// very long line. Empty where that line is the last.
+TextRange lastLines(const TextSnapshot& text, TextRange visible)
+{
+    constexpr int mostLines = 1000; // more are not seen at one time
+    LineIndex line = text.lineAt(visible.end());
+    const TextOffset end = text.line(line).end();
+    TextOffset start = end;
+    for (int i = 0; i < mostLines && line.value() >= 0; ++i, line = line - 1) {
+        const TextOffset candidate = text.lineStart(line);
+        if (candidate < visible.location || end - candidate > PageColouring::quickLength)
+            break;
+        start = candidate;
+    }
+    return TextRange::between(start, end);
+}
+
 Recolouring recolouredAlone(const TextSnapshot& text, TextRange stretch,
                             const ColouringState& state, const ColourRoles& roles)
 {
@@ -57,7 +74,12 @@ void PageColouring::recolourPage(TextRange visible)
 {
     const TextSnapshot& text = m_text.snapshot();
     visible = visible.clampedTo(text.length());
-    visible.length = std::min(visible.length, longestPage);
+    if (visible.length > longestPage) {
+        const TextRange below = lastLines(text, visible);
+        if (!below.isEmpty())
+            recolourRange(below);
+        visible.length = longestPage;
+    }
     const TextRange lines = text.lineRangeForRange(visible);
     if (lines.length <= quickLength) {
         m_prepared = {};

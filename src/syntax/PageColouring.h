@@ -22,7 +22,9 @@ public:
     static constexpr TextOffset quickLength = 24 * 1024; ///< about one frame's time
     static constexpr TextOffset wholeLength = 8 * 1024 * 1024;
     static constexpr TextOffset stretchMargin = 1024 * 1024; ///< on either side of what is seen
-    static constexpr TextOffset longestPage = 256 * 1024;    ///< more is not seen at one time
+    /// Of a longer page only so much is coloured, and the lines at its end: the rest is a line out
+    /// of sight to the right.
+    static constexpr TextOffset longestPage = 256 * 1024;
 
     /// So many runs are kept before those out of sight are dropped.
     static constexpr size_t maximumRuns = 1 << 17;

@@ -229,6 +229,25 @@ TEST_F(SyntaxColouringTest, LongLinesAreColouredOnAnotherThread)
     }
 }
 
+TEST_F(SyntaxColouringTest, TheLinesBelowAVeryLongOneAreColouredAtOnce)
+{
+    const QString longLine = QString(u"if x "_s).repeated(100'000);
+    const TextOffset below = longLine.size() + 1;
+    for (const QString& end : {u""_s, u"\n"_s, u"\nif"_s}) {
+        make();
+        setText(longLine + u"\nif a\nif b" + end);
+        visible.reset();
+        colouring->loadDefinitions(u"a.lab"_s);
+        EXPECT_FALSE(overlay.attributesAt(below).isEmpty());
+        EXPECT_FALSE(overlay.attributesAt(below + 5).isEmpty());
+        EXPECT_TRUE(overlay.attributesAt(below + 3).isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(!overlay.attributesAt(0).isEmpty(), 20'000);
+        EXPECT_FALSE(overlay.attributesAt(below).isEmpty());
+    }
+    setText(longLine); // alone
+    QTRY_VERIFY_WITH_TIMEOUT(!overlay.attributesAt(0).isEmpty(), 20'000);
+}
+
 TEST_F(SyntaxColouringTest, KeepsNoMoreRunsThanItNeeds)
 {
     setText(QString(u"if\n"_s).repeated(400'000));
