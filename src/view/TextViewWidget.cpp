@@ -140,15 +140,16 @@ void TextViewWidget::refresh()
     m_viewport.settle();
     m_scrolling.updateBars();
     m_repaint.noteAffinity(m_affinity.places());
+    const decltype(m_shown) shown{visibleRange(), m_viewport.y()};
+    if (!(std::exchange(m_shown, shown) == shown)) {
+        dismissFindIndicator();
+        // Whoever hears of it may colour what came into sight, so that it is painted but once.
+        Q_EMIT visibleRangeChanged();
+    }
     const QRegion damage = m_repaint.takeDamage(m_viewport, m_editor.selections(), m_overlay,
                                                 m_colours.currentLine.isValid());
     if (!damage.isEmpty())
         viewport()->update(damage);
-    const decltype(m_shown) shown{visibleRange(), m_viewport.y()};
-    if (!(std::exchange(m_shown, shown) == shown)) {
-        dismissFindIndicator();
-        Q_EMIT visibleRangeChanged();
-    }
     if (hasFocus())
         updateMicroFocus();
 }

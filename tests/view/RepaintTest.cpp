@@ -160,6 +160,23 @@ TEST(Repaint, theBandLiesBehindEveryLineThatIsWorkedOn)
     }
 }
 
+TEST(Repaint, whatIsColouredWhenItComesIntoSightIsPaintedOnce)
+{
+    ViewHarness harness(QStringLiteral("some words in a line\n").repeated(500));
+    QObject::connect(&harness.view, &TextViewWidget::visibleRangeChanged, [&] {
+        OverlayAttributes look;
+        look.foreground = Colour{1, 0, 0, 1};
+        harness.overlay.setAttributes(harness.view.visibleRange(), look);
+    });
+    harness.settle();
+    PaintedHeight painted(harness);
+    harness.view.scrollBy(0, 3000);
+    harness.settle();
+    EXPECT_GT(painted(), 0);
+    EXPECT_LE(painted(), harness.view.viewport()->height());
+    EXPECT_TRUE(harness.overlay.attributesAt(harness.view.visibleRange().end() - 1).foreground);
+}
+
 TEST(Repaint, onlyTheLinesWhoseColoursDifferArePainted)
 {
     ViewHarness harness(QStringLiteral("some words in a line\n").repeated(500));
