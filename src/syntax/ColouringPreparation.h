@@ -14,6 +14,7 @@ struct ColouringOptions
     bool colourMultiLineStrings = false;
 
     static ColouringOptions from(const UserDefaults& defaults);
+    bool operator==(const ColouringOptions&) const = default;
 };
 
 /// Turns \a definition into what colouring reads. Word lists, "beginVariable",

@@ -95,6 +95,7 @@ void SyntaxColouring::selectDefinition(qsizetype index)
     if (index < 0 || size_t(index) >= m_definitions.arrangedObjects().size())
         return;
     m_definitions.setSelectionIndex(index);
+    m_preparedWith.reset();
     m_denyColoring = false;
     Q_EMIT definitionSelected();
 }
@@ -146,9 +147,11 @@ void SyntaxColouring::tellOfFaults()
 
 void SyntaxColouring::prepareColoring()
 {
-    if (definition())
-        m_contentFaults =
-            quillory::prepareColoring(*definition(), ColouringOptions::from(m_defaults), m_state);
+    const ColouringOptions options = ColouringOptions::from(m_defaults);
+    if (definition() && m_preparedWith != options) {
+        m_contentFaults = quillory::prepareColoring(*definition(), options, m_state);
+        m_preparedWith = options;
+    }
     setColours();
     tellOfFaults();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "syntax/ColouringJob.h"
+#include "syntax/ColouringPreparation.h"
 #include "syntax/DefinitionList.h"
 #include "syntax/PageColouring.h"
 #include "syntax/Theme.h"
@@ -104,6 +105,7 @@ private:
     DefinitionList m_definitions;
     ThemeList m_themes;
     ColouringState m_state;
+    std::optional<ColouringOptions> m_preparedWith; ///< by these the selected definition was read
     ColourRoles m_roles;
     std::optional<PlainColours> m_plainColours;
     PageColouring m_page;

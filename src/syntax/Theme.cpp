@@ -27,16 +27,6 @@ float blended(float from, float to)
     return from + (to - from) * selectionFraction;
 }
 
-std::vector<Theme> themesBelow(const QString& folder)
-{
-    std::vector<Theme> themes;
-    for (PropertyListFile& file : propertyListsBelow(folder)) {
-        if (file.problem.isEmpty())
-            themes.emplace_back(std::move(file.dictionary), file.path);
-    }
-    return themes;
-}
-
 } // namespace
 
 Colour colorFromDictionary(const PropertyList& dictionary)
@@ -76,15 +66,38 @@ PlainColours Theme::plainColours() const
 
 void ThemeList::load(const QString& folder, int index, const QString& shipped)
 {
-    m_themes = themesBelow(folder);
+    m_themes.clear();
+    m_unread = propertyListPathsBelow(folder);
     m_selected.reset();
+    if (index >= 0) {
+        while (m_themes.size() <= size_t(index) && readNext()) {
+        }
+    }
     if (index >= 0 && size_t(index) < m_themes.size()) {
         m_selected = m_themes[size_t(index)];
-        return;
+    } else if (folder != shipped) {
+        ThemeList spare;
+        spare.load(shipped, 0, shipped);
+        m_selected = spare.m_selected;
     }
-    const std::vector<Theme> spare = themesBelow(shipped);
-    if (!spare.empty())
-        m_selected = spare.front();
+}
+
+const std::vector<Theme>& ThemeList::arrangedObjects() const
+{
+    while (readNext()) {
+    }
+    return m_themes;
+}
+
+/// Reads one file more; false where all are read.
+bool ThemeList::readNext() const
+{
+    if (m_unread.isEmpty())
+        return false;
+    PropertyListFile file = propertyListAt(m_unread.takeFirst());
+    if (file.problem.isEmpty())
+        m_themes.emplace_back(std::move(file.dictionary), file.path);
+    return true;
 }
 
 } // namespace quillory

@@ -50,12 +50,16 @@ public:
     /// that text never is invisible.
     void load(const QString& folder, int index, const QString& shipped);
 
-    const std::vector<Theme>& arrangedObjects() const { return m_themes; }
+    const std::vector<Theme>& arrangedObjects() const;
     /// Null where there is no theme at all.
     const Theme* selected() const { return m_selected ? &*m_selected : nullptr; }
 
 private:
-    std::vector<Theme> m_themes;
+    bool readNext() const;
+
+    // Themes are read when they are looked at: it takes one to open a window.
+    mutable std::vector<Theme> m_themes;
+    mutable QStringList m_unread;
     std::optional<Theme> m_selected;
 };
 
