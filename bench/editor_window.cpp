@@ -5,6 +5,8 @@
 //   editor_window keys FILE PLACE  key press to the end of painting; PLACE is top, middle or end
 //   editor_window pages FILE       Page Down to the end of painting
 //   editor_window save FILE        from asking to the bytes being verified on disk
+//   editor_window tour FILE [wrap] the slowest of a few of each: typing, End and Home, selecting to
+//                                  the end, scrolling, Page Down, resizing, the line wrapped or not
 
 #include "Probe.h"
 #include "app/Application.h"
@@ -16,6 +18,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <QTimer>
 #include <algorithm>
 #include <cstdlib>
@@ -37,19 +40,28 @@ DocumentWindow* shownWindow()
     return nullptr;
 }
 
-/// Sends \a key and answers the nanoseconds until everything that it caused has been painted. The
+/// Does \a work and answers the nanoseconds until everything that it caused has been painted. The
 /// window is asked to paint at once: the toolkit would wait for the next frame.
-qint64 press(TextViewWidget& view, int key, const QString& text)
+template<class Work>
+qint64 timeOf(TextViewWidget& view, Work work)
 {
     const qint64 start = now();
-    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text);
-    QCoreApplication::sendEvent(&view, &event);
+    work();
     QCoreApplication::sendPostedEvents();
     QEvent paint(QEvent::UpdateRequest);
     QCoreApplication::sendEvent(view.window(), &paint);
     const qint64 time = now() - start;
     QCoreApplication::processEvents();
     return time;
+}
+
+qint64 press(TextViewWidget& view, int key, const QString& text = {},
+             Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+{
+    return timeOf(view, [&] {
+        QKeyEvent event(QEvent::KeyPress, key, modifiers, text);
+        QCoreApplication::sendEvent(&view, &event);
+    });
 }
 
 void reportTimes(std::vector<qint64> times)
@@ -87,6 +99,60 @@ void goTo(TextViewWidget& view, const QString& place)
     QCoreApplication::processEvents();
 }
 
+void measureTour(DocumentWindow& window, bool wraps)
+{
+    TextViewWidget& view = window.view();
+    constexpr int rounds = 30;
+    const auto worst = [](auto work) {
+        qint64 longest = 0;
+        for (int i = 0; i < rounds; ++i)
+            longest = std::max(longest, work(i));
+        return double(longest) / 1e9;
+    };
+    const auto typingAt = [&](const char* place) {
+        goTo(view, QLatin1String(place));
+        return worst([&](int) { return press(view, Qt::Key_X, QStringLiteral("x")); });
+    };
+    const auto dragging = [&](QScrollBar* bar) {
+        return worst([&](int i) {
+            return timeOf(view, [&] {
+                bar->setValue(int(qint64(bar->maximum()) * (i * 7 % rounds) / rounds));
+            });
+        });
+    };
+    const double wrapping = double(timeOf(view, [&] { view.setWrapLines(wraps); })) / 1e9;
+    const double top = typingAt("top");
+    const double middle = typingAt("middle");
+    const double end = typingAt("end");
+    const double jumps = worst([&](int i) {
+        return press(view, i % 2 == 0 ? Qt::Key_End : Qt::Key_Home, {},
+                     wraps ? Qt::ControlModifier : Qt::NoModifier);
+    });
+    const double selecting = worst([&](int i) {
+        return press(view, i % 2 == 0 ? Qt::Key_End : Qt::Key_Home, {},
+                     Qt::ControlModifier | Qt::ShiftModifier);
+    });
+    goTo(view, QStringLiteral("middle"));
+    const double pages = worst([&](int) { return press(view, Qt::Key_PageDown); });
+    const double pagesUp = worst([&](int) { return press(view, Qt::Key_PageUp); });
+    const double steps = worst([&](int) { return timeOf(view, [&] { view.scrollBy(90, 30); }); });
+    const double bars = dragging(wraps ? view.verticalScrollBar() : view.horizontalScrollBar());
+    const QSize size = window.size();
+    const double resizing = worst(
+        [&](int i) { return timeOf(view, [&] { window.resize(size - QSize(i * 11, i * 3)); }); });
+    report({{"wrap", wrapping},
+            {"type at top", top},
+            {"type in middle", middle},
+            {"type at end", end},
+            {"End, Home", jumps},
+            {"select to end", selecting},
+            {"Page Down", pages},
+            {"Page Up", pagesUp},
+            {"scroll", steps},
+            {"bar", bars},
+            {"resize", resizing}});
+}
+
 void measureSave(Document& document)
 {
     document.textView().insertText(QStringLiteral("x"));
@@ -111,6 +177,8 @@ void run(const QStringList& arguments, qint64 paintedAt, qint64 readAt)
         measureKeys(window.view(), Qt::Key_X, QStringLiteral("x"));
     } else if (mode == QStringLiteral("pages")) {
         measureKeys(window.view(), Qt::Key_PageDown, QString());
+    } else if (mode == QStringLiteral("tour")) {
+        measureTour(window, arguments.value(3) == QStringLiteral("wrap"));
     } else if (mode == QStringLiteral("save")) {
         measureSave(window.document());
     }

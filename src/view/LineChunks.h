@@ -1,8 +1,6 @@
 #pragma once
 
-#include "text/TextRange.h"
-
-#include <vector>
+#include "view/ChunkBlocks.h"
 
 namespace quillory {
 
@@ -15,9 +13,9 @@ namespace quillory {
 // and are found laid out.
 //
 // Each chunk has a width: an estimate by its length until it has been laid out. Places are sums
-// over the chunks before; a finger at the place asked for last makes those near it cheap. The first
-// chunk that is laid out tells how wide the characters of the line are, and the estimates of all
-// the others follow it. Widths are multiples of 1/64, so that sums of them are exact.
+// over the chunks before (see ChunkBlocks). The first chunk that is laid out tells how wide the
+// characters of the line are, and the estimates of all the others follow it. Widths are multiples
+// of powers of two, so that sums of them are exact.
 
 class LineChunks
 {
@@ -29,37 +27,37 @@ public:
     /// room to settle a cut.
     static constexpr TextOffset shortestChunk = 256;
 
-    /// A chunk and where it begins in its line.
-    struct Place
-    {
-        size_t index = 0;
-        TextOffset start = 0; ///< code units from the line's start
-        double x = 0;         ///< logical pixels from the line's left edge
-    };
+    using Place = ChunkBlocks::Place;
 
     /// \a unitWidth: the estimated width of a code unit.
     LineChunks(TextOffset length, double unitWidth);
 
-    size_t count() const { return m_chunks.size(); }
-    TextOffset length() const { return m_length; }
-    double width() const { return m_width; }
+    size_t count() const { return m_chunks.count(); }
+    TextOffset length() const { return m_chunks.length(); }
+    double width() const { return m_chunks.width(m_unitWidth); }
     TextOffset lengthOf(size_t index) const { return m_chunks[index].length; }
-    double widthOf(size_t index) const { return m_chunks[index].width; }
+    double widthOf(size_t index) const;
 
     /// The chunk that holds the unit at \a offset; the last one for the line's end and beyond.
-    Place placeAtOffset(TextOffset offset) const;
-    Place placeAtX(double x) const;
-    Place placeOf(size_t index) const;
+    Place placeAtOffset(TextOffset offset) const
+    {
+        return m_chunks.placeAtOffset(offset, m_unitWidth);
+    }
+    Place placeAtX(double x) const { return m_chunks.placeAtX(x, m_unitWidth); }
+    Place placeOf(size_t index) const { return m_chunks.placeOf(index, m_unitWidth); }
 
     /// Whether the cut before chunk \a index has its final place; the line's ends always have.
     bool isSettled(size_t index) const;
     /// Settles the cut before chunk \a index, \a units further left than it was, or, where
     /// negative, further right.
     void settle(size_t index, TextOffset units);
+    /// Puts a cut that is not settled back where it was before it was first moved, so that a cut
+    /// that is settled again and again does not wander.
+    void restoreCut(size_t index);
     /// Lets the cut before chunk \a index be settled anew; the line's ends stay.
     void unsettle(size_t index);
-    /// Lets every cut be settled anew.
-    void unsettle();
+    /// Lets every cut be settled anew. The cost does not depend on how many there are.
+    void unsettle() { ++m_round; }
 
     /// With wrapping: says how many units the last row of a chunk has. False when they were others
     /// before, so that the chunk may not end with a full row any more.
@@ -77,33 +75,13 @@ public:
     void resetWidths(double unitWidth);
 
 private:
-    enum class Width : uchar
-    {
-        Estimated,
-        Edited, ///< measured, but changed since: what lies to the right is to move
-        Measured
-    };
-    struct Chunk
-    {
-        int length = 0;
-        float width = 0;
-        int lastRow = 0; ///< units in it; 0 when not known
-        Width state = Width::Estimated;
-        bool settled = false; ///< the cut before it
-    };
+    void setWidthOf(size_t index, double width, Chunk::Width state);
+    void resize(size_t index, TextOffset difference);
 
-    void moveFinger(size_t index) const;
-    void setWidthOf(Chunk& chunk, double width);
-    void learn(size_t index, double width);
-    void resize(Chunk& chunk, TextOffset difference);
-    std::vector<Chunk> cut(TextOffset length) const;
-
-    std::vector<Chunk> m_chunks;
-    TextOffset m_length;
+    ChunkBlocks m_chunks;
     double m_unitWidth;
-    double m_width = 0;
     bool m_learnt = false; ///< the unit width, from a chunk that was laid out
-    mutable Place m_finger;
+    uint m_round = 1;      ///< of settling cuts
 };
 
 } // namespace quillory

@@ -8,6 +8,11 @@
 
 namespace quillory {
 
+namespace {
+// So many chunks above the one that is jumped to get full rows at once.
+constexpr size_t chainLength = 12;
+} // namespace
+
 TextOffset LineSegment::offsetOf(int index) const
 {
     if (index > preeditStart)
@@ -83,6 +88,7 @@ LineSegment LineSegments::wholeLine(TextRange content)
 
 void LineSegments::settleCut(TextRange content, LineChunks& chunks, size_t cut)
 {
+    chunks.restoreCut(cut);
     const TextOffset before = content.location + chunks.placeOf(cut - 1).start;
     const TextOffset offset = content.location + chunks.placeOf(cut).start;
     chunks.settle(cut, unitsToCut(text(), TextRange::between(before, content.end()), offset));
@@ -144,57 +150,66 @@ double LineSegments::tabPhase(TextRange content, const LineChunks& chunks, size_
 
 // Wrapped chunks
 
-/// The row that holds \a end, or begins there, when \a range and a row more are laid out in one go.
-TextOffset LineSegments::rowStartAt(TextRange content, TextRange range)
+/// Where the row begins that holds \a offset, when all from \a start on is laid out in one go.
+TextOffset LineSegments::rowStartAt(TextRange content, TextOffset start, TextOffset offset)
 {
     const auto ahead = TextOffset(2 * wrapWidth() / font().advance()) + 16;
-    const TextOffset end = std::min(content.end(), range.end() + ahead);
-    const QString shown = displayText(text(), TextRange::between(range.location, end),
+    const TextOffset end = std::min(content.end(), offset + ahead);
+    const QString shown = displayText(text(), TextRange::between(start, end),
                                       font().hasControlPictures(), counters());
-    const auto layout = m_cache.layout(shown, chunkStyle(content));
-    return range.location + layout->rowStart(layout->rowOf(int(range.length)));
+    const LineLayout layout = m_cache.passingLayout(shown, chunkStyle(content));
+    return start + layout.rowStart(layout.rowOf(int(offset - start)));
 }
 
 /// Ends chunk \a index with a full row, so that the seam does not show.
 void LineSegments::endWithFullRow(TextRange content, LineChunks& chunks, size_t index)
 {
+    chunks.restoreCut(index + 1);
     const TextRange range = rangeOf(content, chunks, index);
-    const TextOffset row = rowStartAt(content, range);
+    const TextOffset row = rowStartAt(content, range.location, range.end());
     const bool isLong = row - range.location > range.length / 2;
     chunks.settle(index + 1, isLong ? range.end() - row : 0);
 }
 
 /// Where the reader came from below, the chunk after is in sight and stays as it is; so a start is
-/// sought from which the rows fill up to it.
-void LineSegments::beginForFullRows(TextRange content, LineChunks& chunks, size_t index)
+/// sought from which the rows fill up to it. False when none was found.
+bool LineSegments::beginForFullRows(TextRange content, LineChunks& chunks, size_t index)
 {
     constexpr int tries = 8;
     const TextRange range = rangeOf(content, chunks, index);
     TextOffset start = range.location;
     for (int i = 0; i < tries && start < range.location + range.length / 2; ++i) {
-        const TextOffset missing =
-            range.end() - rowStartAt(content, TextRange::between(start, range.end()));
+        const TextOffset missing = range.end() - rowStartAt(content, start, range.end());
         if (missing == 0) {
             chunks.settle(index, range.location - start);
-            return;
+            return true;
         }
         const TextRange rest = TextRange::between(start, content.end());
         const TextOffset next = start + missing - unitsToCut(text(), rest, start + missing);
         start = next > start ? next : start + missing;
     }
+    return false;
 }
 
+/// Rows follow from where the row before ends, and so in the end from the line's start, which may
+/// be far away. In its place serves a cut some chunks further up; the next seam that may show a row
+/// that is not full lies there.
 void LineSegments::settleStart(TextRange content, LineChunks& chunks, size_t index)
 {
-    // Near the line's start the rows are those that follow from it.
-    constexpr size_t nearStart = 4;
-    if (index <= nearStart || chunks.isSettled(index - 1)) {
-        wrappedChunk(content, chunks, index - 1);
-        return;
+    const bool fromBelow = index + 1 < chunks.count() && chunks.isSettled(index + 1);
+    if (fromBelow && !chunks.isSettled(index - 1)) {
+        settleCut(content, chunks, index);
+        if (beginForFullRows(content, chunks, index))
+            return;
+        chunks.unsettle(index);
     }
-    settleCut(content, chunks, index);
-    if (index + 1 < chunks.count() && chunks.isSettled(index + 1))
-        beginForFullRows(content, chunks, index);
+    size_t first = index - 1;
+    while (!chunks.isSettled(first) && index - first < chainLength)
+        --first;
+    if (!chunks.isSettled(first))
+        settleCut(content, chunks, first);
+    for (; first < index; ++first)
+        endWithFullRow(content, chunks, first);
 }
 
 LineSegment LineSegments::wrappedChunk(TextRange content, LineChunks& chunks, size_t index)

@@ -103,9 +103,9 @@ private:
     TextLayoutCache::Style chunkStyle(TextRange content);
     double tabPhase(TextRange content, const LineChunks& chunks, size_t index);
     LineSegment wrappedChunk(TextRange content, LineChunks& chunks, size_t index);
-    TextOffset rowStartAt(TextRange content, TextRange range);
+    TextOffset rowStartAt(TextRange content, TextOffset start, TextOffset offset);
     void endWithFullRow(TextRange content, LineChunks& chunks, size_t index);
-    void beginForFullRows(TextRange content, LineChunks& chunks, size_t index);
+    bool beginForFullRows(TextRange content, LineChunks& chunks, size_t index);
     void settleStart(TextRange content, LineChunks& chunks, size_t index);
 
     const TextStorage& m_storage;

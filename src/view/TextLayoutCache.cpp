@@ -33,12 +33,16 @@ std::shared_ptr<LineLayout> TextLayoutCache::layout(const QString& text, const S
     if (const auto* known = m_layouts.object(key))
         return *known;
 
-    ++(style.isChunk ? m_counters.chunksLaidOut : m_counters.linesLaidOut);
-    m_counters.unitsShaped += text.size();
-    auto layout = std::make_shared<LineLayout>(
-        text, m_font, LineLayout::Style{m_wrapWidth, style.direction, style.tabPhase});
+    const std::shared_ptr<LineLayout> layout(new LineLayout(passingLayout(text, style)));
     m_layouts.insert(key, new std::shared_ptr<LineLayout>(layout), int(text.size()) + layoutCost);
     return layout;
+}
+
+LineLayout TextLayoutCache::passingLayout(const QString& text, const Style& style)
+{
+    ++(style.isChunk ? m_counters.chunksLaidOut : m_counters.linesLaidOut);
+    m_counters.unitsShaped += text.size();
+    return {text, m_font, LineLayout::Style{m_wrapWidth, style.direction, style.tabPhase}};
 }
 
 } // namespace quillory

@@ -34,6 +34,9 @@ public:
     /// The layout of \a text, a display text. Stays valid as long as the pointer is kept.
     std::shared_ptr<LineLayout> layout(const QString& text, const Style& style);
 
+    /// The same, of a text that is asked for once and not kept.
+    LineLayout passingLayout(const QString& text, const Style& style);
+
     WorkCounters& counters() { return m_counters; }
 
 private:

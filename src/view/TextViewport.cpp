@@ -22,9 +22,9 @@ const std::vector<TextViewport::VisibleRow>& TextViewport::rows()
 {
     if (!m_rows.empty())
         return m_rows;
-    clampToEnd();
-    auto row = std::optional(m_geometry.rowAt(m_top));
-    for (int y = -m_hidden; row && (m_rows.empty() || y < m_size.height()); y += rowHeight()) {
+    const Top top = clampedTop();
+    auto row = std::optional(m_geometry.rowAt(top.offset));
+    for (int y = -top.hidden; row && (m_rows.empty() || y < m_size.height()); y += rowHeight()) {
         m_rows.push_back({*row, y});
         row = m_geometry.rowAfter(*row);
     }
@@ -40,7 +40,9 @@ void TextViewport::invalidateWidths()
 
 void TextViewport::followEdit(const TextChange& change)
 {
-    m_top = std::min(mapped(m_top, change), m_geometry.text().length());
+    if (!m_rows.empty())
+        m_top = m_shown; // for good, though there may be room below again
+    m_top.offset = std::min(mapped(m_top.offset, change), m_geometry.text().length());
     if (!change.replaced.isEmpty())
         m_widestSeen = m_leftmostSeen = 0; // they may have gone
     invalidate();
@@ -49,7 +51,7 @@ void TextViewport::followEdit(const TextChange& change)
 const TextViewport::VisibleRow& TextViewport::rowAtY(int y)
 {
     const auto& visible = rows();
-    const int index = (y + m_hidden) / rowHeight();
+    const int index = (y - visible.front().y) / rowHeight();
     return visible[size_t(std::clamp(index, 0, int(visible.size()) - 1))];
 }
 
@@ -107,7 +109,8 @@ TextRange TextViewport::visibleRange()
 
 // Scrolling up and down
 
-void TextViewport::showRowAt(const TextGeometry::Row& target, qint64 y)
+/// The place at the top with which \a target stands at \a y, as far as there is text.
+TextViewport::Top TextViewport::topFor(const TextGeometry::Row& target, qint64 y)
 {
     TextGeometry::Row row = target;
     for (; y > 0; y -= rowHeight()) {
@@ -127,29 +130,35 @@ void TextViewport::showRowAt(const TextGeometry::Row& target, qint64 y)
         row = *after;
         y += rowHeight();
     }
-    m_top = row.range.location;
-    m_hidden = int(-y);
+    return {row.range.location, int(-y)};
+}
+
+void TextViewport::showRowAt(const TextGeometry::Row& target, qint64 y)
+{
+    m_top = topFor(target, y);
     invalidate();
 }
 
 /// No more than the text's last row stands at the bottom, unless all of the text fits.
-void TextViewport::clampToEnd()
+TextViewport::Top TextViewport::clampedTop()
 {
-    m_hidden = std::clamp(m_hidden, 0, rowHeight() - 1);
+    const Top top{m_top.offset, std::clamp(m_top.hidden, 0, rowHeight() - 1)};
+    m_shown = top;
     const TextSnapshot& text = m_geometry.text();
     // Every line has a row at least, so the end can only be in sight when its line is near.
-    const qsizetype linesBelow = text.lineCount() - text.lineAt(m_top).value();
-    if (linesBelow * rowHeight() - m_hidden >= m_size.height())
-        return;
-    auto row = std::optional(m_geometry.rowAt(m_top));
-    qint64 y = -m_hidden;
+    const qsizetype linesBelow = text.lineCount() - text.lineAt(top.offset).value();
+    if (linesBelow * rowHeight() - top.hidden >= m_size.height())
+        return top;
+    auto row = std::optional(m_geometry.rowAt(top.offset));
+    qint64 y = -top.hidden;
     TextGeometry::Row last = *row;
     for (; row && y < m_size.height(); y += rowHeight()) {
         last = *row;
         row = m_geometry.rowAfter(last);
     }
     if (y < m_size.height())
-        showRowAt(last, m_size.height() - rowHeight());
+        m_shown = topFor(last, m_size.height() - rowHeight());
+    return m_shown;
 }
 
 void TextViewport::scrollBy(qint64 pixels)
@@ -158,7 +167,8 @@ void TextViewport::scrollBy(qint64 pixels)
         scrollToY(y() + pixels);
         return;
     }
-    showRowAt(m_geometry.rowAt(m_top), -(m_hidden + pixels));
+    const VisibleRow top = rows().front();
+    showRowAt(top.row, top.y - pixels);
 }
 
 double TextViewport::unitsPerRow() const
@@ -201,11 +211,11 @@ bool TextViewport::isAtEnd()
 
 qint64 TextViewport::y()
 {
-    rows(); // pulls the place into the text
+    rows();
     // Estimates may disagree with where the end really is.
     if (m_geometry.wraps() && isAtEnd())
         return std::max<qint64>(0, contentHeight() - m_size.height());
-    return qint64(estimatedRow(m_top)) * rowHeight() + m_hidden;
+    return qint64(estimatedRow(m_shown.offset)) * rowHeight() + m_shown.hidden;
 }
 
 qint64 TextViewport::contentHeight()
@@ -222,8 +232,9 @@ void TextViewport::scrollToY(qint64 y)
     y = std::clamp<qint64>(y, 0, end);
     const bool toEnd = m_geometry.wraps() && y == end;
     const qint64 row = y / rowHeight();
-    m_top = toEnd ? m_geometry.text().length() : offsetOfEstimatedRow(double(row));
-    m_hidden = int(y % rowHeight());
+    const TextOffset offset =
+        toEnd ? m_geometry.text().length() : offsetOfEstimatedRow(double(row));
+    m_top = {m_geometry.rowAt(offset).range.location, int(y % rowHeight())};
     invalidate();
 }
 

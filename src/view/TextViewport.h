@@ -12,7 +12,8 @@ namespace quillory {
 ///
 /// What is scrolled to is kept as the row at the top, by an offset in it that follows the edits,
 /// and the pixels of that row that are hidden. So nothing that is learnt about rows out of sight
-/// (how they wrap, how wide they are) moves the text in sight. Scroll bars work with positions: in
+/// (how they wrap, how wide they are) moves the text in sight, and another size of the viewport and
+/// back leaves it where it was. Scroll bars work with positions: in
 /// y, a row's number times the row height; with wrapping, an estimate of that number, which any
 /// offset yields in O(log n). Coordinates are logical pixels.
 class TextViewport
@@ -83,8 +84,15 @@ public:
     void showAt(TextOffset offset, qint64 y) { showRowAt(m_geometry.rowAt(offset), y); }
 
 private:
+    struct Top
+    {
+        TextOffset offset = 0; ///< in the row at the top
+        int hidden = 0;        ///< pixels of that row above the viewport
+    };
+
+    Top topFor(const TextGeometry::Row& row, qint64 y);
     void showRowAt(const TextGeometry::Row& row, qint64 y);
-    void clampToEnd();
+    Top clampedTop();
     bool isAtEnd();
     double estimatedRow(TextOffset offset) const;
     TextOffset offsetOfEstimatedRow(double row) const;
@@ -92,8 +100,8 @@ private:
 
     TextGeometry& m_geometry;
     QSize m_size;
-    TextOffset m_top = 0; ///< in the row at the top
-    int m_hidden = 0;     ///< pixels of that row above the viewport
+    Top m_top;   ///< what was scrolled to last
+    Top m_shown; ///< the same, pulled into the text; what rows() begins with
     double m_scrollX = 0;
     double m_widestSeen = 0;
     double m_leftmostSeen = 0;

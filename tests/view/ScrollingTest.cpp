@@ -207,6 +207,46 @@ TEST(LongLineScrolling, homeAndEndShowTheEndsOfALine)
     EXPECT_EQ(harness.view.horizontalScrollBar()->value(), 0);
 }
 
+TEST(Resizing, leavesTheTextAtTheTopInItsPlace)
+{
+    QString text;
+    for (int i = 0; i < 3000; ++i)
+        text += QStringLiteral("%1 %2\n").arg(i).arg(QStringLiteral("words ").repeated(i % 70));
+    const QString oneLine = QString(text).replace(u'\n', u' ');
+    for (const QString& shown : {text, oneLine}) {
+        for (const double share : {0.0, 0.37, 0.8, 1.0}) {
+            ViewHarness harness(shown);
+            harness.view.setWrapLines(true);
+            harness.settle();
+            QScrollBar& bar = *harness.view.verticalScrollBar();
+            bar.setValue(int(bar.maximum() * share));
+            harness.settle();
+            SCOPED_TRACE(share);
+            TextViewport& viewport = harness.view.textViewport();
+            const auto first = viewport.rows().front();
+            const auto last = viewport.rows().back();
+            for (int i = 0; i < 25; ++i) {
+                harness.view.resize(400 + (i * 137) % 900, 200 + (i * 71) % 500);
+                QApplication::processEvents();
+                if (share == 1)
+                    continue; // at the end the last row stays where it is
+                const auto row = viewport.rows().front().row;
+                ASSERT_LE(row.range.location, first.row.range.location) << i;
+                ASSERT_GT(row.range.end(), first.row.range.location) << i;
+            }
+            harness.view.resize(800, 400);
+            harness.settle();
+            EXPECT_EQ(viewport.rows().front().y, first.y);
+            EXPECT_LE(viewport.rows().front().row.range.location, first.row.range.location);
+            EXPECT_GT(viewport.rows().front().row.range.end(), first.row.range.location);
+            if (shown == text) {
+                EXPECT_EQ(viewport.rows().front().row.range, first.row.range);
+                EXPECT_EQ(viewport.rows().back().row.range, last.row.range);
+            }
+        }
+    }
+}
+
 } // namespace
 
 } // namespace quillory

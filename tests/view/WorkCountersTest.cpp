@@ -84,8 +84,8 @@ TEST_P(LongLineWork, aKeyLaysOutOneChunkAtAnyColumn)
         harness.settle();
         WorkDone done(harness);
         harness.press({QStringLiteral("'x'")});
-        // Wrapped, once more where the edit moves the row that the next chunk begins with.
-        const qint64 most = GetParam() ? 2 : 1;
+        // Wrapped, twice more where the edit moves the row that the next chunk begins with.
+        const qint64 most = GetParam() ? 3 : 1;
         EXPECT_GE(done().chunksLaidOut, 1);
         EXPECT_LE(done().chunksLaidOut, most);
         EXPECT_LE(done().unitsShaped, most * LineChunks::longLine);
@@ -100,12 +100,46 @@ TEST_P(LongLineWork, jumpingInAChunkedLineLaysOutWhatIsInSight)
     harness.storage.replaceCharactersInRange(
         {}, repeated(QStringLiteral("{\"key\": 12345}, "), 3'000'000));
     harness.press({QStringLiteral("Ctrl+End")});
-    // Wrapped, chunks are laid out to find where their rows begin.
-    const qint64 inSight = GetParam() ? 8 : 3;
-    EXPECT_LE(done().chunksLaidOut, 2 * inSight);
+    // Wrapped, chunks above are laid out to find where their rows begin.
+    const qint64 most = GetParam() ? 40 : 6;
+    EXPECT_LE(done().chunksLaidOut, most);
     harness.press({QStringLiteral("Ctrl+Home")});
-    EXPECT_LE(done().chunksLaidOut, 3 * inSight);
-    EXPECT_LE(done().unitsShaped, 3 * inSight * LineChunks::longLine);
+    EXPECT_LE(done().chunksLaidOut, most + 6);
+    EXPECT_LE(done().unitsShaped, (most + 6) * LineChunks::longLine);
+}
+
+TEST_P(LongLineWork, resizingLaysOutWhatIsInSight)
+{
+    ViewHarness harness(repeated(QStringLiteral("{\"key\": 12345}, "), 3'000'000));
+    harness.view.setWrapLines(GetParam());
+    for (const TextOffset offset : {TextOffset(0), TextOffset(1'500'000), TextOffset(3'000'000)}) {
+        SCOPED_TRACE(offset);
+        harness.view.ensureVisible(offset);
+        harness.settle();
+        for (const int width : {700, 500, 901, 800}) {
+            WorkDone done(harness);
+            harness.view.resize(width, 400);
+            EXPECT_LE(done().chunksLaidOut, GetParam() ? 45 : 3) << width;
+        }
+    }
+}
+
+TEST(WorkCounters, resizingLaysOutTheWrappedLinesInSightAndLooksAtNoOthers)
+{
+    ViewHarness harness(numberedLines(200'000).replace(u"this"_qs, u"this "_qs.repeated(20)));
+    harness.view.setWrapLines(true);
+    for (const double share : {0.0, 0.5, 1.0}) {
+        SCOPED_TRACE(share);
+        QScrollBar& bar = *harness.view.verticalScrollBar();
+        bar.setValue(int(bar.maximum() * share));
+        harness.settle();
+        for (const int width : {700, 500, 901, 800}) {
+            WorkDone done(harness);
+            harness.view.resize(width, 400);
+            EXPECT_LE(done().linesLaidOut, 30) << width;
+            EXPECT_LE(done().piecesVisited, 300) << width;
+        }
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Wrapping, LongLineWork, testing::Bool());
