@@ -1,13 +1,12 @@
 #include "view/ColumnSelection.h"
 
 #include "text/TextBoundary.h"
+#include "view/PlainColumns.h"
 
 #include <QElapsedTimer>
-#include <QFontInfo>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 #include <cmath>
-#include <limits>
 
 namespace quillory {
 
@@ -15,16 +14,6 @@ namespace {
 
 constexpr int sliceAtOnce = 8; // milliseconds, of a frame of 16
 constexpr int sliceLater = 8;
-
-char16_t codeOf(char latin1)
-{
-    return uchar(latin1);
-}
-
-char16_t codeOf(QChar unit)
-{
-    return unit.unicode();
-}
 
 } // namespace
 
@@ -70,8 +59,7 @@ void ColumnSelection::extendTo(Corner head)
 {
     m_head = head;
     m_active = true;
-    m_byColumns = !m_geometry.wraps() && m_geometry.preedit().text.isEmpty() &&
-                  QFontInfo(m_geometry.font().font()).fixedPitch();
+    m_byColumns = PlainColumns(m_geometry).areUsable();
     m_selections.clear();
     m_next = m_geometry.rowAt(head.offset);
     m_lastRow = m_geometry.rowAt(m_anchor.offset).range.location;
@@ -126,6 +114,7 @@ void ColumnSelection::timerEvent(QTimerEvent* event)
         return;
     m_rest.stop();
     apply();
+    Q_EMIT finished();
 }
 
 // Places on a row
@@ -139,55 +128,22 @@ Selection ColumnSelection::selectionOn(const TextGeometry::Row& row)
 TextOffset ColumnSelection::placeOn(const TextGeometry::Row& row, double x)
 {
     if (m_byColumns) {
-        if (const auto place = placeByColumns(row, x))
+        if (const auto place = PlainColumns(m_geometry).placeAt(row, x))
             return *place;
     }
     return m_geometry.offsetAt(row, x);
 }
 
-/// In a monospaced font the places in a row of plain characters can be counted, for a fraction of
-/// what laying it out costs.
-std::optional<TextOffset> ColumnSelection::placeByColumns(const TextGeometry::Row& row,
-                                                          double x) const
-{
-    const double wanted = x / m_geometry.font().advance();
-    const int tab = m_geometry.font().tabColumns();
-    TextOffset place = row.range.location;
-    double column = 0;
-    bool isPlain = true;
-    m_geometry.text().forEachPiece(row.range, [&](const TextPiece& piece) {
-        return std::visit(
-            [&](auto units) {
-                for (const auto unit : units) {
-                    const char16_t code = codeOf(unit);
-                    const bool isTab = code == u'\t';
-                    if (!isTab && (code < 0x20 || code > 0x7E)) {
-                        isPlain = false;
-                        return false;
-                    }
-                    const double next = isTab ? (std::floor(column / tab) + 1) * tab : column + 1;
-                    if (wanted < (column + next) / 2)
-                        return false;
-                    column = next;
-                    ++place;
-                }
-                return true;
-            },
-            piece.units);
-    });
-    // A combining mark behind the place would belong to the character before it.
-    if (isPlain && place < row.range.end() && m_geometry.text().at(place) > 0x7E)
-        isPlain = false;
-    return isPlain ? std::optional(place) : std::nullopt;
-}
-
+/// Whether the row ends before it reaches the rectangle.
 bool ColumnSelection::isTooShort(const TextGeometry::Row& row, const Selection& selection)
 {
-    const double advance = m_geometry.font().advance();
-    if (!selection.isCaret() || std::abs(m_anchor.x - m_head.x) < advance / 2 ||
+    const double half = m_geometry.font().advance() / 2;
+    if (!selection.isCaret() || std::abs(m_anchor.x - m_head.x) < half ||
         selection.head < row.range.end())
         return false;
-    return m_geometry.xOf(row, selection.head) < std::min(m_anchor.x, m_head.x) - advance / 2;
+    const double end = m_geometry.xOf(row, selection.head);
+    return m_geometry.isRightToLeft(row) ? end > std::max(m_anchor.x, m_head.x) + half
+                                         : end < std::min(m_anchor.x, m_head.x) - half;
 }
 
 // Keys
@@ -212,14 +168,8 @@ bool ColumnSelection::isColumnKey(const QKeyEvent& event)
 
 bool ColumnSelection::press(const QKeyEvent& event, int page)
 {
-    if (!isColumnKey(event)) {
-        if (m_next && event.key() != Qt::Key_Alt && event.key() != Qt::Key_Shift) {
-            work(std::numeric_limits<int>::max());
-            m_rest.stop();
-            apply();
-        }
+    if (!isColumnKey(event))
         return false;
-    }
     resume();
     switch (event.key()) {
     case Qt::Key_Up:
@@ -256,23 +206,26 @@ void ColumnSelection::moveByRows(int rows)
     extendTo({row.range.location, m_head.x});
 }
 
-/// By a character of the row; behind its end by columns.
+/// By a character of the row; beside it by columns.
 void ColumnSelection::moveSideways(int step)
 {
     const TextGeometry::Row row = m_geometry.rowAt(m_head.offset);
+    const TextGeometry::Edges edges = m_geometry.edgesOf(row);
     const double advance = m_geometry.font().advance();
-    const TextOffset end = row.range.end();
-    const double endX = m_geometry.xOf(row, end);
     double x = m_head.x + step * advance;
-    const bool isBehind = step > 0 ? m_head.x > endX - advance / 2 : x > endX - advance / 2;
-    if (!isBehind) {
+    const auto [left, right] = std::minmax(m_head.x, x);
+    if (left > edges.left - advance / 2 && right < edges.right + advance / 2) {
         const TextOffset place = m_geometry.offsetAt(row, m_head.x);
         const TextSnapshot& text = m_geometry.text();
-        const TextOffset next =
-            step > 0 ? characterAfter(text, place) : characterBefore(text, place);
-        x = m_geometry.xOf(row, std::clamp(next, row.range.location, end));
+        // Whichever of the two lies on that side.
+        for (const TextOffset next : {characterBefore(text, place), characterAfter(text, place)}) {
+            const double nextX =
+                m_geometry.xOf(row, std::clamp(next, row.range.location, row.range.end()));
+            if ((nextX - m_head.x) * step > 0)
+                x = nextX;
+        }
     }
-    extendTo({m_head.offset, std::max(0.0, x)});
+    extendTo({m_head.offset, std::max(std::min(0.0, edges.left), x)});
 }
 
 void ColumnSelection::addCaret(int rows)

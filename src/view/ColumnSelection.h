@@ -35,16 +35,22 @@ public:
     void start(Corner anchor);
     void extendTo(Corner head);
     const Corner& head() const { return m_head; }
+    /// Whether there are rows left to select; finished() will tell when there are none.
+    bool isSelecting() const { return m_next.has_value(); }
+    /// Keeps to what is selected so far.
+    void stopSelecting() { forget(); }
 
     /// Alt+Shift with an arrow, or by \a page rows with Page Up and Page Down; true when the key
-    /// was for the rectangle. Before an other key is dealt with, what is left to select is
-    /// selected.
+    /// was for the rectangle.
     bool press(const QKeyEvent& event, int page);
     static bool isColumnKey(const QKeyEvent& event);
 
     /// Adds a caret one row above the first selection, or below the last where \a rows is positive,
     /// at the x at which the one added last was meant to be.
     void addCaret(int rows);
+
+Q_SIGNALS:
+    void finished();
 
 protected:
     void timerEvent(QTimerEvent* event) override;
@@ -58,7 +64,6 @@ private:
     void forget();
     Selection selectionOn(const TextGeometry::Row& row);
     TextOffset placeOn(const TextGeometry::Row& row, double x);
-    std::optional<TextOffset> placeByColumns(const TextGeometry::Row& row, double x) const;
     bool isTooShort(const TextGeometry::Row& row, const Selection& selection);
 
     QPTextView& m_editor;

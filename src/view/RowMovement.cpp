@@ -1,6 +1,85 @@
 #include "view/RowMovement.h"
 
+#include "text/LineMetrics.h"
+#include "text/TextReader.h"
+#include "view/PlainColumns.h"
+
 namespace quillory {
+
+namespace {
+
+// With more carets than this, laying out a line for each would be felt.
+constexpr size_t fewCarets = 64;
+
+// Beyond it a line is looked up rather than read through.
+constexpr TextOffset shortLine = 200;
+
+/// The rows of carets in the order of the text, which often stand in one line after the other. They
+/// are then found by reading on from the line before.
+class RowsInOrder
+{
+public:
+    explicit RowsInOrder(TextGeometry& geometry)
+        : m_geometry(geometry), m_reader(geometry.text()), m_counts(!geometry.wraps())
+    {}
+
+    TextGeometry::Row rowAt(const CaretPlace& place)
+    {
+        if (holds(m_target, place.offset))
+            return *m_target;
+        if (!holds(m_source, place.offset)) {
+            if (m_source)
+                m_source = rowAfter(*m_source);
+            if (!holds(m_source, place.offset))
+                m_source = m_geometry.rowAt(place);
+        }
+        return *m_source;
+    }
+
+    /// The row \a rows away from one that rowAt() answered.
+    std::optional<TextGeometry::Row> rowFrom(const TextGeometry::Row& row, qsizetype rows)
+    {
+        const auto source = std::exchange(m_source, row);
+        if (m_counts && source && source->line == row.line + rows)
+            m_target = source;
+        else
+            m_target = rows == 1 ? rowAfter(row) : m_geometry.rowFrom(row, rows);
+        return m_target;
+    }
+
+private:
+    bool holds(const std::optional<TextGeometry::Row>& row, TextOffset offset) const
+    {
+        return m_counts && row && row->content.location <= offset && offset <= row->content.end();
+    }
+
+    std::optional<TextGeometry::Row> rowAfter(const TextGeometry::Row& row)
+    {
+        const LineIndex line = row.line + 1;
+        if (!m_counts || line.value() >= m_geometry.text().lineCount())
+            return m_geometry.rowAfter(row);
+        const TextOffset length = m_reader.length();
+        TextOffset start = row.content.end();
+        const bool isPair =
+            m_reader.at(start) == u'\r' && start + 1 < length && m_reader.at(start + 1) == u'\n';
+        start += isPair ? 2 : 1;
+        TextOffset end = start;
+        while (end < length && !isLineBreak(m_reader.at(end)) && end - start < shortLine)
+            ++end;
+        if (end - start == shortLine)
+            return m_geometry.rowAfter(row);
+        const TextRange content = TextRange::between(start, end);
+        return TextGeometry::Row{line, content, content};
+    }
+
+    TextGeometry& m_geometry;
+    TextReader m_reader;
+    bool m_counts; ///< every line is one row
+    std::optional<TextGeometry::Row> m_source;
+    std::optional<TextGeometry::Row> m_target;
+};
+
+} // namespace
 
 void RowMovement::moveEach(const Target& target, bool extending)
 {
@@ -16,19 +95,28 @@ void RowMovement::moveEach(const Target& target, bool extending)
 
 void RowMovement::moveByRows(qsizetype rows, bool extending)
 {
+    const PlainColumns columns(m_geometry);
+    const bool byColumns = m_editor.selections().size() > fewCarets && columns.areUsable();
+    RowsInOrder known(m_geometry);
     if (m_editor.selections() != m_moved) {
         m_x.clear();
-        for (const Selection& selection : m_editor.selections())
-            m_x.push_back(m_geometry.xOf(rowOf(selection), m_affinity.placeOf(selection.head)));
+        for (const Selection& selection : m_editor.selections()) {
+            const CaretPlace place = m_affinity.placeOf(selection.head);
+            const auto row = known.rowAt(place);
+            const auto x = byColumns ? columns.xOf(row, place.offset) : std::nullopt;
+            m_x.push_back(x ? *x : m_geometry.xOf(row, place));
+        }
     }
     size_t index = 0;
     moveEach(
         [&](const Selection& selection) {
             const double x = m_x[index++];
-            const auto row = m_geometry.rowFrom(rowOf(selection), rows);
+            const auto from = known.rowAt(m_affinity.placeOf(selection.head));
+            const auto row = known.rowFrom(from, rows);
             if (!row)
                 return CaretPlace{rows < 0 ? 0 : m_geometry.text().length()};
-            return row->placeOf(m_geometry.offsetAt(*row, x));
+            const auto place = byColumns ? columns.placeAt(*row, x) : std::nullopt;
+            return row->placeOf(place ? *place : m_geometry.offsetAt(*row, x));
         },
         extending);
     m_moved = m_editor.selections();

@@ -6,7 +6,6 @@
 
 #include <QContextMenuEvent>
 #include <QCoreApplication>
-#include <QKeyEvent>
 #include <QKeySequence>
 #include <algorithm>
 #include <array>
@@ -106,6 +105,13 @@ const Edit* editFor(const QKeyEvent& event)
     return it == edits.end() ? nullptr : &*it;
 }
 
+const Command* commandFor(const QKeyEvent& event)
+{
+    const auto it = std::find_if(commands.begin(), commands.end(),
+                                 [&](const Command& c) { return event.matches(c.key); });
+    return it == commands.end() ? nullptr : &*it;
+}
+
 bool isTyping(const QKeyEvent& event)
 {
     const QString text = event.text();
@@ -127,8 +133,39 @@ bool TextViewKeys::isEditingKey(const QKeyEvent& event)
            isTyping(event);
 }
 
+TextViewKeys::TextViewKeys(TextViewWidget& view) : m_view(view)
+{
+    QObject::connect(&view.columnSelection(), &ColumnSelection::finished, &view, [this] {
+        for (const auto& key : std::exchange(m_waiting, {}))
+            press(*key);
+    });
+}
+
+/// Keeps \a event for when all of a large rectangle is selected. Escape does not wait.
+bool TextViewKeys::keepsWaiting(const QKeyEvent& event)
+{
+    ColumnSelection& columns = m_view.columnSelection();
+    if (!columns.isSelecting()) {
+        m_waiting.clear(); // a click has taken the rectangle away, and what was to be done to it
+        return false;
+    }
+    if (event.key() == Qt::Key_Escape) {
+        m_waiting.clear();
+        columns.stopSelecting();
+        return false;
+    }
+    const bool isFirst = m_waiting.empty();
+    const bool isOurs = isEditingKey(event) || commandFor(event);
+    if (!isOurs || (isFirst && ColumnSelection::isColumnKey(event)))
+        return false;
+    m_waiting.emplace_back(event.clone());
+    return true;
+}
+
 bool TextViewKeys::press(const QKeyEvent& event)
 {
+    if (keepsWaiting(event))
+        return true;
     const int page = m_view.viewport()->height() / m_view.textViewport().rowHeight() - 1;
     if (m_view.columnSelection().press(event, page)) {
         m_view.publishPrimarySelection();
@@ -157,11 +194,10 @@ bool TextViewKeys::press(const QKeyEvent& event)
             m_view.editor().keepPrimarySelection();
             return true;
         }
-        const auto it = std::find_if(commands.begin(), commands.end(),
-                                     [&](const Command& c) { return event.matches(c.key); });
-        if (it == commands.end())
+        const Command* command = commandFor(event);
+        if (!command)
             return false;
-        (m_view.*it->run)();
+        (m_view.*command->run)();
         return true;
     }
     m_view.showCaret();

@@ -1,6 +1,8 @@
 #pragma once
 
-class QKeyEvent;
+#include <QKeyEvent>
+#include <memory>
+#include <vector>
 
 namespace quillory {
 
@@ -10,7 +12,7 @@ class TextViewWidget;
 class TextViewKeys
 {
 public:
-    explicit TextViewKeys(TextViewWidget& view) : m_view(view) {}
+    explicit TextViewKeys(TextViewWidget& view);
 
     /// Whether the view wants \a event for moving, deleting or typing, rather than leaving it to a
     /// shortcut of the window.
@@ -20,7 +22,10 @@ public:
     bool press(const QKeyEvent& event);
 
 private:
+    bool keepsWaiting(const QKeyEvent& event);
+
     TextViewWidget& m_view;
+    std::vector<std::unique_ptr<QKeyEvent>> m_waiting; ///< for a rectangle to be selected
 };
 
 } // namespace quillory

@@ -2,6 +2,7 @@
 #include "ViewHarness.h"
 
 #include <QTest>
+#include <cmath>
 
 namespace quillory {
 
@@ -99,6 +100,28 @@ TEST_F(ColumnSelectionTest, caretsAreAddedAboveAndBelowAtTheirPlaceInTheRow)
     expect("ab-|cd\n-|\nef-|gh\nij-|kl");
 }
 
+TEST_F(ColumnSelectionTest, rowsFromRightToLeftTakePartWhereTheyStand)
+{
+    const QString hebrew = QStringLiteral("\u05d0\u05d1\u05d2\u05d3");
+    setText(QStringLiteral("abcd\n") + hebrew + QStringLiteral("\n\n") + hebrew);
+    TextGeometry& geometry = harness.view.textGeometry();
+    const auto row = geometry.rowAt(5);
+    const auto columnOf = [&](TextOffset offset) {
+        return int(std::round(geometry.xOf(row, offset) / geometry.font().advance()));
+    };
+    // The lines in between stand elsewhere, or are empty.
+    drag({1, columnOf(6)}, {3, columnOf(8)});
+    const QString marked = hebrew.left(1) + u'^' + hebrew.mid(1, 2) + u'|' + hebrew.mid(3);
+    EXPECT_EQ(harness.marked(),
+              QStringLiteral("abcd\n") + marked + QStringLiteral("\n\n") + marked);
+    // By keys: to the right of the place is the character before it.
+    harness.editor.setSelectedRange({7, 0});
+    harness.press({QStringLiteral("Alt+Shift+Right")});
+    EXPECT_EQ(harness.editor.primarySelection(), (Selection{7, 6}));
+    harness.press({QStringLiteral("Alt+Shift+Left"), QStringLiteral("Alt+Shift+Left")});
+    EXPECT_EQ(harness.editor.primarySelection(), (Selection{7, 8}));
+}
+
 TEST_F(ColumnSelectionTest, wrappedRowsAreRowsOfTheRectangle)
 {
     setText(QStringLiteral("word ").repeated(200));
@@ -119,11 +142,17 @@ TEST_F(ColumnSelectionTest, aVeryTallRectangleDoesNotHoldUpTheMouse)
         ColumnSelection& column = harness.view.columnSelection();
         column.start({0, 20});
         watchdog.watch("extending", [&] { column.extendTo({harness.storage.length(), 40}); });
-        // A key that is pressed while rows are left finds all of them selected.
-        if (*line == 'a')
-            harness.press({QStringLiteral("Left")});
+        // Keys that are pressed while rows are left find all of them selected, and do not wait.
+        watchdog.watch("pressing", [&] {
+            harness.press({QStringLiteral("Left"), QStringLiteral("'-'")});
+        });
         EXPECT_TRUE(QTest::qWaitFor(
-            [&] { return harness.editor.selections().size() == size_t(count); }, 20000));
+            [&] {
+                return harness.editor.selections().size() == size_t(count) &&
+                       harness.storage.length() ==
+                           TextOffset(count * (QString::fromUtf8(line).size() + 1) - 1);
+            },
+            20000));
     }
 }
 

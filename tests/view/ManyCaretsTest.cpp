@@ -78,6 +78,26 @@ TEST_F(ManyCaretsTest, keysGoToTensOfThousandsOfCaretsWithoutAPause)
     }
 }
 
+TEST_F(ManyCaretsTest, moveByRowsWithoutAPauseThoughEveryLineIsAnother)
+{
+    QString lines;
+    std::vector<Selection> carets;
+    for (int i = 0; i < 100'000; ++i) {
+        carets.push_back(Selection::caret(lines.size() + 3));
+        lines += QStringLiteral("\t%1 is line %1\n").arg(i);
+    }
+    harness.storage.replaceCharactersInRange(harness.storage.snapshot().range(), lines);
+    harness.editor.setSelections(carets, 0);
+    harness.settle();
+    const WorkCounters before = harness.view.workCounters();
+    for (const char* key : {"Down", "Down", "Up", "Shift+Down", "Shift+Up", "Up"})
+        press(QString::fromLatin1(key));
+    EXPECT_LT(harness.view.workCounters().linesLaidOut - before.linesLaidOut, 100);
+    // Of the first two lines some carets have met, being two digits long or at the text's end.
+    EXPECT_NEAR(double(harness.editor.selections().size()), 100'000, 20);
+    EXPECT_EQ(harness.editor.selections()[50'000].head, carets[50'000].head);
+}
+
 } // namespace
 
 } // namespace quillory
