@@ -11,6 +11,8 @@ constexpr double hair = 0.25;
 
 void VisualMovement::move(bool right, bool extending)
 {
+    if (m_course && (m_course->right != right || m_course->selections != m_editor.selections()))
+        m_course.reset();
     std::vector<CaretPlace> places;
     m_editor.moveEach(
         [&](const Selection& selection) {
@@ -21,6 +23,8 @@ void VisualMovement::move(bool right, bool extending)
         },
         extending);
     m_affinity.setPlaces(std::move(places));
+    if (m_course)
+        m_course->selections = m_editor.selections();
 }
 
 void VisualMovement::moveByWord(bool right, bool extending)
@@ -40,7 +44,13 @@ CaretPlace VisualMovement::step(const CaretPlace& from, bool right)
 {
     const TextSnapshot& text = m_geometry.text();
     const auto row = m_geometry.rowAt(from);
-    if (!m_geometry.hasRightToLeft(row, from.offset))
+    const bool hasRightToLeft = m_geometry.hasRightToLeft(row, from.offset);
+    const TextOffset edge = right ? row.content.end() : row.content.location;
+    if (!hasRightToLeft && from.offset == edge) {
+        if (const auto crossed = crossLines(row, from, right))
+            return *crossed;
+    }
+    if (!hasRightToLeft)
         return {right ? characterAfter(text, from.offset) : characterBefore(text, from.offset)};
 
     const double x = m_geometry.xOf(row, from);
@@ -48,7 +58,7 @@ CaretPlace VisualMovement::step(const CaretPlace& from, bool right)
     const auto edges = m_geometry.edgesOf(row);
     const bool atEdge = right ? probe >= edges.right : probe <= edges.left;
     if (row.range.isEmpty() || atEdge)
-        return cross(row, from, right != m_geometry.isRightToLeft(row));
+        return cross(row, from, right);
     const auto passed = m_geometry.characterAt(row, probe);
     const bool forward = right != passed.rightToLeft;
     CaretPlace place{forward ? passed.range.end() : passed.range.location,
@@ -68,9 +78,35 @@ CaretPlace VisualMovement::step(const CaretPlace& from, bool right)
     return place;
 }
 
-CaretPlace VisualMovement::cross(const TextGeometry::Row& row, const CaretPlace& from, bool forward)
+/// From the edge of \a row to a line that runs the other way, or on from there; none where the
+/// lines' own direction tells where to go.
+std::optional<CaretPlace> VisualMovement::crossLines(const TextGeometry::Row& row,
+                                                     const CaretPlace& from, bool right)
+{
+    const bool rightToLeft = m_geometry.isRightToLeft(row);
+    const bool down = m_course ? m_course->down : right != rightToLeft;
+    const auto next = down ? m_geometry.rowAfter(row) : m_geometry.rowBefore(row);
+    if (!next)
+        return m_course ? std::optional(from) : std::nullopt;
+    const bool nextRightToLeft = m_geometry.isRightToLeft(*next);
+    if (!m_course && nextRightToLeft == rightToLeft)
+        return {};
+    if (!m_course)
+        m_course = {right, down, {}};
+    return right != nextRightToLeft ? CaretPlace{next->range.location}
+                                    : next->placeOf(next->range.end());
+}
+
+/// Over the edge of \a row.
+CaretPlace VisualMovement::cross(const TextGeometry::Row& row, const CaretPlace& from, bool right)
 {
     const TextSnapshot& text = m_geometry.text();
+    const bool forward = right != m_geometry.isRightToLeft(row);
+    const bool leavesLine = forward ? row.endsLine() : row.range.location == row.content.location;
+    if (m_course || leavesLine) {
+        if (const auto crossed = crossLines(row, from, right))
+            return *crossed;
+    }
     if (forward && !row.endsLine())
         return {from.offset < row.range.end() ? row.range.end()
                                               : characterAfter(text, row.range.end())};

@@ -3,6 +3,7 @@
 #include "text/TextBoundary.h"
 
 #include <QTest>
+#include <set>
 
 namespace quillory {
 
@@ -90,7 +91,8 @@ TEST(VisualMovementKeys, followTheLinesOwnDirection)
         // Over the edges of lines that are written from right to left.
         {a + u"|\n" + b, "Left", a + u"\n|" + b},
         {a + u"\n|" + b, "Right", a + u"|\n" + b},
-        {QStringLiteral("ab|\n") + a, "Right", QStringLiteral("ab\n|") + a},
+        {QStringLiteral("ab|\n") + a, "Right", QStringLiteral("ab\n") + a + u'|'},
+        {a + QStringLiteral("|\nab"), "Left", a + QStringLiteral("\nab|")},
         // A selection collapses to the side of the key.
         {u'^' + a + u'|' + b, "Left", a + u'|' + b},
         {u'^' + a + u'|' + b, "Right", u'|' + a + b},
@@ -109,6 +111,68 @@ TEST(VisualMovementKeys, followTheLinesOwnDirection)
         harness.press({QString::fromLatin1(row.key)});
         EXPECT_EQ(harness.marked(), row.after) << row.key << " on " << row.before.toStdString()
                                                << " gave " << harness.marked().toStdString();
+    }
+}
+
+TEST(VisualMovementKeys, goThroughLinesOfBothDirectionsWithoutTurningBack)
+{
+    const QString a = QStringLiteral("\u05d0\u05d1");
+    const QString texts[] = {QStringLiteral("ab\n") + a + QStringLiteral("\ncd\n\n") + a + u'\n' +
+                                 a,
+                             a + QStringLiteral("\n\n") + a + QStringLiteral("\nab\ncd")};
+    for (const QString& text : texts) {
+        for (const char* key : {"Right", "Left"}) {
+            // From the end at which the first line has the side that the key comes from.
+            const bool startsAtEdge = (key == std::string("Right")) != text.isRightToLeft();
+            if (!startsAtEdge)
+                continue;
+            ViewHarness harness(text);
+            const int lines = text.count(u'\n');
+            int steps = 0;
+            qsizetype line = 0;
+            for (; steps < 40; ++steps) {
+                const TextOffset before = harness.editor.primarySelection().head;
+                harness.press({QString::fromLatin1(key)});
+                const TextOffset head = harness.editor.primarySelection().head;
+                if (head == before)
+                    break;
+                const qsizetype now = harness.storage.snapshot().lineAt(head).value();
+                EXPECT_GE(now, line) << key << " on " << text.toStdString();
+                line = now;
+            }
+            // Every character is passed once, and every line break.
+            EXPECT_EQ(line, lines) << key << " on " << text.toStdString();
+            EXPECT_EQ(steps, text.size());
+        }
+    }
+}
+
+TEST(VisualMovementKeys, stopNowhereInASignAndNeitherDoClicks)
+{
+    struct Case
+    {
+        QString text;
+        std::set<TextOffset> inside; ///< of signs that two letters join in, and of clusters
+    };
+    const Case cases[] = {
+        {QStringLiteral("\u0628\u0644\u0627\u0645 \u0644\u0627"), {2, 6}},
+        {QStringLiteral("ab \u0644\u0627 cd"), {4}},
+        {QStringLiteral("e\u0301\u0302x"), {1, 2}},
+    };
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.text.toStdString());
+        ViewHarness harness(row.text);
+        for (const char* key : {"Left", "Right", "Left"}) {
+            for (qsizetype i = 0; i <= row.text.size(); ++i) {
+                harness.press({QString::fromLatin1(key)});
+                const TextOffset head = harness.editor.primarySelection().head;
+                EXPECT_FALSE(row.inside.contains(head)) << head;
+            }
+        }
+        for (int x = 0; x < harness.view.viewport()->width(); ++x) {
+            const TextOffset offset = harness.view.offsetAtPoint({x, 5});
+            EXPECT_FALSE(row.inside.contains(offset)) << offset << " at " << x;
+        }
     }
 }
 
