@@ -134,11 +134,26 @@ void TextViewWidget::scheduleRefresh()
         QMetaObject::invokeMethod(this, &TextViewWidget::refresh, Qt::QueuedConnection);
 }
 
+/// A bar that appears must not cover the caret's row.
+void TextViewWidget::updateBars()
+{
+    const CaretPlace caret = m_affinity.placeOf(m_editor.primarySelection().head);
+    const auto isShown = [&] {
+        const auto* row = m_viewport.rowShowing(caret);
+        return row && row->y + m_viewport.rowHeight() <= viewport()->height();
+    };
+    const int height = viewport()->height();
+    const bool wasShown = isShown();
+    m_scrolling.updateBars();
+    if (wasShown && viewport()->height() < height && !isShown())
+        m_viewport.ensureVisible(caret);
+}
+
 void TextViewWidget::refresh()
 {
     m_refreshPending = false;
     m_viewport.settle();
-    m_scrolling.updateBars();
+    updateBars();
     m_repaint.noteAffinity(m_affinity.places());
     const decltype(m_shown) shown{visibleRange(), m_viewport.y()};
     if (!(std::exchange(m_shown, shown) == shown)) {

@@ -151,6 +151,7 @@ private:
     void dismissFindIndicator();
     void relayOut(const std::function<void()>& change);
     void updateWrapWidth();
+    void updateBars();
     void scheduleRefresh();
     void refresh();
     void updateCarets();
