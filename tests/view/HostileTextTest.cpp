@@ -13,6 +13,7 @@ struct HostileCase
 {
     const char* name;
     QString text;
+    int times = 1; ///< that it stands in a row
 };
 
 QString controls()
@@ -34,7 +35,30 @@ QString noise(qsizetype units)
     return text;
 }
 
+/// Directions that are begun and not ended, and ended and not begun.
+QString directions(qsizetype units)
+{
+    const char16_t signs[] = {0x202A, 0x202B, 0x202C, 0x202D, 0x202E, 0x2066,
+                              0x2067, 0x2068, 0x2069, 0x200E, 0x200F, 0x05D0,
+                              0x0627, u'a',   u'1',   u'(',   u' ',   u'\t'};
+    std::mt19937 random(6);
+    QString text;
+    text.reserve(units);
+    while (text.size() < units)
+        text += QChar(signs[random() % std::size(signs)]);
+    return text;
+}
+
 const HostileCase hostileCases[] = {
+    {"hundredMillionUnitsInOneLine", repeated(QStringLiteral("{\"key\": 12345}, "), 1'000'000),
+     100},
+    {"arabicLine", repeated(QStringLiteral("\u0627\u0644\u0639\u0631\u0628\u064a\u0629 "), 50'000),
+     100},
+    {"mixedLine",
+     repeated(QStringLiteral("\u05e9\u05dc\u05d5\u05dd one\t\u65e5\u672c 12 e\u0301 "), 50'000),
+     100},
+    {"openIsolates", QString(500'000, QChar(0x2067))},
+    {"directions", directions(500'000)},
     {"oneLine", repeated(QStringLiteral("{\"key\": 12345}, "), 3'000'000)},
     {"oneWord", QString(2'000'000, u'x')},
     {"combiningMarks", QString(2'000'000, QChar(0x0301))},
@@ -58,7 +82,8 @@ TEST_P(HostileText, neverStopsTheEventLoop)
     ViewHarness harness;
     harness.view.setWrapLines(wraps);
     harness.settle();
-    const TextSnapshot text(row.text);
+    const std::vector<TextEdit> copies(size_t(row.times), TextEdit{{}, TextSnapshot(row.text)});
+    const TextSnapshot text = TextSnapshot().replacing(copies);
     // The first use of a font for a script loads it, which is not what is watched here.
     harness.storage.replaceCharactersInRange({}, row.text.left(500));
     harness.settle();
