@@ -28,6 +28,7 @@ public:
         if (holds(m_target, place.offset))
             return *m_target;
         if (!holds(m_source, place.offset)) {
+            m_before = m_source;
             if (m_source)
                 m_source = rowAfter(*m_source);
             if (!holds(m_source, place.offset))
@@ -39,10 +40,14 @@ public:
     /// The row \a rows away from one that rowAt() answered.
     std::optional<TextGeometry::Row> rowFrom(const TextGeometry::Row& row, qsizetype rows)
     {
+        const LineIndex line = row.line + rows;
         const auto source = std::exchange(m_source, row);
-        if (m_counts && source && source->line == row.line + rows)
-            m_target = source;
-        else
+        m_target.reset();
+        for (const auto& known : {source, m_before}) {
+            if (m_counts && known && known->line == line)
+                m_target = known;
+        }
+        if (!m_target)
             m_target = rows == 1 ? rowAfter(row) : m_geometry.rowFrom(row, rows);
         return m_target;
     }
@@ -74,7 +79,8 @@ private:
 
     TextGeometry& m_geometry;
     TextReader m_reader;
-    bool m_counts; ///< every line is one row
+    bool m_counts;                             ///< every line is one row
+    std::optional<TextGeometry::Row> m_before; ///< above m_source, perhaps
     std::optional<TextGeometry::Row> m_source;
     std::optional<TextGeometry::Row> m_target;
 };
