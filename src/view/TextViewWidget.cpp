@@ -4,6 +4,7 @@
 #include "view/TextContextMenu.h"
 #include "view/TextPainter.h"
 
+#include <QCoreApplication>
 #include <QFontDatabase>
 #include <QKeyEvent>
 #include <QPaintEvent>
@@ -145,6 +146,8 @@ void TextViewWidget::updateBars()
     const int height = viewport()->height();
     const bool wasShown = isShown();
     m_scrolling.updateBars();
+    // Bars come and go by queued calls; at once, nothing is painted in between.
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
     if (wasShown && viewport()->height() < height && !isShown())
         m_viewport.ensureVisible(caret);
 }

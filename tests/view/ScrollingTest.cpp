@@ -207,6 +207,21 @@ TEST(LongLineScrolling, homeAndEndShowTheEndsOfALine)
     EXPECT_EQ(harness.view.horizontalScrollBar()->value(), 0);
 }
 
+TEST(ScrollBars, doNotCoverTheCaretsRowWhenTheyAppear)
+{
+    ViewHarness harness(QStringLiteral("short\n").repeated(300));
+    const int rows = harness.view.viewport()->height() / harness.view.textViewport().rowHeight();
+    harness.editor.setSelectedRange({(rows - 1) * 6, 0});
+    harness.settle();
+    ASSERT_FALSE(harness.view.horizontalScrollBar()->isVisible());
+    ASSERT_EQ(harness.view.verticalScrollBar()->value(), 0);
+    // Elsewhere in sight, so that nothing but the bar's coming moves the text.
+    harness.storage.replaceCharactersInRange({0, 0}, QString(500, u'w'));
+    harness.settle();
+    ASSERT_TRUE(harness.view.horizontalScrollBar()->isVisible());
+    EXPECT_TRUE(harness.view.viewport()->rect().contains(harness.view.caretRect()));
+}
+
 TEST(Resizing, leavesTheTextAtTheTopInItsPlace)
 {
     QString text;
