@@ -10,7 +10,7 @@ namespace quillory {
 
 namespace {
 // So many chunks above the one that is jumped to get full rows at once.
-constexpr size_t chainLength = 12;
+constexpr size_t chainLength = 6;
 } // namespace
 
 TextOffset LineSegment::offsetOf(int index) const

@@ -35,20 +35,6 @@ QString noise(qsizetype units)
     return text;
 }
 
-/// Directions that are begun and not ended, and ended and not begun.
-QString directions(qsizetype units)
-{
-    const char16_t signs[] = {0x202A, 0x202B, 0x202C, 0x202D, 0x202E, 0x2066,
-                              0x2067, 0x2068, 0x2069, 0x200E, 0x200F, 0x05D0,
-                              0x0627, u'a',   u'1',   u'(',   u' ',   u'\t'};
-    std::mt19937 random(6);
-    QString text;
-    text.reserve(units);
-    while (text.size() < units)
-        text += QChar(signs[random() % std::size(signs)]);
-    return text;
-}
-
 const HostileCase hostileCases[] = {
     {"hundredMillionUnitsInOneLine", repeated(QStringLiteral("{\"key\": 12345}, "), 1'000'000),
      100},
@@ -58,7 +44,6 @@ const HostileCase hostileCases[] = {
      repeated(QStringLiteral("\u05e9\u05dc\u05d5\u05dd one\t\u65e5\u672c 12 e\u0301 "), 50'000),
      100},
     {"openIsolates", QString(500'000, QChar(0x2067))},
-    {"directions", directions(500'000)},
     {"oneLine", repeated(QStringLiteral("{\"key\": 12345}, "), 3'000'000)},
     {"oneWord", QString(2'000'000, u'x')},
     {"combiningMarks", QString(2'000'000, QChar(0x0301))},

@@ -147,7 +147,7 @@ TEST(VisualMovementKeys, goThroughLinesOfBothDirectionsWithoutTurningBack)
     }
 }
 
-TEST(VisualMovementKeys, stopNowhereInASignAndNeitherDoClicks)
+TEST(Clicks, neverComeIntoASignOfSeveralLetters)
 {
     struct Case
     {
@@ -162,13 +162,6 @@ TEST(VisualMovementKeys, stopNowhereInASignAndNeitherDoClicks)
     for (const Case& row : cases) {
         SCOPED_TRACE(row.text.toStdString());
         ViewHarness harness(row.text);
-        for (const char* key : {"Left", "Right", "Left"}) {
-            for (qsizetype i = 0; i <= row.text.size(); ++i) {
-                harness.press({QString::fromLatin1(key)});
-                const TextOffset head = harness.editor.primarySelection().head;
-                EXPECT_FALSE(row.inside.contains(head)) << head;
-            }
-        }
         for (int x = 0; x < harness.view.viewport()->width(); ++x) {
             const TextOffset offset = harness.view.offsetAtPoint({x, 5});
             EXPECT_FALSE(row.inside.contains(offset)) << offset << " at " << x;
