@@ -1,6 +1,7 @@
 #include "syntax/PageColouring.h"
 
 #include "foundation/Background.h"
+#include "syntax/OpenSpans.h"
 
 #include <algorithm>
 
@@ -46,7 +47,12 @@ Recolouring recolouredAlone(const TextSnapshot& text, TextRange stretch,
 PageColouring::PageColouring(const TextStorage& text, Overlay& overlay, const ColouringState& state,
                              const ColourRoles& roles)
     : m_text(text), m_overlay(overlay), m_state(state), m_roles(roles)
-{}
+{
+    connect(&text, &TextStorage::edited, this, [this](const TextChange& change) {
+        if (change.insertedLength > quickLook)
+            m_lookedAt = std::min(m_lookedAt, change.replaced.location);
+    });
+}
 
 void PageColouring::removeAllColours()
 {
@@ -68,31 +74,34 @@ void PageColouring::recolourRange(TextRange range)
     const TextSnapshot& text = m_text.snapshot();
     const Recolouring colours = recoloured(text, range.clampedTo(text.length()), m_state, m_roles);
     apply(colours, colours.range);
+    m_lookedAt = std::max(m_lookedAt, range.location);
 }
 
 void PageColouring::recolourPage(TextRange visible)
 {
     const TextSnapshot& text = m_text.snapshot();
     visible = visible.clampedTo(text.length());
+    const TextOffset end = visible.end();
     if (visible.length > longestPage) {
         const TextRange below = lastLines(text, visible);
-        if (!below.isEmpty())
+        if (!below.isEmpty() && isQuickToReach(below.location))
             recolourRange(below);
         visible.length = longestPage;
     }
     const TextRange lines = text.lineRangeForRange(visible);
-    if (lines.length <= quickLength) {
+    if (lines.length <= quickLength && isQuickToReach(lines.location)) {
         m_prepared = {};
         recolourRange(lines);
     } else if (isReadyFor(visible)) {
         apply(m_prepared.colours, widened(visible, quickLength, m_prepared.colours.range));
     } else if (!m_busy) {
-        colourInBackground(lines, visible);
+        colourInBackground(lines, visible, end);
     }
 }
 
 void PageColouring::reset()
 {
+    m_lookedAt = 0;
     ++m_generation;
     m_prepared = {};
 }
@@ -103,20 +112,23 @@ bool PageColouring::isReadyFor(TextRange visible) const
            m_prepared.colours.range.intersection(visible) == visible;
 }
 
-void PageColouring::colourInBackground(TextRange lines, TextRange visible)
+void PageColouring::colourInBackground(TextRange lines, TextRange visible, TextOffset end)
 {
     m_busy = true;
     const bool whole = lines.length <= wholeLength;
     const TextRange stretch = whole ? lines : widened(visible, stretchMargin, lines);
     const auto colour = [text = m_text.snapshot(), generation = m_generation,
-                         state = forAnotherThread(m_state), roles = m_roles, stretch, whole] {
-        return Prepared{text, generation,
+                         state = forAnotherThread(m_state), roles = m_roles, stretch, whole, end] {
+        (void)openSpansBefore(text, end, state); // so that it is known from now on
+        return Prepared{text, generation, end,
                         whole ? recoloured(text, stretch, state, roles)
                               : recolouredAlone(text, stretch, state, roles)};
     };
     runInBackground(this, colour, [this](Prepared prepared) {
         m_busy = false;
         m_prepared = std::move(prepared);
+        if (m_prepared.generation == m_generation)
+            m_lookedAt = std::max(m_lookedAt, m_prepared.end);
         Q_EMIT pageReady();
     });
 }

@@ -10,7 +10,8 @@ namespace quillory {
 ///
 /// A page of ordinary lines is coloured at once. One that reaches into a line of more than
 /// `quickLength` units is coloured whole on another thread, and a little later shown; until then
-/// the text keeps the colours that it has, and typing never waits. Of lines of more than
+/// the text keeps the colours that it has, and typing never waits. So is the first page far down in
+/// a text, which has to be looked through for open comments before. Of lines of more than
 /// `wholeLength` units only a stretch around what is seen is coloured, as though it were a text of
 /// its own; there a literal or a comment that begins far away is not known of.
 class PageColouring : public QObject
@@ -22,6 +23,9 @@ public:
     static constexpr TextOffset quickLength = 24 * 1024; ///< about one frame's time
     static constexpr TextOffset wholeLength = 8 * 1024 * 1024;
     static constexpr TextOffset stretchMargin = 1024 * 1024; ///< on either side of what is seen
+    /// How far behind what was looked through for open comments a page may begin that is coloured
+    /// at once: looking through more is left to another thread.
+    static constexpr TextOffset quickLook = 1024 * 1024;
     /// Of a longer page only so much is coloured, and the lines at its end: the rest is a line out
     /// of sight to the right.
     static constexpr TextOffset longestPage = 256 * 1024;
@@ -53,7 +57,8 @@ Q_SIGNALS:
     void pageReady();
 
 private:
-    void colourInBackground(TextRange lines, TextRange visible);
+    void colourInBackground(TextRange lines, TextRange visible, TextOffset end);
+    bool isQuickToReach(TextOffset offset) const { return offset <= m_lookedAt + quickLook; }
     void apply(const Recolouring& colours, TextRange window);
     bool isReadyFor(TextRange visible) const;
 
@@ -67,10 +72,13 @@ private:
     {
         TextSnapshot text;
         int generation = -1;
+        TextOffset end = 0; ///< up to which open comments were looked for
         Recolouring colours;
     };
     Prepared m_prepared;
     int m_generation = 0; ///< of state and roles
+    /// Up to where the text remembers what is open; a little more or less after edits.
+    TextOffset m_lookedAt = 0;
     bool m_busy = false;
 };
 

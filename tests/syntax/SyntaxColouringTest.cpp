@@ -229,6 +229,29 @@ TEST_F(SyntaxColouringTest, LongLinesAreColouredOnAnotherThread)
     }
 }
 
+TEST_F(SyntaxColouringTest, FarDownInATextOnlyTheFirstPageWaits)
+{
+    const QString line = u"if no\n"_s;
+    const TextOffset length = 3 * PageColouring::quickLook / line.size() * line.size();
+    make();
+    visible = TextRange{length - 60, 60};
+    setText(line.repeated(length / line.size()));
+    QCoreApplication::processEvents();
+    const auto isColoured = [&](TextOffset at) { return !overlay.attributesAt(at).isEmpty(); };
+    colouring->loadDefinitions(u"a.lab"_s);
+    EXPECT_FALSE(isColoured(length - 6));
+    QTRY_VERIFY_WITH_TIMEOUT(isColoured(length - 6), 20'000);
+    visible->location = length / 2;
+    colouring->pageRecolour();
+    EXPECT_TRUE(isColoured(length / 2 / line.size() * line.size() + line.size()));
+    // New text of that length is another one.
+    visible->location = length - 60;
+    setText(line.repeated(length / line.size()));
+    colouring->pageRecolour();
+    EXPECT_FALSE(isColoured(length - 6));
+    QTRY_VERIFY_WITH_TIMEOUT(isColoured(length - 6), 20'000);
+}
+
 TEST_F(SyntaxColouringTest, TheLinesBelowAVeryLongOneAreColouredAtOnce)
 {
     const QString longLine = QString(u"if x "_s).repeated(100'000);
