@@ -14,7 +14,8 @@ namespace quillory {
 
 namespace {
 
-constexpr TextOffset longestAtOnce = 512 * 1024; ///< UTF-16 code units, with the lines around them
+constexpr TextOffset longestAtOnce =
+    TextOffset(512) * 1024; ///< UTF-16 code units, with the lines around them
 
 } // namespace
 

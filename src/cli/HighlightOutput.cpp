@@ -57,7 +57,7 @@ void writePart(QTextStream& out, QString text, const QString& escape)
 
 void writeAnsi(QTextStream& out, const ColouredText& coloured, TextRange lines)
 {
-    constexpr TextOffset stretch = 64 * 1024; // written at one time
+    constexpr TextOffset stretch = TextOffset(64) * 1024; // written at one time
     const auto write = [&](TextRange range, const QString& escape) {
         for (TextOffset at = range.location; at < range.end(); at += stretch)
             writePart(out,

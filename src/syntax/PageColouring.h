@@ -20,15 +20,16 @@ class PageColouring : public QObject
 
 public:
     // All in UTF-16 code units.
-    static constexpr TextOffset quickLength = 24 * 1024; ///< about one frame's time
-    static constexpr TextOffset wholeLength = 8 * 1024 * 1024;
-    static constexpr TextOffset stretchMargin = 1024 * 1024; ///< on either side of what is seen
+    static constexpr TextOffset quickLength = TextOffset(24) * 1024; ///< about one frame's time
+    static constexpr TextOffset wholeLength = TextOffset(8) * 1024 * 1024;
+    static constexpr TextOffset stretchMargin =
+        TextOffset(1024) * 1024; ///< on either side of what is seen
     /// How far behind what was looked through for open comments a page may begin that is coloured
     /// at once: looking through more is left to another thread.
-    static constexpr TextOffset quickLook = 1024 * 1024;
+    static constexpr TextOffset quickLook = TextOffset(1024) * 1024;
     /// Of a longer page only so much is coloured, and the lines at its end: the rest is a line out
     /// of sight to the right.
-    static constexpr TextOffset longestPage = 256 * 1024;
+    static constexpr TextOffset longestPage = TextOffset(256) * 1024;
 
     /// So many runs are kept before those out of sight are dropped.
     static constexpr size_t maximumRuns = 1 << 17;

@@ -16,7 +16,7 @@ struct PropertyListFile
 };
 
 /// Larger files are not read: nobody writes such a list, and reading one would stop the program.
-inline constexpr qint64 largestPropertyListFile = 32 * 1024 * 1024; // bytes
+inline constexpr qint64 largestPropertyListFile = qint64(32) * 1024 * 1024; // bytes
 
 /// The paths of the files with the extension "plist" below \a folder, at any depth, by their code
 /// units. Folders that are symbolic links are not entered. None where there is no such folder.

@@ -39,7 +39,7 @@ public:
         while (!m_first.compare_exchange_weak(note->next, note.get(), std::memory_order_release,
                                               std::memory_order_relaxed)) {
         }
-        note.release(); // m_first owns it now
+        (void)note.release(); // m_first owns it now
     }
 
 private:
