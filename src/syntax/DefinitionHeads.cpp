@@ -25,7 +25,7 @@ QString stampOf(const QFileInfo& file)
 
 } // namespace
 
-DefinitionHeads::DefinitionHeads(const QString& file) : m_file(file)
+DefinitionHeads::DefinitionHeads(QString file) : m_file(std::move(file))
 {
     if (m_file.isEmpty())
         return;

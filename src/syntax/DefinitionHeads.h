@@ -17,7 +17,7 @@ class DefinitionHeads
 public:
     /// \a file keeps the heads from one start of the program to the next; without a name nothing is
     /// kept. A file that cannot be read is as good as an empty one.
-    explicit DefinitionHeads(const QString& file);
+    explicit DefinitionHeads(QString file);
 
     /// The head of the definition in \a definition; none where that is not, or no longer, known.
     std::optional<PropertyList> head(const QFileInfo& definition);

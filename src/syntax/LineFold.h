@@ -13,8 +13,8 @@ class LineFold
 public:
     /// \a beginsLine: \a text begins where a line does; else the line that it begins in is left
     /// out, as the one that it ends in always is.
-    LineFold(const SpanLines& lines, const TextSnapshot& text, bool beginsLine)
-        : m_lines(lines), m_text(text), m_isInLine(!beginsLine)
+    LineFold(const SpanLines& lines, TextSnapshot text, bool beginsLine)
+        : m_lines(lines), m_text(std::move(text)), m_isInLine(!beginsLine)
     {}
 
     /// \a node, which comes next.

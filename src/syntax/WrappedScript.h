@@ -16,8 +16,8 @@ bool isElementEndTag(std::u16string_view units, TextOffset letter);
 class WrappedScript
 {
 public:
-    WrappedScript(const TextSnapshot& text, const CharacterSet& letters)
-        : m_reader(text), m_letters(letters)
+    WrappedScript(const TextSnapshot& text, CharacterSet letters)
+        : m_reader(text), m_letters(std::move(letters))
     {}
 
     /// Where the first letter at \a offset or after it stands, if the end tag of a script or style

@@ -33,7 +33,7 @@ std::shared_ptr<LineLayout> TextLayoutCache::layout(const QString& text, const S
     if (const auto* known = m_layouts.object(key))
         return *known;
 
-    const std::shared_ptr<LineLayout> layout(new LineLayout(passingLayout(text, style)));
+    std::shared_ptr<LineLayout> layout(new LineLayout(passingLayout(text, style)));
     m_layouts.insert(key, new std::shared_ptr<LineLayout>(layout), int(text.size()) + layoutCost);
     return layout;
 }
