@@ -32,7 +32,7 @@ void fillLanguageMenu(QMenu& menu, DocumentWindow& window)
     Document& document = window.document();
     const DefinitionList& list = document.syntaxColouring().definitions();
     for (const Definition& definition : list.arrangedObjects()) {
-        const QString title = definition.title();
+        const QString& title = definition.title();
         const QAction* action =
             addChoice(menu, *group, title, title == document.record().definitionTitle);
         QObject::connect(action, &QAction::triggered, &window,
