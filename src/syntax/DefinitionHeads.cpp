@@ -4,7 +4,6 @@
 #include "foundation/PropertyListReader.h"
 
 #include <QDateTime>
-#include <QDir>
 #include <QFileInfo>
 #include <QSaveFile>
 
@@ -12,20 +11,17 @@ namespace quillory {
 
 namespace {
 
-/// Another one for every state of the file. Some programs keep the time of the last change when
-/// they write a file; none can keep the time of the change to its metadata.
+/// Another one for every state of the file, and the same for a copy of it that keeps its time.
 QString stampOf(const QFileInfo& file)
 {
-    const auto milliseconds = [&](QFileDevice::FileTime time) {
-        return QString::number(file.fileTime(time).toMSecsSinceEpoch());
-    };
-    return QString::number(file.size()) + u'/' + milliseconds(QFile::FileModificationTime) + u'/' +
-           milliseconds(QFile::FileMetadataChangeTime);
+    return QString::number(file.size()) + u'/' +
+           QString::number(file.lastModified().toMSecsSinceEpoch());
 }
 
 } // namespace
 
-DefinitionHeads::DefinitionHeads(QString file) : m_file(std::move(file))
+DefinitionHeads::DefinitionHeads(QString file, const QString& folder)
+    : m_file(std::move(file)), m_folder(folder)
 {
     if (m_file.isEmpty())
         return;
@@ -35,16 +31,21 @@ DefinitionHeads::DefinitionHeads(QString file) : m_file(std::move(file))
 
 std::optional<PropertyList> DefinitionHeads::head(const QFileInfo& definition)
 {
-    const PropertyList known = m_read.value(definition.filePath());
+    const PropertyList known = m_read.value(keyOf(definition));
     if (known[QStringLiteral("stamp")].toString() != stampOf(definition))
         return std::nullopt;
-    m_used.insert(definition.filePath(), known);
+    m_used.insert(keyOf(definition), known);
     return known[QStringLiteral("head")];
+}
+
+QString DefinitionHeads::keyOf(const QFileInfo& definition) const
+{
+    return m_folder.relativeFilePath(definition.filePath());
 }
 
 void DefinitionHeads::remember(const QFileInfo& definition, const PropertyList& head)
 {
-    m_used.insert(definition.filePath(),
+    m_used.insert(keyOf(definition),
                   PropertyList::Dictionary{{QStringLiteral("stamp"), stampOf(definition)},
                                            {QStringLiteral("head"), head}});
 }

@@ -2,7 +2,7 @@
 
 #include "foundation/PropertyList.h"
 
-#include <QHash>
+#include <QDir>
 #include <QString>
 #include <optional>
 
@@ -15,9 +15,9 @@ namespace quillory {
 class DefinitionHeads
 {
 public:
-    /// \a file keeps the heads from one start of the program to the next; without a name nothing is
-    /// kept. A file that cannot be read is as good as an empty one.
-    explicit DefinitionHeads(QString file);
+    /// \a file keeps the heads of the definitions in \a folder from one start of the program to the
+    /// next; without a name nothing is kept. A file that cannot be read is as good as an empty one.
+    DefinitionHeads(QString file, const QString& folder);
 
     /// The head of the definition in \a definition; none where that is not, or no longer, known.
     std::optional<PropertyList> head(const QFileInfo& definition);
@@ -28,7 +28,10 @@ public:
     void save() const;
 
 private:
+    QString keyOf(const QFileInfo& definition) const;
+
     QString m_file;
+    QDir m_folder;
     PropertyList::Dictionary m_read;
     PropertyList::Dictionary m_used;
 };

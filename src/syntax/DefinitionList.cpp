@@ -30,7 +30,7 @@ void DefinitionList::load(const QString& folder, const QString& shipped, const Q
     m_faults.clear();
     m_selection = -1;
     m_definitions.reserve(25);
-    DefinitionHeads known(heads);
+    DefinitionHeads known(heads, folder);
     for (const QString& path : propertyListPathsBelow(folder)) {
         const QFileInfo info(path);
         if (std::optional<PropertyList> head = known.head(info)) {

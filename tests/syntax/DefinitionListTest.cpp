@@ -157,7 +157,7 @@ TEST_F(DefinitionListTest, KnownHeadsSpareReadingAndChangedFilesAreReadAnew)
     EXPECT_EQ(list.indexForExtension(u"a"_s), 0);
     EXPECT_EQ(keywords(), QStringList{u"one"_s});
 
-    // The same length, and the same time of change as some programs would keep it.
+    // The same length.
     QTest::qWait(5);
     write(u"Alphb"_s, u"two"_s);
     reload();
