@@ -104,11 +104,6 @@ void SyntaxColouring::chooseAndColour(qsizetype index)
 {
     selectDefinition(index);
     removeAllColours();
-    if (isPlainText()) {
-        // Nothing of it is seen before the settings of the window prepare it.
-        setColours();
-        return;
-    }
     prepareColoring();
     pageRecolour();
 }

@@ -153,6 +153,8 @@ TEST_F(ColouringTest, aFaultyDefinitionIsNamedAndHarmsNothing)
     const QString fault = message(window, MessageArea::Subject::Definitions);
     EXPECT_TRUE(fault.contains(QStringLiteral("Mine"))) << qPrintable(fault);
     EXPECT_TRUE(fault.contains(QStringLiteral("keywords"))) << qPrintable(fault);
+    choose(window, QStringLiteral("Format/Language/Text"));
+    EXPECT_EQ(message(window, MessageArea::Subject::Definitions), QString());
 
     writeDefinition("Broken.plist", "no list at all <<<");
     DocumentWindow& other = open(write("b.php", "<?php return;\n"));
