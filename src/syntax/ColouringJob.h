@@ -9,7 +9,7 @@ namespace quillory {
 struct ColouringJob
 {
     TextSnapshot text;
-    ColouringState state; ///< as forAnotherThread() answers it
+    ColouringState state;
     ColourRoles roles;
     PlainColours plain;
     bool isPlainText = false; ///< which is never coloured

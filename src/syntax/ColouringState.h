@@ -71,7 +71,4 @@ struct ColouringState
     bool colourMultiLineStrings = false;
 };
 
-/// A copy with patterns of its own, which belong to one thread at a time.
-ColouringState forAnotherThread(const ColouringState& state);
-
 } // namespace quillory

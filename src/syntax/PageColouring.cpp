@@ -2,6 +2,7 @@
 
 #include "foundation/Background.h"
 #include "syntax/OpenSpans.h"
+#include "syntax/StringLiterals.h"
 
 #include <algorithm>
 
@@ -117,9 +118,10 @@ void PageColouring::colourInBackground(TextRange lines, TextRange visible, TextO
     m_busy = true;
     const bool whole = lines.length <= wholeLength;
     const TextRange stretch = whole ? lines : widened(visible, stretchMargin, lines);
-    const auto colour = [text = m_text.snapshot(), generation = m_generation,
-                         state = forAnotherThread(m_state), roles = m_roles, stretch, whole, end] {
-        (void)openSpansBefore(text, end, state); // so that it is known from now on
+    const auto colour = [text = m_text.snapshot(), generation = m_generation, state = m_state,
+                         roles = m_roles, stretch, whole, end] {
+        // So that it is known from now on.
+        (void)openSpansBefore(text, end, withOwnPatterns(state));
         return Prepared{text, generation, end,
                         whole ? recoloured(text, stretch, state, roles)
                               : recolouredAlone(text, stretch, state, roles)};

@@ -192,8 +192,8 @@ void SyntaxColouring::recolourRange(TextRange range)
 
 ColouringJob SyntaxColouring::colouringJob() const
 {
-    return {m_text.snapshot(), forAnotherThread(m_state), m_roles,
-            m_plainColours.value_or(PlainColours()), isPlainText()};
+    return {m_text.snapshot(), m_state, m_roles, m_plainColours.value_or(PlainColours()),
+            isPlainText()};
 }
 
 void SyntaxColouring::pageRecolour()
