@@ -137,7 +137,7 @@ private:
         if (const qsizetype index = list.indexForTitle(name); index >= 0)
             return at(index);
         if (std::optional<PropertyList> dictionary = listIn(name))
-            return Definition(std::move(*dictionary), name);
+            return {std::move(*dictionary), name};
         throw Refusal{ExitStatus::Usage,
                       QStringLiteral("“%1” is neither the title of an installed definition nor a "
                                      "file; “quillory-cli definitions” lists the titles")
