@@ -4,6 +4,8 @@
 #include "app/MenuTable.h"
 #include "app/RefillingMenu.h"
 #include "document/Document.h"
+#include "foundation/NotificationCenter.h"
+#include "foundation/UserDefaults.h"
 
 #include <QMenu>
 #include <QMenuBar>
@@ -73,13 +75,23 @@ void MainMenu::addItem(QMenu& menu, const MenuItem& item)
     } else {
         action = menu.addAction(menuText(item.text));
         action->setShortcuts(keysOf(item));
-        action->setCheckable(item.isChecked != nullptr);
-        connect(action, &QAction::triggered, this, [this, &item] {
-            item.run(m_window);
+        action->setCheckable(item.isChecked || item.preference);
+        connect(action, &QAction::triggered, this, [this, &item](bool checked) {
+            if (item.preference)
+                setPreference(*item.preference, checked);
+            else
+                item.run(m_window);
             scheduleRefresh();
         });
     }
     m_commands.push_back({action, &item});
+}
+
+void MainMenu::setPreference(const DefaultsKey<bool>& key, bool on)
+{
+    const DocumentEnvironment& environment = m_window.environment();
+    environment.defaults.setValue(key, on);
+    environment.notifications.post(notifications::preferencesDidChange);
 }
 
 void MainMenu::refresh()
@@ -91,6 +103,9 @@ void MainMenu::refresh()
             command.action->setEnabled(command.item->isEnabled(m_window));
         if (command.item->isChecked)
             command.action->setChecked(command.item->isChecked(m_window));
+        if (command.item->preference)
+            command.action->setChecked(
+                m_window.environment().defaults.value(*command.item->preference));
         if (command.item->label)
             command.action->setText(command.item->label(m_window));
     }

@@ -12,6 +12,8 @@ namespace quillory {
 
 class DocumentWindow;
 struct MenuItem;
+template<class T>
+struct DefaultsKey;
 
 /// The menu bar of a document window, made from the menu table, and what keeps the names, the
 /// check marks and the enabling of its commands true. The menus are filled when the window has been
@@ -39,6 +41,7 @@ private:
     void fill();
     void addItem(QMenu& menu, const MenuItem& item);
     void addContextCommands(QMenu& menu);
+    void setPreference(const DefaultsKey<bool>& key, bool on);
     void refresh();
 
     DocumentWindow& m_window;

@@ -6,12 +6,12 @@
 #include "app/DocumentWindow.h"
 #include "app/EncodingMenu.h"
 #include "app/LanguageMenu.h"
+#include "app/MenuConditions.h"
 #include "app/RereadFlow.h"
 #include "app/SaveFlow.h"
 #include "app/StatusLine.h"
 #include "app/ViewAppearance.h"
 #include "document/Document.h"
-#include "editing/SelectionCommands.h"
 #include "text/LineBreaks.h"
 #include "view/TextViewWidget.h"
 
@@ -19,53 +19,13 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QMenu>
-
-// The table is read by translation tools too, which look for the texts by these macros.
-#define ENTRY(text) QT_TRANSLATE_NOOP("MenuTable", text)
+#include <array>
 
 namespace quillory {
 
 namespace {
 
 using W = DocumentWindow;
-
-bool isThere(const W& w)
-{
-    return !w.document().isLoading();
-}
-
-bool isIdle(const W& w)
-{
-    return isThere(w) && !w.isBusy();
-}
-
-bool hasFile(const W& w)
-{
-    return isIdle(w) && !w.document().path().isEmpty();
-}
-
-bool isUnderstood(const W& w)
-{
-    return isIdle(w) && !w.document().isUndecoded();
-}
-
-bool hasSelection(const W& w)
-{
-    const auto& selections = w.document().textView().selections();
-    return std::any_of(selections.begin(), selections.end(),
-                       [](const Selection& selection) { return !selection.isCaret(); });
-}
-
-bool canDelete(const W& w)
-{
-    return w.document().textView().isEditable() && hasSelection(w);
-}
-
-/// "Undo Typing": a command with the name of the step that it takes.
-QString withStep(const char* command, const QString& step)
-{
-    return step.isEmpty() ? menuText(command) : menuText(command) + u' ' + step;
-}
 
 /// Leads the eye to the selection, or to the word at the caret.
 void showCaret(W& w)
@@ -192,73 +152,9 @@ constexpr MenuItem fileMenu[]{
      .run = [](W& w) { w.controller().quit(); }},
 };
 
-constexpr MenuItem editMenu[]{
-    {.text = ENTRY("&Undo"),
-     .inContextMenu = true,
-     .standardKey = QKeySequence::Undo,
-     .run = [](W& w) { w.view().undo(); },
-     .isEnabled = [](const W& w) { return w.document().undoManager().canUndo(); },
-     .label =
-         [](const W& w) { return withStep("&Undo", w.document().undoManager().undoActionName()); }},
-    {.text = ENTRY("&Redo"),
-     .inContextMenu = true,
-     .standardKey = QKeySequence::Redo,
-     .ownKeys = "Ctrl+Shift+Z; Ctrl+Y",
-     .run = [](W& w) { w.view().redo(); },
-     .isEnabled = [](const W& w) { return w.document().undoManager().canRedo(); },
-     .label =
-         [](const W& w) { return withStep("&Redo", w.document().undoManager().redoActionName()); }},
-    {.inContextMenu = true},
-    {.text = ENTRY("Cu&t"),
-     .inContextMenu = true,
-     .standardKey = QKeySequence::Cut,
-     .run = [](W& w) { w.view().cut(); },
-     .isEnabled = canDelete},
-    {.text = ENTRY("&Copy"),
-     .inContextMenu = true,
-     .standardKey = QKeySequence::Copy,
-     .run = [](W& w) { w.view().copy(); },
-     .isEnabled = hasSelection},
-    {.text = ENTRY("Copy with C&olours"),
-     .ownKeys = "Ctrl+Shift+C",
-     .run = [](W& w) { w.copyWithColours(); },
-     .isEnabled = hasSelection},
-    // Whether the clipboard holds text is for its owner to say, who may take long.
-    {.text = ENTRY("&Paste"),
-     .inContextMenu = true,
-     .standardKey = QKeySequence::Paste,
-     .run = [](W& w) { w.view().paste(); },
-     .isEnabled = [](const W& w) { return w.document().textView().isEditable(); }},
-    {.text = ENTRY("&Delete"),
-     .inContextMenu = true,
-     .run = [](W& w) { w.document().textView().deleteSelection(); },
-     .isEnabled = canDelete},
-    {.inContextMenu = true},
-    {.text = ENTRY("Select &All"),
-     .inContextMenu = true,
-     .standardKey = QKeySequence::SelectAll,
-     .run = [](W& w) { w.view().selectAll(); }},
-    separator,
-    // Desktops take most arrows with Ctrl and Alt for themselves.
-    {.text = ENTRY("Add Caret A&bove"),
-     .ownKeys = "Alt+PgUp; Ctrl+Alt+Up",
-     .run = [](W& w) { w.view().addCaretAbove(); }},
-    {.text = ENTRY("Add Caret Belo&w"),
-     .ownKeys = "Alt+PgDown; Ctrl+Alt+Down",
-     .run = [](W& w) { w.view().addCaretBelow(); }},
-    {.text = ENTRY("Split Selection into &Lines"),
-     .ownKeys = "Ctrl+Shift+L",
-     .run = [](W& w) { splitSelectionsIntoLines(w.document().textView()); },
-     .isEnabled = hasSelection},
-};
-
 constexpr MenuItem viewMenu[]{
-    {.text = ENTRY("&Wrap Lines"),
-     .run = [](W& w) { w.appearance().setWrapLines(!w.appearance().wrapsLines()); },
-     .isChecked = [](const W& w) { return w.appearance().wrapsLines(); }},
-    {.text = ENTRY("&Highlight Current Line"),
-     .run = [](W& w) { w.appearance().setHighlight(!w.appearance().highlights()); },
-     .isChecked = [](const W& w) { return w.appearance().highlights(); }},
+    {.text = ENTRY("&Wrap Lines"), .preference = &keys::wrapLines},
+    {.text = ENTRY("&Highlight Current Line"), .preference = &keys::highlight},
     {.text = ENTRY("&Theme"), .fill = fillThemeMenu},
     separator,
     {.text = ENTRY("Zoom &In"),
@@ -328,17 +224,20 @@ constexpr MenuItem helpMenu[]{
     {.text = ENTRY("About &Qt"), .run = [](W&) { QApplication::aboutQt(); }},
 };
 
-constexpr MenuDefinition menus[]{
-    {ENTRY("&File"), fileMenu},         {ENTRY("&Edit"), editMenu},
-    {ENTRY("&View"), viewMenu},         {ENTRY("F&ormat"), formatMenu},
-    {ENTRY("&Navigate"), navigateMenu}, {ENTRY("&Window"), windowMenu, listWindows},
-    {ENTRY("&Help"), helpMenu},
-};
-
 } // namespace
 
 std::span<const MenuDefinition> menuTable()
 {
+    static const std::array menus{
+        MenuDefinition{ENTRY("&File"), fileMenu},
+        MenuDefinition{ENTRY("&Edit"), editMenu()},
+        MenuDefinition{ENTRY("&View"), viewMenu},
+        MenuDefinition{ENTRY("&Text"), textMenu()},
+        MenuDefinition{ENTRY("F&ormat"), formatMenu},
+        MenuDefinition{ENTRY("&Navigate"), navigateMenu},
+        MenuDefinition{ENTRY("&Window"), windowMenu, listWindows},
+        MenuDefinition{ENTRY("&Help"), helpMenu},
+    };
     return menus;
 }
 

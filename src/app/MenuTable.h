@@ -1,10 +1,16 @@
 #pragma once
 
+#include "foundation/DefaultsKeys.h"
+
+#include <QCoreApplication>
 #include <QKeySequence>
 #include <QString>
 #include <span>
 
 class QMenu;
+
+/// Marks a text of the menus for the tools that collect texts to translate; see menuText().
+#define ENTRY(text) QT_TRANSLATE_NOOP("MenuTable", text)
 
 namespace quillory {
 
@@ -21,6 +27,8 @@ struct MenuItem
     void (*run)(DocumentWindow&) = nullptr;
     bool (*isEnabled)(const DocumentWindow&) = nullptr; ///< always, without one
     bool (*isChecked)(const DocumentWindow&) = nullptr; ///< has no check mark, without one
+    /// Makes it a check mark that shows and turns this switch, for all windows and those to come.
+    const DefaultsKey<bool>* preference = nullptr;
     /// In the place of the text where the name changes with the document.
     QString (*label)(const DocumentWindow&) = nullptr;
     /// Makes it a submenu, which is filled anew each time it opens.
@@ -37,6 +45,10 @@ struct MenuDefinition
 
 /// The menus of a document window, from left to right.
 std::span<const MenuDefinition> menuTable();
+
+// Menus with a file of their own.
+std::span<const MenuItem> editMenu();
+std::span<const MenuItem> textMenu();
 
 /// \a text of the menu table in the user's language.
 QString menuText(const char* text);

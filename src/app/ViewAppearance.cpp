@@ -54,8 +54,9 @@ void ViewAppearance::apply()
     zoomed.setPointSize(std::clamp(pointSize(zoomed) + m_zoom, smallest, largest));
     if (zoomed != m_view.textFont())
         m_view.setTextFont(zoomed);
-    if (wrapsLines() != m_view.wrapsLines())
-        m_view.setWrapLines(wrapsLines());
+    const bool wraps = m_environment.defaults.value(keys::wrapLines);
+    if (wraps != m_view.wrapsLines())
+        m_view.setWrapLines(wraps);
     applyColours();
 }
 
@@ -67,7 +68,7 @@ void ViewAppearance::applyColours()
         const QColor selection = toQColor(theme->selection);
         colours = {toQColor(theme->text), toQColor(theme->background),
                    toQColor(theme->insertionPoint), selection, faded(selection)};
-        if (highlights())
+        if (m_environment.defaults.value(keys::highlight))
             colours->currentLine = toQColor(theme->highlight.value_or(defaultBand));
     }
     m_view.setColours(colours);
@@ -78,28 +79,6 @@ void ViewAppearance::setZoom(int points)
     const int size = pointSize(font());
     m_zoom = std::clamp(points, smallest - size, largest - size);
     apply();
-}
-
-bool ViewAppearance::wrapsLines() const
-{
-    return m_environment.defaults.value(keys::wrapLines);
-}
-
-void ViewAppearance::setWrapLines(bool wrap)
-{
-    m_environment.defaults.setValue(keys::wrapLines, wrap);
-    m_environment.notifications.post(notifications::preferencesDidChange);
-}
-
-bool ViewAppearance::highlights() const
-{
-    return m_environment.defaults.value(keys::highlight);
-}
-
-void ViewAppearance::setHighlight(bool highlight)
-{
-    m_environment.defaults.setValue(keys::highlight, highlight);
-    m_environment.notifications.post(notifications::preferencesDidChange);
 }
 
 QFont ViewAppearance::font() const

@@ -30,15 +30,6 @@ public:
     void resetZoom() { setZoom(0); }
     bool isZoomed() const { return m_zoom != 0; }
 
-    bool wrapsLines() const;
-    /// For all windows, and those to come.
-    void setWrapLines(bool wrap);
-
-    /// Whether lines that are worked on have a band behind them.
-    bool highlights() const;
-    /// For all windows, and those to come.
-    void setHighlight(bool highlight);
-
     /// Without the zoom.
     QFont font() const;
     /// For all windows, and those to come.

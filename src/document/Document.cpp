@@ -28,7 +28,8 @@ constexpr std::array<int, 4> titleBarButtonPositions{21, 48, 71, 97}; // points
 } // namespace
 
 Document::Document(const DocumentEnvironment& environment, QObject* parent)
-    : QObject(parent), m_environment(environment), m_undo(m_storage), m_textView(m_storage, m_undo),
+    : QObject(parent), m_environment(environment), m_undo(m_storage),
+      m_textView(m_storage, m_undo, &environment.defaults),
       m_colouring(m_storage, m_overlay, environment.folders, environment.defaults)
 {
     connect(&m_storage, &TextStorage::edited, &m_overlay, &Overlay::textChanged);

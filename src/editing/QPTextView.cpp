@@ -16,8 +16,9 @@ QString typingName()
 
 } // namespace
 
-QPTextView::QPTextView(TextStorage& storage, UndoManager& undoManager, QObject* parent)
-    : QObject(parent), m_storage(storage), m_undo(undoManager)
+QPTextView::QPTextView(TextStorage& storage, UndoManager& undoManager, const UserDefaults* defaults,
+                       QObject* parent)
+    : QObject(parent), m_storage(storage), m_undo(undoManager), m_defaults(defaults)
 {
     connect(&storage, &TextStorage::edited, this, &QPTextView::followEdit);
     connect(&undoManager, &UndoManager::stepTaken, this, &QPTextView::restoreSelections);

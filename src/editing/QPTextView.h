@@ -15,6 +15,8 @@ class QMenu;
 
 namespace quillory {
 
+class UserDefaults;
+
 /// How far a proposed selection is widened.
 enum class SelectionGranularity
 {
@@ -35,11 +37,15 @@ class QPTextView : public QObject
     Q_OBJECT
 
 public:
-    QPTextView(TextStorage& storage, UndoManager& undoManager, QObject* parent = nullptr);
+    /// All arguments must outlive this. The switches of \a defaults are read when a key is handled;
+    /// without defaults all of them are off.
+    QPTextView(TextStorage& storage, UndoManager& undoManager,
+               const UserDefaults* defaults = nullptr, QObject* parent = nullptr);
 
     const TextSnapshot& string() const { return m_storage.snapshot(); }
     TextStorage& textStorage() const { return m_storage; }
     UndoManager& undoManager() const { return m_undo; }
+    const UserDefaults* defaults() const { return m_defaults; } ///< may be null
 
     /// While off, every change that asks for permission is refused.
     bool isEditable() const { return m_editable; }
@@ -141,6 +147,7 @@ private:
 
     TextStorage& m_storage;
     UndoManager& m_undo;
+    const UserDefaults* m_defaults;
     std::vector<Selection> m_selections{Selection{}};
     size_t m_primary = 0;
     bool m_editable = true;

@@ -1,0 +1,22 @@
+#pragma once
+
+namespace quillory {
+
+class DocumentWindow;
+
+// When commands of the menus can be used.
+
+/// The whole text has been read.
+bool isThere(const DocumentWindow& window);
+/// Nothing is being read or saved either.
+bool isIdle(const DocumentWindow& window);
+/// There is a file to read again.
+bool hasFile(const DocumentWindow& window);
+/// The bytes of the file made a text.
+bool isUnderstood(const DocumentWindow& window);
+/// Something is selected, be it at one place of several.
+bool hasSelection(const DocumentWindow& window);
+/// That can be taken away.
+bool canDelete(const DocumentWindow& window);
+
+} // namespace quillory

@@ -1,0 +1,10 @@
+#include "app/MenuTable.h"
+
+namespace quillory {
+
+std::span<const MenuItem> textMenu()
+{
+    return {};
+}
+
+} // namespace quillory
