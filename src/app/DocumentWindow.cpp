@@ -233,9 +233,9 @@ void DocumentWindow::copyWithColours()
 {
     const QString html = m_colourExport->selectionAsHtml(m_view->textFont().family());
     if (html.isEmpty())
-        m_view->copy();
+        m_view->commands().copy();
     else
-        m_view->copyRichText(html);
+        m_view->commands().copyRichText(html);
 }
 
 // Places in the text

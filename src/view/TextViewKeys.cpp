@@ -66,22 +66,27 @@ constexpr std::array edits{
     Edit{Qt::Key_Enter, plain, [](V& v) { v.editor().insertNewline(); }},
     Edit{Qt::Key_Enter, shift, [](V& v) { v.editor().insertNewline(); }},
     Edit{Qt::Key_Tab, plain, [](V& v) { v.editor().insertTab(); }},
-    Edit{Qt::Key_Delete, shift, [](V& v) { v.cut(); }},
-    Edit{Qt::Key_Insert, ctrl, [](V& v) { v.copy(); }},
-    Edit{Qt::Key_Insert, shift, [](V& v) { v.paste(); }},
+    Edit{Qt::Key_Delete, shift, [](V& v) { v.commands().cut(); }},
+    Edit{Qt::Key_Insert, ctrl, [](V& v) { v.commands().copy(); }},
+    Edit{Qt::Key_Insert, shift, [](V& v) { v.commands().paste(); }},
 };
 
 /// Commands that a window usually has in its menus; without one the keys work all the same.
 struct Command
 {
     QKeySequence::StandardKey key;
-    void (TextViewWidget::*run)();
+    void (*run)(TextViewCommands& commands);
 };
 
+using C = TextViewCommands;
+
 constexpr std::array commands{
-    Command{QKeySequence::Copy, &V::copy},   Command{QKeySequence::Cut, &V::cut},
-    Command{QKeySequence::Paste, &V::paste}, Command{QKeySequence::SelectAll, &V::selectAll},
-    Command{QKeySequence::Undo, &V::undo},   Command{QKeySequence::Redo, &V::redo},
+    Command{QKeySequence::Copy, [](C& c) { c.copy(); }},
+    Command{QKeySequence::Cut, [](C& c) { c.cut(); }},
+    Command{QKeySequence::Paste, [](C& c) { c.paste(); }},
+    Command{QKeySequence::SelectAll, [](C& c) { c.selectAll(); }},
+    Command{QKeySequence::Undo, [](C& c) { c.undo(); }},
+    Command{QKeySequence::Redo, [](C& c) { c.redo(); }},
 };
 
 Qt::KeyboardModifiers modifiersOf(const QKeyEvent& event)
@@ -168,7 +173,7 @@ bool TextViewKeys::press(const QKeyEvent& event)
         return true;
     const int page = m_view.viewport()->height() / m_view.textViewport().rowHeight() - 1;
     if (m_view.columnSelection().press(event, page)) {
-        m_view.publishPrimarySelection();
+        m_view.commands().publishPrimarySelection();
         m_view.showCaret();
         return true;
     }
@@ -181,7 +186,7 @@ bool TextViewKeys::press(const QKeyEvent& event)
         const bool extending = event.modifiers() & shift;
         movement->move(m_view, extending);
         if (extending)
-            m_view.publishPrimarySelection();
+            m_view.commands().publishPrimarySelection();
         m_view.showCaret();
         return true;
     }
@@ -197,7 +202,7 @@ bool TextViewKeys::press(const QKeyEvent& event)
         const Command* command = commandFor(event);
         if (!command)
             return false;
-        (m_view.*command->run)();
+        command->run(m_view.commands());
         return true;
     }
     m_view.showCaret();

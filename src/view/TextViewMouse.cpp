@@ -19,7 +19,7 @@ void TextViewMouse::press(const QMouseEvent& event)
     const TextOffset offset = m_view.offsetAtPoint(position);
     if (event.button() == Qt::MiddleButton) {
         m_view.editor().setSelection(Selection::caret(offset));
-        m_view.pastePrimarySelection();
+        m_view.commands().pastePrimarySelection();
         return;
     }
     if (event.button() != Qt::LeftButton)
@@ -154,7 +154,7 @@ void TextViewMouse::release(const QMouseEvent& event)
         if (!removing || !removeSelectionAt(editor, offset))
             editor.setSelection(Selection::caret(offset));
     }
-    m_view.publishPrimarySelection();
+    m_view.commands().publishPrimarySelection();
 }
 
 } // namespace quillory

@@ -9,7 +9,6 @@
 #include <QKeyEvent>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QPointer>
 #include <QScopedValueRollback>
 
 namespace quillory {
@@ -21,7 +20,7 @@ TextViewWidget::TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* pa
       m_viewport(m_geometry), m_scrolling(*this, m_viewport),
       m_rowMovement(editor, m_geometry, m_affinity),
       m_visualMovement(editor, m_geometry, m_affinity), m_columnSelection(editor, m_geometry),
-      m_clipboard(editor), m_drop(*this), m_keys(*this), m_mouse(*this), m_input(*this),
+      m_commands(*this), m_drop(*this), m_keys(*this), m_mouse(*this), m_input(*this),
       m_announcer(*this), m_colours(TextViewColours::fromPalette(palette()))
 {
     setFocusPolicy(Qt::StrongFocus);
@@ -325,67 +324,6 @@ void TextViewWidget::setPreedit(const Preedit& preedit)
     m_geometry.setPreedit(preedit);
     m_viewport.invalidate();
     scheduleRefresh();
-}
-
-// Commands
-
-void TextViewWidget::copy()
-{
-    m_clipboard.copy(textFont());
-}
-
-void TextViewWidget::cut()
-{
-    m_clipboard.cut(textFont());
-    showCaret();
-}
-
-void TextViewWidget::paste()
-{
-    pasteFrom(QClipboard::Clipboard);
-}
-
-void TextViewWidget::pastePrimarySelection()
-{
-    pasteFrom(QClipboard::Selection);
-}
-
-void TextViewWidget::pasteFrom(QClipboard::Mode mode)
-{
-    m_clipboard.paste(mode, [view = QPointer(this)] {
-        if (view)
-            view->showCaret();
-    });
-}
-
-void TextViewWidget::addCaretAbove()
-{
-    m_columnSelection.addCaret(-1);
-    showCaret();
-}
-
-void TextViewWidget::addCaretBelow()
-{
-    m_columnSelection.addCaret(1);
-    showCaret();
-}
-
-void TextViewWidget::selectAll()
-{
-    m_editor.selectAll();
-    publishPrimarySelection();
-}
-
-void TextViewWidget::undo()
-{
-    m_editor.undo();
-    showCaret();
-}
-
-void TextViewWidget::redo()
-{
-    m_editor.redo();
-    showCaret();
 }
 
 // Events

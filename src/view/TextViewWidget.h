@@ -6,10 +6,10 @@
 #include "view/ColumnSelection.h"
 #include "view/RepaintTracker.h"
 #include "view/RowMovement.h"
-#include "view/TextClipboard.h"
 #include "view/TextDrop.h"
 #include "view/TextViewAnnouncer.h"
 #include "view/TextViewColours.h"
+#include "view/TextViewCommands.h"
 #include "view/TextViewInput.h"
 #include "view/TextViewKeys.h"
 #include "view/TextViewMouse.h"
@@ -77,6 +77,8 @@ public:
     void setRulerWidth(int width);
     QRect rulerRect() const;
 
+    TextViewCommands& commands() { return m_commands; }
+
     // For the helpers that handle keys, mouse, input method and assistive technologies.
 
     TextGeometry& textGeometry() { return m_geometry; }
@@ -97,23 +99,8 @@ public:
     void showCaret();
     void restartBlink() { m_blink.restart(); }
     void setPreedit(const Preedit& preedit);
-    /// Copies the selected text, and \a html as what it looks like.
-    void copyRichText(const QString& html) { m_clipboard.copyRichText(html); }
-    void publishPrimarySelection() { m_clipboard.copy(textFont(), QClipboard::Selection); }
-    void pastePrimarySelection();
-
     WorkCounters& workCounters() { return m_geometry.counters(); }
     const CaretBlink& caretBlink() const { return m_blink; }
-
-public Q_SLOTS:
-    void copy();
-    void cut();
-    void paste();
-    void selectAll();
-    void undo();
-    void redo();
-    void addCaretAbove();
-    void addCaretBelow();
 
 Q_SIGNALS:
     /// Other lines are in sight, or lines in sight have moved.
@@ -155,7 +142,6 @@ private:
     void scheduleRefresh();
     void refresh();
     void updateCarets();
-    void pasteFrom(QClipboard::Mode mode);
 
     QPTextView& m_editor;
     Overlay& m_overlay;
@@ -167,7 +153,7 @@ private:
     RowMovement m_rowMovement;
     VisualMovement m_visualMovement;
     ColumnSelection m_columnSelection;
-    TextClipboard m_clipboard;
+    TextViewCommands m_commands;
     TextDrop m_drop;
     TextViewKeys m_keys;
     TextViewMouse m_mouse;

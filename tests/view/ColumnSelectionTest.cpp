@@ -91,11 +91,11 @@ TEST_F(ColumnSelectionTest, caretsAreAddedAboveAndBelowAtTheirPlaceInTheRow)
 {
     setText(QStringLiteral("abcd\n\nefgh\nijkl"));
     harness.editor.setSelectedRange({8, 0});
-    harness.view.addCaretAbove();
-    harness.view.addCaretAbove(); // past the short line
-    harness.view.addCaretBelow();
+    harness.view.commands().addCaretAbove();
+    harness.view.commands().addCaretAbove(); // past the short line
+    harness.view.commands().addCaretBelow();
     expect("ab|cd\n|\nef|gh\nij|kl");
-    harness.view.addCaretBelow(); // there is no row
+    harness.view.commands().addCaretBelow(); // there is no row
     harness.press({QStringLiteral("'-'")});
     expect("ab-|cd\n-|\nef-|gh\nij-|kl");
 }

@@ -103,7 +103,7 @@ TEST_P(HostileText, neverStopsTheEventLoop)
     });
     // Whatever the text is, the view has not changed it.
     while (harness.undo.canUndo())
-        harness.view.undo();
+        harness.view.commands().undo();
     EXPECT_TRUE(harness.storage.snapshot() == text);
 }
 

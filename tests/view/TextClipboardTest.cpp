@@ -47,7 +47,7 @@ TEST_F(TextClipboardTest, pasteTakesWhatOtherProgramsOffer)
     for (const Case& c : cases) {
         harness.setMarked(QStringLiteral("|"));
         offer(c.format, c.bytes);
-        harness.view.paste();
+        harness.view.commands().paste();
         EXPECT_EQ(harness.text(), QString::fromUtf8(c.text).remove(u'|')) << c.bytes;
     }
 }
@@ -55,7 +55,7 @@ TEST_F(TextClipboardTest, pasteTakesWhatOtherProgramsOffer)
 TEST_F(TextClipboardTest, whatIsCopiedIsOfferedInUtf8AndAsColourlessHtml)
 {
     harness.setMarked(QString::fromUtf8("^a<b\u00e9|\n^\u65e5\U0001F600|"));
-    harness.view.copy();
+    harness.view.commands().copy();
     const QMimeData& data = *clipboard.mimeData();
     const QString copied = QString::fromUtf8("a<b\u00e9\n\u65e5\U0001F600");
     EXPECT_EQ(data.data(QStringLiteral("text/plain;charset=utf-8")), copied.toUtf8());
@@ -73,9 +73,9 @@ TEST_F(TextClipboardTest, withinTheProgramEveryUnitSurvives)
     odd += QChar(0xD800);
     odd += u'z';
     harness.storage.replaceCharactersInRange({}, odd);
-    harness.view.selectAll();
-    harness.view.copy();
-    harness.view.paste();
+    harness.view.commands().selectAll();
+    harness.view.commands().copy();
+    harness.view.commands().paste();
     EXPECT_EQ(harness.text(), odd);
     EXPECT_EQ(clipboard.mimeData()->data(QStringLiteral("text/plain")),
               QByteArray("a\r\nb\rc\0\xEF\xBF\xBDz", 11));
@@ -84,17 +84,17 @@ TEST_F(TextClipboardTest, withinTheProgramEveryUnitSurvives)
 TEST_F(TextClipboardTest, severalSelectionsAreCutAndPastedEachToItsOwn)
 {
     harness.setMarked(QStringLiteral("^a\nb| ^c| d"));
-    harness.view.cut();
+    harness.view.commands().cut();
     EXPECT_EQ(harness.marked(), QStringLiteral("| | d"));
     EXPECT_EQ(harness.undo.undoActionName(), QStringLiteral("Cut"));
-    harness.view.paste();
+    harness.view.commands().paste();
     EXPECT_EQ(harness.marked(), QStringLiteral("a\nb| c| d"));
     harness.press({QStringLiteral("Ctrl+Z"), QStringLiteral("Ctrl+Z")});
     EXPECT_EQ(harness.marked(), QStringLiteral("^a\nb| ^c| d"));
     // Without a selection the clipboard keeps what it has.
     harness.editor.setSelectedRange({0, 0});
-    harness.view.cut();
-    harness.view.copy();
+    harness.view.commands().cut();
+    harness.view.commands().copy();
     EXPECT_EQ(clipboard.text(), QStringLiteral("a\nb\nc"));
 }
 
@@ -132,7 +132,7 @@ TEST_F(TextClipboardTest, aLongTextIsPastedWhereItWasAskedFor)
         harness.setMarked(QStringLiteral("one| two"));
         offer("text/plain;charset=utf-8", bytes);
         EventLoopWatchdog watchdog;
-        watchdog.watch(c.name, [&] { harness.view.paste(); });
+        watchdog.watch(c.name, [&] { harness.view.commands().paste(); });
         c.meanwhile(harness);
         const auto isThere = [&] { return harness.storage.length() > length; };
         EXPECT_EQ(QTest::qWaitFor(isThere, c.place < 0 ? 1000 : 20000), c.place >= 0) << c.name;

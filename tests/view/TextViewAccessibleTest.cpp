@@ -315,7 +315,7 @@ TEST_F(TextViewAccessibleTest, editsAreUndoableAndNeedPermission)
     EXPECT_EQ(harness.text(), QStringLiteral("ne! 2 three"));
     harness.editor.setEditable(true);
     for (int i = 0; i < 3; ++i)
-        harness.view.undo();
+        harness.view.commands().undo();
     EXPECT_EQ(harness.text(), QStringLiteral("one two three"));
 }
 

@@ -78,8 +78,8 @@ TEST_F(TextViewInputTest, aCommitIsTypedAndMayReplaceWhatIsAround)
     EXPECT_EQ(harness.marked(), QStringLiteral("ab\u4f60|cd"));
     commit(QStringLiteral("X"), -2, 2);
     EXPECT_EQ(harness.marked(), QStringLiteral("aX|cd"));
-    harness.view.undo();
-    harness.view.undo();
+    harness.view.commands().undo();
+    harness.view.commands().undo();
     EXPECT_EQ(harness.text(), QStringLiteral("abcd"));
 }
 
@@ -168,9 +168,9 @@ TEST_F(TextViewInputTest, composingOverASelectionReplacesItOrLeavesIt)
     compose(QStringLiteral("xy"));
     commit(QStringLiteral("XY"));
     EXPECT_EQ(harness.marked(), QStringLiteral("one XY| three"));
-    harness.view.undo();
+    harness.view.commands().undo();
     EXPECT_EQ(harness.marked(), start);
-    harness.view.redo();
+    harness.view.commands().redo();
     EXPECT_EQ(harness.marked(), QStringLiteral("one XY| three"));
 
     // Nothing is brought back into a text that was edited meanwhile.
@@ -246,9 +246,9 @@ TEST_F(TextViewInputTest, composedTextStaysAtTheCaretWhateverHappensToTheText)
     composedAt(0);
     harness.editor.insertText(QStringLiteral("typed"));
     composedAt(5);
-    harness.view.undo();
+    harness.view.commands().undo();
     composedAt(0);
-    harness.view.redo();
+    harness.view.commands().redo();
     composedAt(5);
     harness.press({QStringLiteral("Home")});
     composedAt(0);

@@ -163,14 +163,14 @@ TEST(TextViewKeysPlain, rowsOfAWrappedLineAreWalkedLikeLines)
 TEST(TextViewKeysPlain, aHugeCopyIsMadeOnlyWhenAskedFor)
 {
     ViewHarness harness(QStringLiteral("first\r\nsecond"));
-    harness.view.selectAll();
-    harness.view.copy();
+    harness.view.commands().selectAll();
+    harness.view.commands().copy();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("first\r\nsecond"));
     harness.editor.setSelectedRange({5, 2});
-    harness.view.copy();
+    harness.view.commands().copy();
     harness.editor.setSelectedRange({0, 0});
-    harness.view.copy(); // nothing selected: the clipboard keeps what it has
-    harness.view.paste();
+    harness.view.commands().copy(); // nothing selected: the clipboard keeps what it has
+    harness.view.commands().paste();
     EXPECT_EQ(harness.text(), QStringLiteral("\r\nfirst\r\nsecond"));
 }
 
