@@ -3,6 +3,7 @@
 #include "app/ColourExport.h"
 #include "app/DocumentController.h"
 #include "app/DocumentMessages.h"
+#include "app/EditingAids.h"
 #include "app/GoToLineDialog.h"
 #include "app/LoadFlow.h"
 #include "app/LoadingBar.h"
@@ -89,7 +90,7 @@ void DocumentWindow::connectDocument()
     const auto showPosition = [this] { m_status->showPosition(*m_document); };
     connect(&document.textView(), &QPTextView::selectionDidChange, this, showPosition);
     connect(&document.textView(), &QPTextView::textDidChange, this, showPosition);
-    connect(&document.textView(), &QPTextView::beep, this, [] { QApplication::beep(); });
+    connectEditingAids(*this);
     connect(&document, &Document::editedChanged, this,
             [this] { setWindowModified(m_document->isDocumentEdited()); });
     connect(&document, &Document::recordChanged, this, [this] {

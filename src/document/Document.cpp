@@ -30,10 +30,13 @@ constexpr std::array<int, 4> titleBarButtonPositions{21, 48, 71, 97}; // points
 Document::Document(const DocumentEnvironment& environment, QObject* parent)
     : QObject(parent), m_environment(environment), m_undo(m_storage),
       m_textView(m_storage, m_undo, &environment.defaults),
-      m_colouring(m_storage, m_overlay, environment.folders, environment.defaults)
+      m_colouring(m_storage, m_overlay, environment.folders, environment.defaults),
+      m_tracking(m_textView, environment.defaults, m_colouring)
 {
     connect(&m_storage, &TextStorage::edited, &m_overlay, &Overlay::textChanged);
-    connect(&m_textView, &QPTextView::textDidChange, this, &Document::pageRecolour);
+    connect(&m_tracking, &ChangeTracking::pageRecolourRequested, &m_colouring,
+            &SyntaxColouring::pageRecolourSoon);
+    connect(&m_tracking, &ChangeTracking::beep, &m_textView, &QPTextView::beep);
     connect(&m_colouring, &SyntaxColouring::definitionSelected, this, &Document::takeDefinition);
     connect(&m_undo, &UndoManager::cleanChanged, this, &Document::editedChanged);
     connect(this, &Document::recordChanged, this, &Document::editedChanged);

@@ -6,6 +6,7 @@
 #include "document/DocumentWriter.h"
 #include "document/EncodingList.h"
 #include "document/GradualRead.h"
+#include "editing/ChangeTracking.h"
 #include "editing/QPTextView.h"
 #include "syntax/SyntaxColouring.h"
 #include "text/Overlay.h"
@@ -121,6 +122,7 @@ public:
     // Definition and colours; SyntaxColouring says what they do
 
     SyntaxColouring& syntaxColouring() { return m_colouring; }
+    ChangeTracking& changeTracking() { return m_tracking; }
     void loadDefinitions() { m_colouring.loadDefinitions(m_path); }
     void setDefinitionWithTitle(const QString& title) { m_colouring.setDefinitionWithTitle(title); }
     void applyDefinition() { m_colouring.applyDefinition(); }
@@ -193,6 +195,7 @@ private:
     QPTextView m_textView;
     Overlay m_overlay;
     SyntaxColouring m_colouring;
+    ChangeTracking m_tracking;
     EncodingList m_encodings;
     QTimer m_settingsTimer;
     QString m_path;

@@ -50,6 +50,7 @@ PageColouring::PageColouring(const TextStorage& text, Overlay& overlay, const Co
     : m_text(text), m_overlay(overlay), m_state(state), m_roles(roles)
 {
     connect(&text, &TextStorage::edited, this, [this](const TextChange& change) {
+        m_coloured.reset();
         if (change.insertedLength > quickLook)
             m_lookedAt = std::min(m_lookedAt, change.replaced.location);
     });
@@ -57,16 +58,19 @@ PageColouring::PageColouring(const TextStorage& text, Overlay& overlay, const Co
 
 void PageColouring::removeAllColours()
 {
+    m_coloured.reset();
     m_overlay.removeForeground(m_text.snapshot().range());
 }
 
 void PageColouring::removeColoursFromRange(TextRange range)
 {
+    m_coloured.reset();
     m_overlay.removeForeground(range);
 }
 
 void PageColouring::setColour(ColourRole role, TextRange range)
 {
+    m_coloured.reset();
     m_overlay.setAttributes(range, m_roles.attributes(role));
 }
 
@@ -90,9 +94,13 @@ void PageColouring::recolourPage(TextRange visible)
         visible.length = longestPage;
     }
     const TextRange lines = text.lineRangeForRange(visible);
+    if (m_coloured == lines)
+        return;
+    m_coloured.reset();
     if (lines.length <= quickLength && isQuickToReach(lines.location)) {
         m_prepared = {};
         recolourRange(lines);
+        m_coloured = lines;
     } else if (isReadyFor(visible)) {
         apply(m_prepared.colours, widened(visible, quickLength, m_prepared.colours.range));
     } else if (!m_busy) {
@@ -102,6 +110,7 @@ void PageColouring::recolourPage(TextRange visible)
 
 void PageColouring::reset()
 {
+    m_coloured.reset();
     m_lookedAt = 0;
     ++m_generation;
     m_prepared = {};

@@ -46,7 +46,8 @@ public:
 
     /// Colours the lines of \a range at once. O(their length).
     void recolourRange(TextRange range);
-    /// Colours the lines of \a visible, now or later as above.
+    /// Colours the lines of \a visible, now or later as above. Asked for again while nothing has
+    /// changed, it costs nothing.
     void recolourPage(TextRange visible);
 
     void reset();
@@ -80,6 +81,7 @@ private:
     int m_generation = 0; ///< of state and roles
     /// Up to where the text remembers what is open; a little more or less after edits.
     TextOffset m_lookedAt = 0;
+    std::optional<TextRange> m_coloured; ///< the lines of the last page, as they still are
     bool m_busy = false;
 };
 

@@ -5,7 +5,6 @@
 #include "syntax/ColouringPreparation.h"
 
 #include <QFileInfo>
-#include <QTimer>
 #include <algorithm>
 
 namespace quillory {
@@ -31,14 +30,7 @@ SyntaxColouring::SyntaxColouring(const TextStorage& text, Overlay& overlay,
     connect(&m_page, &PageColouring::limitReached, this, &SyntaxColouring::noteLimit);
     connect(&m_page, &PageColouring::pageReady, this, &SyntaxColouring::pageRecolour);
     // One edit may be many changes, and who hears of them first may still hold the old text.
-    connect(&m_text, &TextStorage::edited, this, [this] {
-        if (std::exchange(m_pagePending, true))
-            return;
-        QTimer::singleShot(0, this, [this] {
-            if (m_pagePending)
-                pageRecolour();
-        });
-    });
+    connect(&m_text, &TextStorage::edited, this, &SyntaxColouring::pageRecolourSoon);
 }
 
 void SyntaxColouring::setVisibleRangeSource(std::function<TextRange()> source)
@@ -194,6 +186,17 @@ ColouringJob SyntaxColouring::colouringJob() const
 {
     return {m_text.snapshot(), m_state, m_roles, m_plainColours.value_or(PlainColours()),
             isPlainText()};
+}
+
+void SyntaxColouring::pageRecolourSoon()
+{
+    if (std::exchange(m_pagePending, true))
+        return;
+    const auto colour = [this] {
+        if (m_pagePending)
+            pageRecolour();
+    };
+    QMetaObject::invokeMethod(this, colour, Qt::QueuedConnection);
 }
 
 void SyntaxColouring::pageRecolour()

@@ -15,8 +15,7 @@ struct ApplicationFolders;
 
 /// The definition of one document and the theme, and what the two make of the page that is seen.
 ///
-/// Colours follow the text by themselves: whenever it changed, the page is coloured anew before the
-/// events that wait are done with. Plain text is never coloured.
+/// Colours follow the text by themselves (pageRecolourSoon). Plain text is never coloured.
 class SyntaxColouring : public QObject
 {
     Q_OBJECT
@@ -84,6 +83,9 @@ public:
     ColouringJob colouringJob() const;
     /// Colours the lines that are seen; long ones a little later, see PageColouring.
     void pageRecolour();
+    /// The same once the event at hand is done with, and before anything is painted; asked for any
+    /// number of times, it is done once.
+    void pageRecolourSoon();
 
 Q_SIGNALS:
     /// Another definition is selected, or the same one was read anew.
