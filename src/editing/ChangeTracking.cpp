@@ -3,10 +3,9 @@
 #include "editing/QPTextView.h"
 #include "foundation/UserDefaults.h"
 #include "syntax/SyntaxColouring.h"
+#include "text/BracketMatching.h"
 #include "text/CharacterSet.h"
 #include "text/TextReader.h"
-
-#include <optional>
 
 namespace quillory {
 
@@ -15,30 +14,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto highlightDelay = 1ms;
-
-std::optional<TextOffset> matchingOpener(const TextSnapshot& text, TextOffset closerAt)
-{
-    TextReader reader(text);
-    const char16_t closer = reader.at(closerAt);
-    const char16_t opener = closer == u')'   ? u'('
-                            : closer == u']' ? u'['
-                            : closer == u'}' ? u'{'
-                                             : u'<';
-    TextOffset skipMatchingBrace = 0;
-    for (TextOffset at = closerAt; at-- > 0;) {
-        const char16_t unit = reader.at(at);
-        if (unit == closer)
-            ++skipMatchingBrace;
-        else if (unit == opener && skipMatchingBrace-- == 0)
-            return at;
-    }
-    return {};
-}
-
-bool isClosingBracket(char16_t unit)
-{
-    return unit == u')' || unit == u']' || unit == u'}' || unit == u'>';
-}
 
 /// Whether a word that ends before \a character may be completed.
 bool endsWord(char32_t character)
@@ -87,7 +62,7 @@ void ChangeTracking::flashMatchingBracket()
     const TextSnapshot& completeString = m_textView.string();
     --m_cursorLocation;
     if (m_cursorLocation == completeString.length() ||
-        !isClosingBracket(completeString.at(m_cursorLocation)))
+        !kindClosedBy(completeString.at(m_cursorLocation)))
         return;
     if (const auto opener = matchingOpener(completeString, m_cursorLocation))
         Q_EMIT findIndicatorRequested({*opener, 1});
