@@ -13,33 +13,56 @@ namespace {
 
 const QString root = QStringLiteral(QUILLORY_SOURCE_DIR);
 
+ColouringState stateFor(const QString& extension)
+{
+    DefinitionList list;
+    const QString folder = root + QStringLiteral("/resources/Definitions");
+    list.load(folder, folder);
+    ColouringState made;
+    prepareColoring(list.arrangedObjects()[size_t(list.indexForExtension(extension))], {}, made);
+    return made;
+}
+
 const ColouringState& php()
 {
-    static const ColouringState state = [] {
-        DefinitionList list;
-        const QString folder = root + QStringLiteral("/resources/Definitions");
-        list.load(folder, folder);
-        ColouringState made;
-        prepareColoring(
-            list.arrangedObjects()[size_t(list.indexForExtension(QStringLiteral("php")))], {},
-            made);
-        return made;
-    }();
+    static const ColouringState state = stateFor(QStringLiteral("php"));
     return state;
+}
+
+QString sampleOf(const QString& extension)
+{
+    QFile file(root + QStringLiteral("/tests/syntax/golden/sample.") + extension);
+    if (!file.open(QFile::ReadOnly))
+        qFatal("a sample is missing");
+    return QString::fromUtf8(file.readAll());
 }
 
 /// About \a length units of the sample of PHP, again and again.
 TextSnapshot phpText(qint64 length)
 {
-    QFile file(root + QStringLiteral("/tests/syntax/golden/sample.php"));
-    if (!file.open(QFile::ReadOnly))
-        qFatal("the sample of PHP is missing");
-    const QString sample = QString::fromUtf8(file.readAll());
+    const QString sample = sampleOf(QStringLiteral("php"));
     TextBuilder builder;
     for (qint64 units = 0; units < length; units += sample.size())
         builder.append(QStringView(sample));
     return builder.finish();
 }
+
+/// A page of 60 lines of a language.
+void colourPage(benchmark::State& state, const char* extension)
+{
+    const ColouringState colouring = stateFor(QLatin1StringView(extension));
+    const TextSnapshot text(sampleOf(QLatin1StringView(extension)).repeated(3));
+    const TextRange page = TextRange::between(0, text.lineStart(LineIndex(60)));
+    for ([[maybe_unused]] auto _ : state)
+        benchmark::DoNotOptimize(recoloured(text, page, colouring, ColourRoles()).runs.data());
+    state.SetLabel(std::to_string(page.length) + " units");
+}
+BENCHMARK_CAPTURE(colourPage, C++, "cc")->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(colourPage, PHP, "php")->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(colourPage, Python, "py")->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(colourPage, Shell, "sh")->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(colourPage, JSON, "json")->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(colourPage, HTML, "html")->Unit(benchmark::kMicrosecond);
 
 /// What a key press at the end of a text of so many bytes recolours: the last 60 lines.
 void colourLastPage(benchmark::State& state)

@@ -49,8 +49,15 @@ PageColouring::PageColouring(const TextStorage& text, Overlay& overlay, const Co
                              const ColourRoles& roles)
     : m_text(text), m_overlay(overlay), m_state(state), m_roles(roles)
 {
+    m_pause.setSingleShot(true);
+    m_pause.setInterval(pause);
+    connect(&m_pause, &QTimer::timeout, this, [this] {
+        m_edited = false;
+        Q_EMIT pageReady();
+    });
     connect(&text, &TextStorage::edited, this, [this](const TextChange& change) {
         m_coloured.reset();
+        m_edited = true;
         if (change.insertedLength > quickLook)
             m_lookedAt = std::min(m_lookedAt, change.replaced.location);
     });
@@ -103,9 +110,19 @@ void PageColouring::recolourPage(TextRange visible)
         m_coloured = lines;
     } else if (isReadyFor(visible)) {
         apply(m_prepared.colours, widened(visible, quickLength, m_prepared.colours.range));
-    } else if (!m_busy) {
+    } else if (!m_busy && !isWaitingForPause()) {
         colourInBackground(lines, visible, end);
     }
+}
+
+/// True after an edit of a text that was coloured before, until the pause is over.
+bool PageColouring::isWaitingForPause()
+{
+    const bool isFirst = m_prepared.generation != m_generation;
+    if (isFirst || !m_edited)
+        return false;
+    m_pause.start();
+    return true;
 }
 
 void PageColouring::reset()

@@ -4,16 +4,20 @@
 #include "syntax/RecolouringEngine.h"
 #include "text/TextStorage.h"
 
+#include <QTimer>
+#include <chrono>
+
 namespace quillory {
 
 /// Puts the colours of what is seen of a text into its overlay.
 ///
 /// A page of ordinary lines is coloured at once. One that reaches into a line of more than
 /// `quickLength` units is coloured whole on another thread, and a little later shown; until then
-/// the text keeps the colours that it has, and typing never waits. So is the first page far down in
-/// a text, which has to be looked through for open comments before. Of lines of more than
-/// `wholeLength` units only a stretch around what is seen is coloured, as though it were a text of
-/// its own; there a literal or a comment that begins far away is not known of.
+/// the text keeps the colours that it has, and typing never waits; it is coloured anew when the
+/// typing pauses, so that the other thread does not take the processor from it. So is the first
+/// page far down in a text, which has to be looked through for open comments before. Of lines of
+/// more than `wholeLength` units only a stretch around what is seen is coloured, as though it were
+/// a text of its own; there a literal or a comment that begins far away is not known of.
 class PageColouring : public QObject
 {
     Q_OBJECT
@@ -30,6 +34,9 @@ public:
     /// Of a longer page only so much is coloured, and the lines at its end: the rest is a line out
     /// of sight to the right.
     static constexpr TextOffset longestPage = TextOffset(256) * 1024;
+
+    /// Without an edit, before a text that was edited is coloured on another thread again.
+    static constexpr std::chrono::milliseconds pause{100};
 
     /// So many runs are kept before those out of sight are dropped.
     static constexpr size_t maximumRuns = 1 << 17;
@@ -63,6 +70,7 @@ private:
     bool isQuickToReach(TextOffset offset) const { return offset <= m_lookedAt + quickLook; }
     void apply(const Recolouring& colours, TextRange window);
     bool isReadyFor(TextRange visible) const;
+    bool isWaitingForPause();
 
     const TextStorage& m_text;
     Overlay& m_overlay;
@@ -83,6 +91,8 @@ private:
     TextOffset m_lookedAt = 0;
     std::optional<TextRange> m_coloured; ///< the lines of the last page, as they still are
     bool m_busy = false;
+    QTimer m_pause;
+    bool m_edited = false; ///< since the pause was last over
 };
 
 } // namespace quillory

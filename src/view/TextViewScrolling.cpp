@@ -26,6 +26,14 @@ public:
     }
 };
 
+/// What a bar shows of an \a extent that grows while one types: in steps, since painting the bar
+/// takes longer than painting the line. In pixels, at least \a extent.
+qint64 steadyExtent(qint64 extent, qint64 page)
+{
+    const qint64 step = std::max<qint64>(1, page / 4);
+    return extent <= page ? extent : (extent + step - 1) / step * step;
+}
+
 } // namespace
 
 TextViewScrolling::TextViewScrolling(QAbstractScrollArea& area, TextViewport& viewport)
@@ -52,7 +60,8 @@ void TextViewScrolling::updateBars()
     QScrollBar& horizontal = *m_area.horizontalScrollBar();
     const double left = m_viewport.minimumX();
     const double right = std::max(m_viewport.contentWidth(), m_viewport.x() + size.width());
-    m_horizontal.fit(horizontal, qint64(right - left), size.width(), row);
+    m_horizontal.fit(horizontal, steadyExtent(qint64(right - left), size.width()), size.width(),
+                     row);
     m_horizontal.show(horizontal, qint64(m_viewport.x() - left));
 }
 

@@ -301,7 +301,8 @@ void TextViewport::ensureVisible(const CaretPlace& place)
         return;
     const double x = m_geometry.xOf(row, place);
     const double space = m_size.width() - 2 * textMargin();
-    const double context = std::min(space / 4, m_geometry.font().advance() * 4);
+    // Wide, since each scroll paints the whole page, and is made by every so many letters typed.
+    const double context = std::min(space / 4, m_geometry.font().advance() * 16);
     if (x < m_scrollX)
         scrollToX(x - context);
     else if (x > m_scrollX + space)
