@@ -17,6 +17,7 @@
 #include "document/Document.h"
 #include "foundation/Background.h"
 #include "text/TextEncoder.h"
+#include "view/MarkerLineNumberView.h"
 #include "view/PastedText.h"
 #include "view/TextViewWidget.h"
 
@@ -65,6 +66,9 @@ void DocumentWindow::build()
     m_view = new TextViewWidget(m_document->textView(), m_document->overlay(), content);
     m_view->setFrameShape(QFrame::NoFrame);
     m_view->setAccessibleDescription(tr("Text of the document"));
+    m_ruler = new MarkerLineNumberView(*m_view);
+    connect(m_view, &TextViewWidget::coloursChanged, m_ruler,
+            [this] { m_ruler->setLook(LineNumberLook::beside(m_view->colours())); });
     m_status = new StatusLine(content);
     m_status->setObjectName(QStringLiteral("statusLine"));
     layout->addWidget(m_messages);

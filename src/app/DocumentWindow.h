@@ -15,6 +15,7 @@ namespace quillory {
 class Document;
 class ColourExport;
 class DocumentController;
+class LineNumberView;
 class LoadFlow;
 class MainMenu;
 class MessageArea;
@@ -47,6 +48,7 @@ public:
     Document& document() const { return *m_document; }
     DocumentController& controller() const { return m_services.controller; }
     TextViewWidget& view() const { return *m_view; }
+    LineNumberView& ruler() const { return *m_ruler; }
     ViewAppearance& appearance() const { return *m_appearance; }
     const DocumentEnvironment& environment() const { return m_services.environment; }
     StatusLine& statusLine() const { return *m_status; }
@@ -110,6 +112,7 @@ private:
     std::unique_ptr<Document> m_document;
     MessageArea* m_messages = nullptr;
     TextViewWidget* m_view = nullptr;
+    LineNumberView* m_ruler = nullptr;
     StatusLine* m_status = nullptr;
     SettingsPopover* m_settings = nullptr; ///< made when first shown
     MainMenu* m_menu = nullptr;

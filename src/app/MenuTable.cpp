@@ -13,6 +13,7 @@
 #include "app/ViewAppearance.h"
 #include "document/Document.h"
 #include "text/LineBreaks.h"
+#include "view/LineNumberView.h"
 #include "view/TextViewWidget.h"
 
 #include <QActionGroup>
@@ -170,6 +171,9 @@ constexpr MenuItem viewMenu[]{
      .run = [](W& w) { w.appearance().resetZoom(); },
      .isEnabled = [](const W& w) { return w.appearance().isZoomed(); }},
     separator,
+    {.text = ENTRY("Line &Numbers"),
+     .run = [](W& w) { w.ruler().setVisible(w.ruler().isHidden()); },
+     .isChecked = [](const W& w) { return !w.ruler().isHidden(); }},
     {.text = ENTRY("&Status Line"),
      .run = [](W& w) { w.statusLine().setVisible(w.statusLine().isHidden()); },
      .isChecked = [](const W& w) { return !w.statusLine().isHidden(); }},

@@ -22,7 +22,8 @@ QSize sizeForText(const DocumentWindow& window)
 {
     const QFontMetricsF metrics(window.view().textFont());
     const int bar = window.style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    return {int(metrics.horizontalAdvance(u'0') * columns) + 2 * bar,
+    return {int(metrics.horizontalAdvance(u'0') * columns) + 2 * bar +
+                window.view().rulerRect().width(),
             int(metrics.lineSpacing() * rows) + chrome};
 }
 

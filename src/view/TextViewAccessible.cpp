@@ -2,6 +2,7 @@
 
 #include "text/TextBoundary.h"
 #include "view/AccessibleAttributes.h"
+#include "view/LineNumberView.h"
 #include "view/TextViewWidget.h"
 
 #include <cmath>
@@ -65,12 +66,13 @@ QAccessible::State TextViewAccessible::state() const
     return state;
 }
 
-/// The viewport is the text itself.
+/// The viewport is the text itself; the numbers of its lines are told otherwise.
 QList<QWidget*> TextViewAccessible::controls() const
 {
     QList<QWidget*> result = m_view.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
     result.removeIf([&](const QWidget* child) {
-        return child == m_view.viewport() || child->isWindow() || !child->isVisibleTo(&m_view);
+        return child == m_view.viewport() || qobject_cast<const LineNumberView*>(child) ||
+               child->isWindow() || !child->isVisibleTo(&m_view);
     });
     return result;
 }

@@ -55,6 +55,23 @@ void TextViewMouse::press(const QMouseEvent& event)
     }
 }
 
+void TextViewMouse::pressLine(const QMouseEvent& event)
+{
+    m_pressed = event.position().toPoint();
+    const TextOffset offset = m_view.offsetAtPoint(m_pressed);
+    const QPTextView& editor = m_view.editor();
+    const Selection primary = editor.primarySelection();
+    const bool adding = event.modifiers() & Qt::ControlModifier;
+    if (!(event.modifiers() & Qt::ShiftModifier)) {
+        start(offset, SelectionGranularity::Paragraph, adding);
+        return;
+    }
+    // A selection that goes up begins behind the last character of its first line.
+    const TextOffset origin = primary.head < primary.anchor ? primary.anchor - 1 : primary.anchor;
+    start(origin, SelectionGranularity::Paragraph, false);
+    extendTo(m_pressed);
+}
+
 void TextViewMouse::doubleClick(const QMouseEvent& event)
 {
     if (event.button() != Qt::LeftButton || event.modifiers() & Qt::AltModifier) {

@@ -23,6 +23,9 @@ public:
     explicit TextViewMouse(TextViewWidget& view);
 
     void press(const QMouseEvent& event);
+    /// Beside the text: selects the line there. With Shift it selects the lines from those of the
+    /// primary selection on, with Ctrl it adds the line. Drags extend by lines.
+    void pressLine(const QMouseEvent& event);
     void doubleClick(const QMouseEvent& event);
     void move(const QMouseEvent& event);
     void release(const QMouseEvent& event);

@@ -105,6 +105,7 @@ void TextViewWidget::setColours(const std::optional<TextViewColours>& colours)
     m_colours = colours ? *colours : TextViewColours::fromPalette(palette());
     m_repaint.noteAllChanged();
     scheduleRefresh();
+    Q_EMIT coloursChanged();
 }
 
 void TextViewWidget::changeEvent(QEvent* event)
@@ -167,6 +168,7 @@ void TextViewWidget::refresh()
                                                 m_colours.currentLine.isValid());
     if (!damage.isEmpty())
         viewport()->update(damage);
+    Q_EMIT refreshed();
     if (hasFocus())
         updateMicroFocus();
 }
@@ -208,29 +210,6 @@ void TextViewWidget::centerOn(TextOffset offset)
     scheduleRefresh();
 }
 
-void TextViewWidget::forEachVisibleLine(
-    const std::function<void(LineIndex, int y, int height)>& visit)
-{
-    const auto& rows = m_viewport.rows();
-    for (size_t first = 0; first < rows.size();) {
-        size_t end = first + 1;
-        while (end < rows.size() && rows[end].row.line == rows[first].row.line)
-            ++end;
-        int y = rows[first].y;
-        int height = int(end - first) * m_viewport.rowHeight();
-        // Of a line that began above, at most a screen.
-        auto above = m_geometry.rowBefore(rows[first].row);
-        while (first == 0 && above && above->line == rows[first].row.line &&
-               y > -m_viewport.size().height()) {
-            y -= m_viewport.rowHeight();
-            height += m_viewport.rowHeight();
-            above = m_geometry.rowBefore(*above);
-        }
-        visit(rows[first].row.line, y, height);
-        first = end;
-    }
-}
-
 void TextViewWidget::takeAffinityAt(QPoint point)
 {
     const auto& visible = m_viewport.rowAtY(point.y());
@@ -268,7 +247,8 @@ ColumnSelection::Corner TextViewWidget::cornerAtPoint(QPoint point)
 
 void TextViewWidget::setRulerWidth(int width)
 {
-    setViewportMargins(width, 0, 0, 0);
+    if (width != viewportMargins().left())
+        relayOut([&] { setViewportMargins(width, 0, 0, 0); });
 }
 
 QRect TextViewWidget::rulerRect() const
@@ -365,6 +345,13 @@ void TextViewWidget::mousePressEvent(QMouseEvent* event)
     m_scrolling.stopRolling();
     if (!m_input.takesMouse(*event))
         m_mouse.press(*event);
+}
+
+void TextViewWidget::pressBesideText(const QMouseEvent& event)
+{
+    m_scrolling.stopRolling();
+    m_input.finish();
+    m_mouse.pressLine(event);
 }
 
 void TextViewWidget::mouseDoubleClickEvent(QMouseEvent* event)

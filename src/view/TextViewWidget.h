@@ -62,9 +62,6 @@ public:
     void centerOn(TextOffset offset);
     /// The whole lines of which something is in sight, with their line breaks.
     TextRange visibleRange() { return m_viewport.visibleRange(); }
-    /// Calls \a visit with the number of each line of which something is in sight, the y of its
-    /// first row, which may be above the viewport, and its height; both are cut to about a screen.
-    void forEachVisibleLine(const std::function<void(LineIndex, int y, int height)>& visit);
     TextOffset offsetAtPoint(QPoint point);
     /// Of the primary selection's head, or in the text being composed there; empty when that is
     /// not in sight.
@@ -76,6 +73,10 @@ public:
     /// Room at the left, for a ruler; the ruler is a child of this widget and fills rulerRect().
     void setRulerWidth(int width);
     QRect rulerRect() const;
+
+    /// A press of the left button beside the text: selects the line there, or with Shift extends
+    /// by lines. \a event is in the viewport's coordinates.
+    void pressBesideText(const QMouseEvent& event);
 
     TextViewCommands& commands() { return m_commands; }
 
@@ -93,6 +94,7 @@ public:
     ColumnSelection::Corner cornerAtPoint(QPoint point);
     /// By screens, down when positive; the text scrolls along.
     void moveByPages(int pages, bool extending);
+    TextViewMouse& mouse() { return m_mouse; }
     /// Exactly by so many pixels.
     void scrollBy(int dx, int dy) { m_scrolling.by({dx, dy}); }
     /// Has the caret in sight, and shown.
@@ -105,6 +107,11 @@ public:
 Q_SIGNALS:
     /// Other lines are in sight, or lines in sight have moved.
     void visibleRangeChanged();
+    /// What is in sight has been looked up anew, as after an edit, a scroll or another font; what
+    /// of it looks different is about to be painted.
+    void refreshed();
+    /// colours() are others.
+    void coloursChanged();
     /// The wheel was turned with Ctrl held; positive \a steps are to enlarge the text.
     void zoomRequested(int steps);
     /// Files of this machine were dropped on the text.

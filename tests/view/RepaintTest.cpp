@@ -1,5 +1,6 @@
 #include "ViewHarness.h"
 #include "view/LineBand.h"
+#include "view/LineNumberView.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -30,7 +31,8 @@ QImage paintedAnew(ViewHarness& harness)
 /// The screen after everything on it was painted at once.
 QImage onScreenPaintedAnew(ViewHarness& harness)
 {
-    harness.view.viewport()->update();
+    for (auto* part : harness.view.findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
+        part->update();
     harness.settle();
     return onScreen(harness);
 }
@@ -54,6 +56,7 @@ class RandomRepaint : public testing::TestWithParam<bool>
 TEST_P(RandomRepaint, whatIsPaintedPieceByPieceIsWhatIsPaintedAtOnce)
 {
     ViewHarness harness;
+    const auto* ruler = new LineNumberView(harness.view);
     harness.view.setWrapLines(GetParam());
     TextViewColours colours = harness.view.colours();
     colours.currentLine = QColor(200, 220, 200, 120);
@@ -102,6 +105,7 @@ TEST_P(RandomRepaint, whatIsPaintedPieceByPieceIsWhatIsPaintedAtOnce)
         harness.settle();
         const QImage piecewise = onScreen(harness);
         ASSERT_EQ(piecewise, onScreenPaintedAnew(harness)) << "after step " << step;
+        ASSERT_EQ(ruler->width(), harness.view.viewport()->x());
     }
 }
 

@@ -130,27 +130,6 @@ TEST_P(Scrolling, ensureVisibleScrollsAsLittleAsPossible)
     }
 }
 
-TEST_P(Scrolling, theRulerIsToldEveryLineOnce)
-{
-    harness.view.setRulerWidth(40);
-    harness.view.centerOn(harness.storage.length() / 2);
-    harness.settle();
-    EXPECT_EQ(harness.view.rulerRect().width(), 40);
-    const TextSnapshot& text = harness.storage.snapshot();
-    LineIndex expected = text.lineAt(harness.view.visibleRange().location);
-    int bottom = 0;
-    harness.view.forEachVisibleLine([&](LineIndex line, int y, int height) {
-        EXPECT_EQ(line, expected);
-        ++expected;
-        EXPECT_TRUE(bottom == 0 || y == bottom) << y;
-        bottom = y + height;
-        const QRect caret = harness.view.caretRectAt(text.lineStart(line));
-        EXPECT_TRUE(caret.isEmpty() || caret.y() == y) << y;
-    });
-    EXPECT_GE(bottom, harness.view.viewport()->height());
-    EXPECT_EQ(text.lineStart(expected), harness.view.visibleRange().end());
-}
-
 TEST_P(Scrolling, tellsWhenOtherLinesAreInSight)
 {
     QSignalSpy spy(&harness.view, &TextViewWidget::visibleRangeChanged);
