@@ -12,10 +12,10 @@ PendingPaste::PendingPaste(QPTextView& editor, QString actionName)
     connect(&editor.textStorage(), &TextStorage::edited, this, &PendingPaste::followEdit);
 }
 
-void PendingPaste::start(PastedText text)
+void PendingPaste::start(std::function<PastedText()> text)
 {
     runInBackground(
-        this, [text = std::move(text)] { return text.decoded(); },
+        this, [text = std::move(text)] { return text().decoded(); },
         [this](const TextSnapshot& decoded) { insert(decoded); });
 }
 
@@ -33,7 +33,9 @@ void PendingPaste::followEdit(const TextChange& change)
 void PendingPaste::insert(const TextSnapshot& text)
 {
     disconnect(&m_editor.textStorage(), nullptr, this, nullptr);
-    if (!m_lost && m_editor.isEditable()) {
+    if (text.isEmpty()) {
+        Q_EMIT m_editor.beep();
+    } else if (!m_lost && m_editor.isEditable()) {
         m_editor.setSelections(m_targets, m_targets.size() - 1);
         pasteText(m_editor, text, {}, m_actionName);
         Q_EMIT finished();

@@ -3,11 +3,13 @@
 #include "editing/QPTextView.h"
 #include "view/PastedText.h"
 
+#include <functional>
+
 namespace quillory {
 
-/// A long text that is being made ready aside, and the selections it is to replace, which follow
-/// the edits made meanwhile. It is given up when such an edit replaces what it is to stand in or
-/// beside, and when the editor goes.
+/// A text that is being fetched or made ready aside, and the selections it is to replace, which
+/// follow the edits made meanwhile. It is given up when such an edit replaces what it is to stand
+/// in or beside, and when the editor goes.
 class PendingPaste : public QObject
 {
     Q_OBJECT
@@ -15,8 +17,9 @@ class PendingPaste : public QObject
 public:
     PendingPaste(QPTextView& editor, QString actionName);
 
-    /// Deletes itself when the text was inserted, which it says by finished(), or given up.
-    void start(PastedText text);
+    /// Calls \a text on another thread. Deletes itself when what that answered was inserted, which
+    /// it says by finished(), or given up; an empty text is no text, and is told of by a beep.
+    void start(std::function<PastedText()> text);
 
 Q_SIGNALS:
     void finished();

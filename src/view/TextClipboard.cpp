@@ -4,15 +4,75 @@
 #include "editing/SelectionCommands.h"
 #include "view/PendingPaste.h"
 #include "view/SnapshotMimeData.h"
+#include "view/X11Selection.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QSemaphore>
+#include <QThreadPool>
 
 namespace quillory {
 
 namespace {
 
 constexpr qsizetype longText = 500'000; // bytes or units, made ready in a few milliseconds
+constexpr int quickAnswer = 30;         // milliseconds that another program may take with the user
+
+/// Lets the pool run another thread in the place of this one, which waits.
+struct WaitingInPool
+{
+    WaitingInPool() { QThreadPool::globalInstance()->releaseThread(); }
+    ~WaitingInPool() { QThreadPool::globalInstance()->reserveThread(); }
+    Q_DISABLE_COPY_MOVE(WaitingInPool)
+};
+
+/// The text of another program, which another thread waits for.
+class ForeignText
+{
+public:
+    explicit ForeignText(QClipboard::Mode mode)
+    {
+        QThreadPool::globalInstance()->start([shared = m_shared, mode] {
+            const WaitingInPool waiting;
+            shared->utf8 = X11Selection::utf8Text(mode);
+            shared->isThere.release();
+        });
+    }
+
+    bool isThereIn(int milliseconds) const
+    {
+        const bool isThere = m_shared->isThere.tryAcquire(1, milliseconds);
+        if (isThere)
+            m_shared->isThere.release();
+        return isThere;
+    }
+    /// Waits, on a thread of the pool where it is not there yet.
+    std::optional<QByteArray> text() const
+    {
+        const WaitingInPool waiting;
+        m_shared->isThere.acquire();
+        m_shared->isThere.release();
+        return m_shared->utf8;
+    }
+
+private:
+    struct Shared
+    {
+        QSemaphore isThere;
+        std::optional<QByteArray> utf8;
+    };
+    std::shared_ptr<Shared> m_shared = std::make_shared<Shared>();
+};
+
+QString pasteName()
+{
+    return QCoreApplication::translate("TextClipboard", "Paste");
+}
+
+bool isForeign(const QClipboard& clipboard, QClipboard::Mode mode)
+{
+    return !(mode == QClipboard::Selection ? clipboard.ownsSelection() : clipboard.ownsClipboard());
+}
 
 } // namespace
 
@@ -47,25 +107,53 @@ void TextClipboard::paste(QClipboard::Mode mode, const std::function<void()>& do
     const QClipboard& clipboard = *QGuiApplication::clipboard();
     if (!m_editor.isEditable() || (mode == QClipboard::Selection && !clipboard.supportsSelection()))
         return;
-    const QMimeData* data = clipboard.mimeData(mode);
-    if (!data || !offersText(*data))
+    if (!X11Selection::isAvailable() || !isForeign(clipboard, mode)) {
+        if (const QMimeData* data = clipboard.mimeData(mode))
+            pasteData(*data, done);
         return;
-    const QString name = QCoreApplication::translate("TextClipboard", "Paste");
-    if (const auto* own = qobject_cast<const SnapshotMimeData*>(data)) {
+    }
+    const ForeignText foreign(mode);
+    if (!foreign.isThereIn(quickAnswer)) {
+        pasteLater(
+            [foreign] {
+                return PastedText{foreign.text().value_or(QByteArray()), {}};
+            },
+            done);
+    } else if (std::optional<QByteArray> text = foreign.text()) {
+        pasteForeign({*std::move(text), {}}, done);
+    } else if (const QMimeData* data = clipboard.mimeData(mode)) {
+        pasteData(*data, done); // in another form
+    }
+}
+
+void TextClipboard::pasteData(const QMimeData& data, const std::function<void()>& done)
+{
+    if (!offersText(data))
+        return;
+    if (const auto* own = qobject_cast<const SnapshotMimeData*>(&data)) {
         // A copy: what is pasted over may be what owns the clipboard's parts.
         const TextSnapshot text = own->text();
         const std::vector<TextRange> parts = own->parts();
-        pasteText(m_editor, text, parts, name);
+        pasteText(m_editor, text, parts, pasteName());
         done();
         return;
     }
-    PastedText text = pastedText(*data);
-    if (text.size() < longText) {
-        pasteText(m_editor, text.decoded(), {}, name);
-        done();
+    pasteForeign(pastedText(data), done);
+}
+
+void TextClipboard::pasteForeign(PastedText text, const std::function<void()>& done)
+{
+    if (text.size() >= longText) {
+        pasteLater([text = std::move(text)] { return text; }, done);
         return;
     }
-    auto* pending = new PendingPaste(m_editor, name);
+    pasteText(m_editor, text.decoded(), {}, pasteName());
+    done();
+}
+
+void TextClipboard::pasteLater(std::function<PastedText()> text, const std::function<void()>& done)
+{
+    auto* pending = new PendingPaste(m_editor, pasteName());
     QObject::connect(pending, &PendingPaste::finished, &m_editor, done);
     pending->start(std::move(text));
 }

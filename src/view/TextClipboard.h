@@ -1,5 +1,7 @@
 #pragma once
 
+#include "view/PastedText.h"
+
 #include <QClipboard>
 #include <functional>
 
@@ -23,10 +25,15 @@ public:
     /// The same, with \a html, a fragment of a page, as its rich form.
     void copyRichText(const QString& html) const;
     void cut(const QFont& font);
-    /// Calls \a done when the text was inserted, unless the editor is gone by then.
+    /// Calls \a done when the text was inserted, unless the editor is gone by then. Another program
+    /// that does not answer at once is waited for on another thread, on an X server.
     void paste(QClipboard::Mode mode, const std::function<void()>& done);
 
 private:
+    void pasteData(const QMimeData& data, const std::function<void()>& done);
+    void pasteForeign(PastedText text, const std::function<void()>& done);
+    void pasteLater(std::function<PastedText()> text, const std::function<void()>& done);
+
     QPTextView& m_editor;
 };
 
