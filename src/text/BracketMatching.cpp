@@ -88,6 +88,9 @@ BracketBits bitsOf(const Unit* units, BracketKind kind)
 Unmatched unmatchedIn(BracketBits bits)
 {
     Unmatched result;
+    const quint64 closersOfNeighbours = bits.openers << 1 & bits.closers;
+    bits.openers ^= closersOfNeighbours >> 1;
+    bits.closers ^= closersOfNeighbours;
     if (bits.openers == 0 || bits.closers == 0)
         return {std::popcount(bits.closers), std::popcount(bits.openers)};
     for (quint64 both = bits.openers | bits.closers; both != 0; both &= both - 1) {
@@ -167,22 +170,22 @@ public:
         return result;
     }
 
-    /// The opener that the \a pending-th closer wants, counted from \a end, a place in \a node, to
-    /// its beginning; where it is not in there, \a pending is what is then still wanted.
-    std::optional<TextOffset> openerBefore(const TextNode& node, TextOffset end,
+    /// The opener that the \a pending-th closer wants, counted from \a end down to \a begin, places
+    /// in \a node; where it is not in there, \a pending is what is then still wanted.
+    std::optional<TextOffset> openerBefore(const TextNode& node, TextOffset begin, TextOffset end,
                                            TextOffset& pending) const
     {
-        if (end == node.metrics.units && skips(node, pending, &Unmatched::openers))
+        if (begin <= 0 && end == node.metrics.units && skips(node, pending, &Unmatched::openers))
             return {};
         if (node.height == 0)
-            return openerInLeaf(asLeaf(node), end, pending);
+            return openerInLeaf(asLeaf(node), std::max<TextOffset>(begin, 0), end, pending);
         const TextBranch& branch = asBranch(node);
-        for (int i = branch.childAtUnit(end - 1); i >= 0; --i) {
+        for (int i = branch.childAtUnit(end - 1); i >= 0 && end > begin; --i) {
             const TextNode& child = *branch.children[size_t(i)];
             const TextOffset start = branch.unitsBefore[size_t(i)];
-            const TextOffset inside = std::min(end - start, child.metrics.units);
-            if (const auto found = openerBefore(child, inside, pending))
+            if (const auto found = openerBefore(child, begin - start, end - start, pending))
                 return start + *found;
+            end = start;
         }
         return {};
     }
@@ -210,8 +213,6 @@ private:
     /// Whether \a node holds none of the \a partners that are still wanted; then it is passed.
     bool skips(const TextNode& node, TextOffset& pending, TextOffset Unmatched::*partners) const
     {
-        if (node.height == 0)
-            return false;
         const Unmatched all = unmatched(node);
         if (all.*partners >= pending)
             return false;
@@ -219,14 +220,15 @@ private:
         return true;
     }
 
-    std::optional<TextOffset> openerInLeaf(const TextLeaf& leaf, TextOffset end,
+    std::optional<TextOffset> openerInLeaf(const TextLeaf& leaf, TextOffset begin, TextOffset end,
                                            TextOffset& pending) const
     {
         size_t hint = 0;
-        while (end > 0) {
+        while (end > begin) {
             const TextPiece piece = leaf.pieceAt(end - 1, hint);
+            const TextOffset first = std::max<TextOffset>(begin - piece.location, 0);
             const auto visit = [&](auto view) -> std::optional<TextOffset> {
-                for (TextOffset i = end - piece.location; i-- > 0;) {
+                for (TextOffset i = end - piece.location; i-- > first;) {
                     const char16_t unit = unitsOf(view)[i];
                     if (unit == m_kind.closer)
                         ++pending;
@@ -298,12 +300,12 @@ std::optional<BracketKind> kindClosedBy(char16_t unit)
 }
 
 std::optional<TextOffset> openerBefore(const TextSnapshot& text, TextOffset offset,
-                                       BracketKind kind)
+                                       BracketKind kind, TextOffset from)
 {
     TextOffset pending = 1;
-    if (offset <= 0)
+    if (offset <= from)
         return {};
-    return BracketSearch(kind).openerBefore(*text.root(), offset, pending);
+    return BracketSearch(kind).openerBefore(*text.root(), from, offset, pending);
 }
 
 std::optional<TextOffset> closerFrom(const TextSnapshot& text, TextOffset offset, BracketKind kind)

@@ -31,9 +31,10 @@ inline constexpr BracketKind angleBrackets{u'<', u'>'};
 std::optional<BracketKind> kindOpenedBy(char16_t unit);
 std::optional<BracketKind> kindClosedBy(char16_t unit);
 
-/// The opener of \a kind nearest before \a offset that no closer before \a offset belongs to.
+/// The opener of \a kind nearest before \a offset that no closer before \a offset belongs to;
+/// nothing where it stands before \a from.
 std::optional<TextOffset> openerBefore(const TextSnapshot& text, TextOffset offset,
-                                       BracketKind kind);
+                                       BracketKind kind, TextOffset from = 0);
 
 /// The closer of \a kind nearest from \a offset on that no opener from \a offset on belongs to.
 std::optional<TextOffset> closerFrom(const TextSnapshot& text, TextOffset offset, BracketKind kind);

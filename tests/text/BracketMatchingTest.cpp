@@ -6,9 +6,10 @@
 namespace quillory {
 namespace {
 
-std::optional<TextOffset> expectedOpener(const QString& text, TextOffset offset, BracketKind kind)
+std::optional<TextOffset> expectedOpener(const QString& text, TextOffset offset, BracketKind kind,
+                                         TextOffset from = 0)
 {
-    for (int depth = 0; offset-- > 0;) {
+    for (int depth = 0; offset-- > from;) {
         if (text[offset] == kind.closer)
             ++depth;
         else if (text[offset] == kind.opener && depth-- == 0)
@@ -60,6 +61,10 @@ TEST(BracketMatching, FindsWhatCountingFindsAlsoAfterEdits)
             for (const BracketKind kind :
                  {roundBrackets, curlyBrackets, squareBrackets, angleBrackets}) {
                 ASSERT_EQ(openerBefore(snapshot, offset, kind), expectedOpener(text, offset, kind))
+                    << round << ' ' << look;
+                const TextOffset from = anywhere(text);
+                ASSERT_EQ(openerBefore(snapshot, offset, kind, from),
+                          expectedOpener(text, offset, kind, from))
                     << round << ' ' << look;
                 ASSERT_EQ(closerFrom(snapshot, offset, kind), expectedCloser(text, offset, kind))
                     << round << ' ' << look;
