@@ -27,14 +27,17 @@ void setIcon()
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillory.svg")));
 }
 
-/// What a new user begins with: the band behind the current line, and a dark theme on a dark
-/// desktop.
+/// What a new user begins with: the band behind the current line, new lines indented, and a dark
+/// theme on a dark desktop. Brackets are not closed: "<" is one of them also where it compares, and
+/// typing a closer does not step over the one that is there.
 void writeFirstDefaults(const ApplicationFolders& folders, UserDefaults& defaults)
 {
     if (defaults.value(keys::firstStartEver))
         return;
-    if (!defaults.isWritten(keys::highlight))
-        defaults.setValue(keys::highlight, true);
+    for (const auto& key : {keys::highlight, keys::indentNewLinesBraces}) {
+        if (!defaults.isWritten(key))
+            defaults.setValue(key, true);
+    }
     const bool isDark = QGuiApplication::palette().color(QPalette::Base).lightnessF() < 0.5F;
     if (!isDark || defaults.isWritten(keys::selectedTheme))
         return;

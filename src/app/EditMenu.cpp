@@ -77,6 +77,9 @@ constexpr MenuItem items[]{
      .ownKeys = "Ctrl+Shift+L",
      .run = [](W& w) { splitSelectionsIntoLines(w.document().textView()); },
      .isEnabled = hasSelection},
+    separator,
+    {.text = ENTRY("&Indent New Lines"), .preference = &keys::indentNewLinesBraces},
+    {.text = ENTRY("Close Brac&kets"), .preference = &keys::insertClosingParenthesisandBrace},
 };
 
 } // namespace

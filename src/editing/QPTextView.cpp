@@ -1,6 +1,10 @@
 #include "editing/QPTextView.h"
 
+#include "editing/DoubleClick.h"
+#include "editing/NewlineRule.h"
 #include "editing/SelectionMerging.h"
+#include "editing/TabRule.h"
+#include "editing/TypingRules.h"
 #include "text/TextBoundary.h"
 
 #include <QScopedValueRollback>
@@ -100,6 +104,25 @@ TextRange QPTextView::selectionRangeForProposedRange(TextRange proposed,
     return TextRange::between(start, end < proposed.end() ? characterAfter(text, end) : end);
 }
 
+TextRange QPTextView::selectionRangeForProposedRange(TextRange proposed,
+                                                     SelectionGranularity granularity,
+                                                     int clickCount)
+{
+    const TextSnapshot& text = string();
+    const TextRange word = selectionRangeForProposedRange(proposed, granularity);
+    if (granularity != SelectionGranularity::Word || clickCount != 2 ||
+        proposed.location >= text.length())
+        return word;
+    const TextOffset clicked =
+        selectionRangeForProposedRange(proposed, SelectionGranularity::Character).location;
+    if (!isBracket(text, clicked))
+        return wordSegment(text, word, clicked);
+    if (const auto span = bracketSpan(text, clicked))
+        return *span;
+    Q_EMIT beep();
+    return selectionRangeForProposedRange({proposed.location, 1}, SelectionGranularity::Character);
+}
+
 void QPTextView::moveEach(const std::function<TextOffset(const Selection&)>& target, bool extending)
 {
     std::vector<Selection> moved;
@@ -109,56 +132,6 @@ void QPTextView::moveEach(const std::function<TextOffset(const Selection&)>& tar
         moved.push_back({extending ? selection.anchor : head, head});
     }
     setSelections(std::move(moved), m_primary);
-}
-
-void QPTextView::moveLeft(bool extending)
-{
-    moveEach(
-        [&](const Selection& selection) {
-            return extending || selection.isCaret() ? characterBefore(string(), selection.head)
-                                                    : selection.range().location;
-        },
-        extending);
-}
-
-void QPTextView::moveRight(bool extending)
-{
-    moveEach(
-        [&](const Selection& selection) {
-            return extending || selection.isCaret() ? characterAfter(string(), selection.head)
-                                                    : selection.range().end();
-        },
-        extending);
-}
-
-void QPTextView::moveWordLeft(bool extending)
-{
-    moveEach([&](const Selection& selection) { return wordStartBefore(string(), selection.head); },
-             extending);
-}
-
-void QPTextView::moveWordRight(bool extending)
-{
-    moveEach([&](const Selection& selection) { return wordEndAfter(string(), selection.head); },
-             extending);
-}
-
-void QPTextView::moveToBeginningOfParagraph(bool extending)
-{
-    moveEach(
-        [&](const Selection& selection) {
-            return string().lineStart(string().lineAt(selection.head));
-        },
-        extending);
-}
-
-void QPTextView::moveToEndOfParagraph(bool extending)
-{
-    moveEach(
-        [&](const Selection& selection) {
-            return string().lineContent(string().lineAt(selection.head)).end();
-        },
-        extending);
 }
 
 void QPTextView::moveParagraphBackward(bool extending)
@@ -194,17 +167,20 @@ void QPTextView::moveToEndOfDocument(bool extending)
 
 void QPTextView::insertText(const QString& text)
 {
-    replaceEach(&Selection::range, TextSnapshot(text), UndoKind::Typing, typingName());
+    make(typingEdits(string(), m_selections, text, m_defaults), UndoKind::Typing, typingName());
 }
 
 void QPTextView::insertNewline()
 {
-    insertText(QStringLiteral("\n"));
+    make(newlineEdits(string(), m_selections, indentsNewLines(m_defaults)), UndoKind::Typing,
+         typingName());
 }
 
 void QPTextView::insertTab()
 {
-    insertText(QStringLiteral("\t"));
+    const bool types = std::ranges::all_of(m_selections, &Selection::isCaret);
+    make(tabEdits(string(), m_selections), types ? UndoKind::Typing : UndoKind::Other,
+         types ? typingName() : tr("Indent"));
 }
 
 void QPTextView::deleteBackward()
@@ -336,31 +312,33 @@ void QPTextView::restoreSelections(const std::vector<Selection>& selections)
 void QPTextView::replaceEach(const Edit& range, const TextSnapshot& text, UndoKind kind,
                              const QString& actionName)
 {
-    std::vector<Selection> targets;
-    targets.reserve(m_selections.size());
-    for (const Selection& selection : m_selections)
-        targets.push_back(Selection::over(range(selection)));
-    const bool nothing = text.isEmpty() && std::all_of(targets.begin(), targets.end(),
-                                                       [](const auto& t) { return t.isCaret(); });
-    if (nothing)
-        return;
-
-    TextOffset shift = 0;
-    TextOffset done = 0; // where the previous target ended, before the edits
-    std::vector<TextEdit> edits;
-    std::vector<Selection> after;
-    edits.reserve(targets.size());
-    after.reserve(targets.size());
-    for (const Selection& target : targets) {
+    TextOffset done = 0; // where the previous target ended
+    SelectionEdits edits;
+    for (const Selection& selection : m_selections) {
         // Two carets may delete towards each other.
-        const TextOffset start = std::max(target.range().location, done);
-        const TextRange old = TextRange::between(start, std::max(start, target.range().end()));
-        done = old.end();
-        edits.push_back({old, text});
-        shift += text.length() - old.length;
-        after.push_back(Selection::caret(old.end() + shift));
+        const TextRange target = range(selection);
+        const TextOffset start = std::max(target.location, done);
+        done = std::max(start, target.end());
+        edits.type(TextRange::between(start, done), text);
     }
-    replaceCharacters(edits, std::move(after), m_primary, actionName, kind);
+    make(std::move(edits), kind, actionName);
+}
+
+/// As one step. Where no edit changes anything, only the selections are set.
+void QPTextView::make(SelectionEdits made, UndoKind kind, const QString& actionName)
+{
+    const bool nothing = std::ranges::all_of(made.edits, [](const TextEdit& edit) {
+        return edit.range.isEmpty() && edit.replacement.isEmpty();
+    });
+    if (nothing) {
+        setSelections(std::move(made.selections), m_primary);
+        return;
+    }
+    m_storage.beginEditing();
+    if (made.unregistered && m_editable)
+        m_storage.replaceCharactersInRange(*made.unregistered, TextSnapshot());
+    replaceCharacters(made.edits, std::move(made.selections), m_primary, actionName, kind);
+    m_storage.endEditing();
 }
 
 bool QPTextView::replaceCharacters(std::span<const TextEdit> edits,

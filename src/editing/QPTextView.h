@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editing/BracketNoting.h"
 #include "text/Selection.h"
 #include "text/TextStorage.h"
 #include "text/UndoManager.h"
@@ -16,6 +17,7 @@ class QMenu;
 namespace quillory {
 
 class UserDefaults;
+struct SelectionEdits;
 
 /// How far a proposed selection is widened.
 enum class SelectionGranularity
@@ -70,16 +72,15 @@ public:
     /// The range that a click or a drag over \a proposed selects.
     TextRange selectionRangeForProposedRange(TextRange proposed,
                                              SelectionGranularity granularity) const;
+    /// The same, but the second click of two, by words, selects a bracket with its partner and what
+    /// lies between them, and of a word with "." or ":" in it the part between two of them. A
+    /// bracket without a partner is selected alone, with a beep.
+    TextRange selectionRangeForProposedRange(TextRange proposed, SelectionGranularity granularity,
+                                             int clickCount);
 
     // Movement. \a target answers where a selection's head goes; \a extending keeps the anchors.
 
     void moveEach(const std::function<TextOffset(const Selection&)>& target, bool extending);
-    void moveLeft(bool extending);  ///< by character; a selection collapses to its start
-    void moveRight(bool extending); ///< by character; a selection collapses to its end
-    void moveWordLeft(bool extending);
-    void moveWordRight(bool extending);
-    void moveToBeginningOfParagraph(bool extending);
-    void moveToEndOfParagraph(bool extending);
     void moveParagraphBackward(bool extending); ///< to this line's start, then to the one before
     void moveParagraphForward(bool extending);
     void moveToBeginningOfDocument(bool extending);
@@ -87,10 +88,10 @@ public:
 
     // Typing and deleting.
 
-    void insertText(const QString& text);
-    void insertNewline();
-    void insertTab();
-    void deleteBackward(); ///< see deletionStartBefore()
+    void insertText(const QString& text); ///< by typingEdits()
+    void insertNewline();                 ///< by newlineEdits()
+    void insertTab();                     ///< by tabEdits()
+    void deleteBackward();                ///< see deletionStartBefore()
     void deleteForward();
     void deleteWordBackward();
     void deleteWordForward();
@@ -143,11 +144,13 @@ private:
     void restoreSelections(const std::vector<Selection>& selections);
     void replaceEach(const Edit& range, const TextSnapshot& text, UndoKind kind,
                      const QString& actionName);
+    void make(SelectionEdits made, UndoKind kind, const QString& actionName);
     void deleteEach(const std::function<TextOffset(TextOffset)>& target, UndoKind kind);
 
     TextStorage& m_storage;
     UndoManager& m_undo;
     const UserDefaults* m_defaults;
+    BracketNoting m_bracketNoting{m_storage, this};
     std::vector<Selection> m_selections{Selection{}};
     size_t m_primary = 0;
     bool m_editable = true;

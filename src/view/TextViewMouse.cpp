@@ -1,6 +1,7 @@
 #include "view/TextViewMouse.h"
 
 #include "editing/SelectionCommands.h"
+#include "text/TextBoundary.h"
 #include "view/TextDrag.h"
 #include "view/TextViewWidget.h"
 
@@ -80,32 +81,45 @@ void TextViewMouse::doubleClick(const QMouseEvent& event)
     }
     m_pressed = m_doubleClickPosition = event.position().toPoint();
     m_sinceDoubleClick.start();
-    start(m_view.offsetAtPoint(m_doubleClickPosition), SelectionGranularity::Word,
+    start(characterAt(m_doubleClickPosition), SelectionGranularity::Word,
           event.modifiers() & Qt::ControlModifier);
+}
+
+/// Where the character under \a point begins; beside the text, the nearest place.
+TextOffset TextViewMouse::characterAt(QPoint point) const
+{
+    const TextOffset near = m_view.offsetAtPoint(point);
+    const TextOffset before = characterBefore(m_view.editor().string(), near);
+    const QRect nearCaret = m_view.caretRectAt(near);
+    const QRect beforeCaret = m_view.caretRectAt(before);
+    const auto isInRow = [&](const QRect& caret) {
+        return caret.top() <= point.y() && point.y() <= caret.bottom();
+    };
+    if (!isInRow(beforeCaret))
+        return near;
+    if (!isInRow(nearCaret)) // the place where a row ends counts as the beginning of the next one
+        return before;
+    const auto [from, to] = std::minmax(beforeCaret.x(), nearCaret.x());
+    return from <= point.x() && point.x() < to ? before : near;
 }
 
 bool TextViewMouse::isOnSelectedText(QPoint point) const
 {
-    const TextOffset offset = m_view.offsetAtPoint(point);
-    if (!isInSelectedText(m_view.editor(), offset))
-        return false;
-    // The nearest place between characters may be the edge of a selection on either side of it.
-    const bool isBefore = point.x() < m_view.caretRectAt(offset).x();
-    const auto isSelected = [&](TextOffset unit) {
-        const auto& selections = m_view.editor().selections();
-        const auto it = std::partition_point(
-            selections.begin(), selections.end(),
-            [&](const Selection& selection) { return selection.range().end() <= unit; });
-        return it != selections.end() && it->range().contains(unit);
-    };
-    return isSelected(isBefore ? offset - 1 : offset);
+    const TextOffset character = characterAt(point);
+    const auto& selections = m_view.editor().selections();
+    const auto it =
+        std::partition_point(selections.begin(), selections.end(), [&](const Selection& selection) {
+            return selection.range().end() <= character;
+        });
+    return it != selections.end() && it->range().contains(character);
 }
 
 void TextViewMouse::start(TextOffset offset, SelectionGranularity granularity, bool adding)
 {
     QPTextView& editor = m_view.editor();
     m_granularity = granularity;
-    m_origin = editor.selectionRangeForProposedRange({offset, 0}, granularity);
+    const int clickCount = granularity == SelectionGranularity::Word ? 2 : 1;
+    m_origin = editor.selectionRangeForProposedRange({offset, 0}, granularity, clickCount);
     m_others = adding ? editor.selections() : std::vector<Selection>();
     m_action = Action::Select;
     extendToOffset(offset, m_pressed);
@@ -115,6 +129,8 @@ void TextViewMouse::extendTo(QPoint point)
 {
     if (m_action == Action::SelectColumn)
         extendColumnTo(point);
+    else if (m_granularity == SelectionGranularity::Word)
+        extendToOffset(characterAt(point), point);
     else
         extendToOffset(m_view.offsetAtPoint(point), point);
 }
@@ -128,7 +144,9 @@ void TextViewMouse::extendColumnTo(QPoint point)
 void TextViewMouse::extendToOffset(TextOffset offset, QPoint point)
 {
     const TextRange reached =
-        m_view.editor().selectionRangeForProposedRange({offset, 0}, m_granularity);
+        m_origin.contains(offset)
+            ? m_origin // which may be more than a word, or less
+            : m_view.editor().selectionRangeForProposedRange({offset, 0}, m_granularity);
     // Whole words or lines from where the drag began; the head is where the mouse is.
     const Selection selection =
         reached.location < m_origin.location

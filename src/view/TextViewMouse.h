@@ -12,11 +12,12 @@ namespace quillory {
 
 class TextViewWidget;
 
-/// Selecting with the mouse: clicks set the caret, double clicks select words, triple clicks lines,
-/// drags extend by what was clicked, and scroll when they leave the view. Shift extends, Ctrl adds
-/// a selection or takes the clicked one away, Alt selects a rectangle, the middle button inserts
-/// the primary selection. A press on selected text is the beginning of its drag, or, when it does
-/// not move, sets the caret at the release.
+/// Selecting with the mouse: clicks set the caret, double clicks select words, or a bracket with
+/// its partner and all between, triple clicks lines, drags extend by characters, words or lines,
+/// and scroll when they leave the view. Shift extends, Ctrl adds a selection or takes the clicked
+/// one away, Alt selects a rectangle, the middle button inserts the primary selection. A press on
+/// selected text is the beginning of its drag, or, when it does not move, sets the caret at the
+/// release.
 class TextViewMouse
 {
 public:
@@ -39,6 +40,7 @@ private:
         Grab ///< of selected text, not yet a drag
     };
 
+    TextOffset characterAt(QPoint point) const;
     bool isOnSelectedText(QPoint point) const;
     void start(TextOffset offset, SelectionGranularity granularity, bool adding);
     void extendTo(QPoint point);

@@ -1,4 +1,5 @@
 #include "editing/SelectionCommands.h"
+#include "text/TextBoundary.h"
 
 #include "MarkedEditor.h"
 
@@ -135,7 +136,9 @@ TEST(SelectionCommands, ManyCaretsTypeAndDeleteInStepsAsOneDoes)
                 else if (action == 4)
                     view->deleteBackward();
                 else if (action == 5)
-                    view->moveLeft(false);
+                    view->moveEach(
+                        [&](const Selection& s) { return characterBefore(view->string(), s.head); },
+                        false);
                 else if (action == 6)
                     view->undo();
                 else

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QSignalSpy>
 #include <QTest>
 
 namespace quillory {
@@ -85,6 +86,65 @@ TEST_F(TextViewMouseTest, aDoubleClickSelectsAWordAndItsDragWords)
     expect("one ^two three|\nfour five\n\nsix");
     move(harness.pointOf(1));
     expect("|one two^ three\nfour five\n\nsix");
+}
+
+TEST_F(TextViewMouseTest, aDoubleClickSelectsWhatIsUnderTheMouse)
+{
+    // The place between characters that is nearest to the right half of one lies behind it.
+    const auto rightHalfOf = [&](TextOffset offset) {
+        return (harness.pointOf(offset) + 3 * harness.pointOf(offset + 1)) / 4;
+    };
+    struct Click
+    {
+        const char* text;
+        TextOffset at;
+        const char* selected;
+        int beeps;
+    };
+    const Click clicks[] = {
+        {"f((a) b) c", 1, "f^((a) b)| c", 0},
+        {"f((a) b) c", 7, "f^((a) b)| c", 0},
+        {"f((a) b) c", 2, "f(^(a)| b) c", 0},
+        {"a) b", 1, "a^)| b", 1},
+        {"one.two:three", 2, "^one|.two:three", 0},
+        {"one.two:three", 4, "one.^two|:three", 0},
+        {"one two", 2, "^one| two", 0},
+    };
+    QSignalSpy beeps(&harness.editor, &QPTextView::beep);
+    for (const Click& click : clicks) {
+        for (const bool right : {false, true}) {
+            harness.setMarked(QLatin1String(click.text) + u'|');
+            beeps.clear();
+            const QPoint point = right ? rightHalfOf(click.at) : harness.pointOf(click.at);
+            QTest::mouseClick(harness.view.viewport(), left, {}, point);
+            QTest::mouseDClick(harness.view.viewport(), left, {}, point);
+            expect(click.selected);
+            EXPECT_EQ(beeps.count(), click.beeps) << click.text;
+            QTest::qWait(QApplication::doubleClickInterval() + 50); // or it would be a triple click
+        }
+    }
+}
+
+TEST_F(TextViewMouseTest, aDragGoesOnByWordsFromWhatADoubleClickSelected)
+{
+    harness.setMarked(QStringLiteral("one (two one.two) three\nfour|"));
+    const auto drag = [&](TextOffset from,
+                          std::initializer_list<std::pair<TextOffset, const char*>> steps) {
+        QTest::mouseClick(harness.view.viewport(), left, {}, harness.pointOf(from));
+        QTest::mouseDClick(harness.view.viewport(), left, {}, harness.pointOf(from));
+        for (const auto& [to, marked] : steps) {
+            move(harness.pointOf(to));
+            expect(marked);
+        }
+        QTest::mouseRelease(harness.view.viewport(), left);
+        QTest::qWait(QApplication::doubleClickInterval() + 50);
+    };
+    drag(4, {{6, "one ^(two one.two)| three\nfour"},
+             {20, "one ^(two one.two) three|\nfour"},
+             {1, "|one (two one.two)^ three\nfour"}});
+    drag(9, {{10, "one (two ^one|.two) three\nfour"},
+             {14, "one (two ^one.two|) three\nfour"},
+             {6, "one (|two one^.two) three\nfour"}});
 }
 
 TEST_F(TextViewMouseTest, aTripleClickSelectsALineAndItsDragLines)

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "foundation/UserDefaults.h"
 #include "view/TextViewWidget.h"
 
 #include <QString>
 #include <QStringList>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace quillory {
@@ -14,9 +16,11 @@ class ViewHarness
 public:
     explicit ViewHarness(const QString& text = {});
 
+    QTemporaryDir folder;
+    UserDefaults defaults{folder.filePath(QStringLiteral("defaults"))}; ///< of which none is written
     TextStorage storage;
     UndoManager undo{storage};
-    QPTextView editor{storage, undo};
+    QPTextView editor{storage, undo, &defaults};
     Overlay overlay;
     TextViewWidget view{editor, overlay};
 
