@@ -109,4 +109,11 @@ void DialogQuestions::tell(QWidget* window, const QString& text, const QString& 
     box->open();
 }
 
+void DialogQuestions::showAlert(QWidget* window, const QString& title, const QString& message)
+{
+    QMessageBox* box = newBox(window, QMessageBox::Information, title, message);
+    box->setStandardButtons(QMessageBox::Ok);
+    box->open();
+}
+
 } // namespace quillory

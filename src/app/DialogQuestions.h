@@ -18,6 +18,7 @@ public:
                         std::function<void(const QString&)> answer) override;
     void tell(QWidget* window, const QString& text, const QString& explanation,
               std::function<void()> done) override;
+    void showAlert(QWidget* window, const QString& title, const QString& message) override;
 };
 
 } // namespace quillory

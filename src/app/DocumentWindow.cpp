@@ -102,6 +102,10 @@ void DocumentWindow::connectDocument()
         m_status->showForm(*m_document);
         updateLineBreaksMessage(*this);
     });
+    connect(&document, &Document::alertRequested, this,
+            [this](const QString& title, const QString& text) {
+                m_services.questions.showAlert(this, title, text);
+            });
     connect(&document, &Document::textViewSettingsApplied, this, [this] { m_appearance->apply(); });
     connect(m_view, &TextViewWidget::visibleRangeChanged, &document, &Document::pageRecolour);
     connect(&document.syntaxColouring(), &SyntaxColouring::faultsChanged, this,

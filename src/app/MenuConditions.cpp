@@ -39,4 +39,11 @@ bool canDelete(const DocumentWindow& window)
     return window.document().textView().isEditable() && hasSelection(window);
 }
 
+bool canCloseTag(const DocumentWindow& window)
+{
+    Document& document = window.document();
+    return document.textView().isEditable() && document.record().canCloseTags &&
+           !document.completeString().isEmpty();
+}
+
 } // namespace quillory

@@ -16,7 +16,9 @@ bool hasFile(const DocumentWindow& window);
 bool isUnderstood(const DocumentWindow& window);
 /// Something is selected, be it at one place of several.
 bool hasSelection(const DocumentWindow& window);
-/// That can be taken away.
+/// That may be changed or taken away.
 bool canDelete(const DocumentWindow& window);
+/// There may be tags to close: the language has them.
+bool canCloseTag(const DocumentWindow& window);
 
 } // namespace quillory

@@ -1,10 +1,58 @@
+#include "app/DocumentWindow.h"
+#include "app/MenuConditions.h"
 #include "app/MenuTable.h"
+#include "document/Document.h"
 
 namespace quillory {
 
+namespace {
+
+using W = DocumentWindow;
+
+constexpr MenuItem separator{};
+
+constexpr MenuItem items[]{
+    // Where brackets need a third key, the letters are the way.
+    {.text = ENTRY("&Indent"),
+     .ownKeys = "Ctrl+]; Ctrl+I",
+     .run = [](W& w) { w.document().indentSelection(); },
+     .isEnabled = canDelete},
+    {.text = ENTRY("&Unindent"),
+     .ownKeys = "Ctrl+[; Ctrl+Shift+I",
+     .run = [](W& w) { w.document().unindentSelection(); },
+     .isEnabled = canDelete},
+    {.text = ENTRY("Toggle &Comment"),
+     .ownKeys = "Ctrl+/",
+     .run = [](W& w) { w.document().commentAction(); },
+     .isEnabled = canDelete},
+    {.text = ENTRY("Close Current &Tag"),
+     .ownKeys = "Alt+.",
+     .run = [](W& w) { w.document().closeCurrentTag(); },
+     .isEnabled = canCloseTag},
+    separator,
+    {.text = ENTRY("Remove Trailing &Blanks"),
+     .ownKeys = "Ctrl+Shift+T",
+     .run = [](W& w) { w.document().removeWhitespace(); },
+     .isEnabled = canDelete},
+    {.text = ENTRY("&Zap Gremlins"),
+     .ownKeys = "Ctrl+Shift+G",
+     .run = [](W& w) { w.document().zapGremlins(); },
+     .isEnabled = canDelete},
+    {.text = ENTRY("Un&wrap"),
+     .ownKeys = "Ctrl+Shift+J",
+     .run = [](W& w) { w.document().unwrap(); },
+     .isEnabled = canDelete},
+    {.text = ENTRY("&Reformat"),
+     .ownKeys = "Ctrl+Shift+R",
+     .run = [](W& w) { w.document().reformat(); },
+     .isEnabled = canDelete},
+};
+
+} // namespace
+
 std::span<const MenuItem> textMenu()
 {
-    return {};
+    return items;
 }
 
 } // namespace quillory

@@ -43,9 +43,11 @@ public:
     /// answered path may be replaced: the user was asked.
     virtual void askForSavePath(QWidget* window, const QString& title, const QString& suggestion,
                                 std::function<void(const QString&)> answer) = 0;
-    /// Tells the user something; \a done is called once it was read.
+    /// Tells of a problem; \a done is called once it was read.
     virtual void tell(QWidget* window, const QString& text, const QString& explanation,
                       std::function<void()> done) = 0;
+    /// Tells what a command came to.
+    virtual void showAlert(QWidget* window, const QString& title, const QString& message) = 0;
 };
 
 } // namespace quillory

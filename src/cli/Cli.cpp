@@ -12,6 +12,8 @@ constexpr CliCommand commands[] = {
      QLatin1StringView("[--from N|NAME] [--encoding N|NAME] [--line-breaks unix|mac|windows]\n"
                        "          [--as text|archive] IN OUT"),
      QLatin1StringView("Write a file in another encoding, line-break format or kind."), runConvert},
+    {QLatin1StringView("transform"), QLatin1StringView("trim|zap|unwrap|reformat [FILE|- [OUT]]"),
+     QLatin1StringView("Clean up a file, or standard input."), runTransform},
     {QLatin1StringView("definitions"), QLatin1StringView("[--format text|json]"),
      QLatin1StringView("List the installed definitions and what is wrong with them."),
      runDefinitions},

@@ -31,7 +31,13 @@ Document::Document(const DocumentEnvironment& environment, QObject* parent)
     : QObject(parent), m_environment(environment), m_undo(m_storage),
       m_textView(m_storage, m_undo, &environment.defaults),
       m_colouring(m_storage, m_overlay, environment.folders, environment.defaults),
-      m_tracking(m_textView, environment.defaults, m_colouring)
+      m_tracking(m_textView, environment.defaults, m_colouring),
+      m_blockCommands(m_textView, [this] {
+          const Definition* definition = m_colouring.definition();
+          return definition ? definition->string(QLatin1StringView("firstSingleLineComment"))
+                                  .value_or(QString())
+                            : QString();
+      })
 {
     connect(&m_storage, &TextStorage::edited, &m_overlay, &Overlay::textChanged);
     connect(&m_tracking, &ChangeTracking::pageRecolourRequested, &m_colouring,
@@ -40,6 +46,8 @@ Document::Document(const DocumentEnvironment& environment, QObject* parent)
     connect(&m_colouring, &SyntaxColouring::definitionSelected, this, &Document::takeDefinition);
     connect(&m_undo, &UndoManager::cleanChanged, this, &Document::editedChanged);
     connect(this, &Document::recordChanged, this, &Document::editedChanged);
+    connect(&m_blockCommands, &BlockCommands::editableChanged, this, &Document::recordChanged);
+    connect(&m_blockCommands, &BlockCommands::alertRequested, this, &Document::alertRequested);
     m_settingsTimer.setSingleShot(true);
     m_settingsTimer.setInterval(textViewSettingsDelay);
     connect(&m_settingsTimer, &QTimer::timeout, this, &Document::textViewSettings);

@@ -6,6 +6,7 @@
 #include "document/DocumentWriter.h"
 #include "document/EncodingList.h"
 #include "document/GradualRead.h"
+#include "editing/BlockCommands.h"
 #include "editing/ChangeTracking.h"
 #include "editing/QPTextView.h"
 #include "syntax/SyntaxColouring.h"
@@ -131,6 +132,17 @@ public:
     bool denyColoring() const { return m_colouring.denyColoring(); }
     void setDenyColoring(bool deny) { m_colouring.setDenyColoring(deny); }
 
+    // Commands on the selected text; BlockCommands says what they do
+
+    void indentSelection() { m_blockCommands.indentSelection(); }
+    void unindentSelection() { m_blockCommands.unindentSelection(); }
+    void commentAction() { m_blockCommands.commentAction(); }
+    void removeWhitespace() { m_blockCommands.removeWhitespace(); }
+    void zapGremlins() { m_blockCommands.zapGremlins(); }
+    void unwrap() { m_blockCommands.unwrap(); }
+    void reformat() { m_blockCommands.reformat(); }
+    void closeCurrentTag() { m_blockCommands.closeCurrentTag(); }
+
     // Saving
 
     /// Writes the document; \a result, where given, tells what became of the bytes. The answer is
@@ -155,6 +167,8 @@ Q_SIGNALS:
     /// The preferences changed, or what they apply to; the window follows.
     void textViewSettingsApplied();
     void editedChanged();
+    /// Something that the user has to be told in so many words.
+    void alertRequested(const QString& title, const QString& message);
     /// Encoding, line-break format, byte-order mark, path or definition changed.
     void recordChanged();
 
@@ -196,6 +210,7 @@ private:
     Overlay m_overlay;
     SyntaxColouring m_colouring;
     ChangeTracking m_tracking;
+    BlockCommands m_blockCommands;
     EncodingList m_encodings;
     QTimer m_settingsTimer;
     QString m_path;

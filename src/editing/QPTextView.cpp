@@ -363,6 +363,22 @@ bool QPTextView::replaceCharacters(std::span<const TextEdit> edits,
     return true;
 }
 
+bool QPTextView::replaceCharactersDirectly(std::span<const TextEdit> edits,
+                                           std::vector<Selection> selections, size_t primary)
+{
+    if (!m_editable) {
+        Q_EMIT beep();
+        return false;
+    }
+    const QScopedValueRollback editing(m_editing, true);
+    m_storage.beginEditing();
+    m_storage.replaceCharacters(edits);
+    MergedSelections merged = mergedSelections(std::move(selections), primary, m_storage.length());
+    announceSelections(std::move(merged.selections), merged.primary);
+    m_storage.endEditing();
+    return true;
+}
+
 void QPTextView::deleteEach(const std::function<TextOffset(TextOffset)>& target, UndoKind kind)
 {
     replaceEach(

@@ -106,6 +106,9 @@ public:
     bool replaceCharacters(std::span<const TextEdit> edits, std::vector<Selection> selections,
                            size_t primary, const QString& actionName,
                            UndoKind kind = UndoKind::Other);
+    /// The same past undo, which only shifts its steps, and without textDidChange().
+    bool replaceCharactersDirectly(std::span<const TextEdit> edits,
+                                   std::vector<Selection> selections, size_t primary);
 
     /// The selected text, one selection after the other with a line break between them.
     TextSnapshot selectedText() const;

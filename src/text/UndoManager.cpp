@@ -1,6 +1,7 @@
 #include "text/UndoManager.h"
 
 #include "text/LineMetrics.h"
+#include "text/Rebasing.h"
 
 #include <QScopedValueRollback>
 
@@ -72,7 +73,7 @@ void UndoManager::setActionName(const QString& name)
 {
     if (m_depth > 0)
         m_group.name = name;
-    else if (!m_undo.empty() && !m_undo.back().change)
+    else if (!m_undo.empty() && m_undo.back().isStep())
         m_undo.back().name = name;
     Q_EMIT stepsChanged();
 }
@@ -137,12 +138,12 @@ void UndoManager::noteUnrecorded(const TextChange& change)
 {
     if (m_applying)
         return;
-    m_redo.push_back(unrecorded(change));
+    pushUnrecorded(m_redo, {&change, 1});
     TextChange before = change; // as it would have been before the open group's edits
     for (auto delta = m_group.deltas.rbegin(); delta != m_group.deltas.rend(); ++delta)
         rebase(*delta, before);
     if (!before.isEmpty())
-        m_undo.push_back(unrecorded(before));
+        pushUnrecorded(m_undo, {&before, 1});
     m_mayCoalesce = false;
     markDirty();
 }
@@ -164,7 +165,7 @@ void UndoManager::closeGroup(Entry group)
 /// after a blank; a line break begins a step and ends it.
 bool UndoManager::coalesces(const Entry& step, const Entry& next) const
 {
-    if (step.change || step.kind != next.kind || step.selectionsAfter != next.selectionsBefore ||
+    if (!step.isStep() || step.kind != next.kind || step.selectionsAfter != next.selectionsBefore ||
         step.selectionsAfter.empty())
         return false;
     if (next.kind == UndoKind::Deleting)
@@ -224,22 +225,18 @@ bool UndoManager::joinPlaces(std::vector<Delta>& step, const std::vector<Delta>&
 
 void UndoManager::take(Stack& from, Stack& to)
 {
-    // The unrecorded changes above the step, last one first.
-    std::vector<TextChange> changes;
-    while (from.back().change) {
-        changes.push_back(*from.back().change);
+    std::vector<TextChange> changes; // above the step
+    if (!from.back().isStep()) {
+        changes = std::move(from.back().changes);
         from.pop_back();
     }
     Entry step = std::move(from.back());
     from.pop_back();
-    // The step is older than the changes: it goes past the earliest of them first.
-    for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
-        for (Delta& delta : step.deltas)
-            rebase(delta, *change);
-    }
-    for (auto change = changes.rbegin(); change != changes.rend(); ++change) {
-        if (!change->isEmpty())
-            from.push_back(unrecorded(*change));
+    if (!changes.empty()) {
+        step.selectionsAfter = mapped(std::move(step.selectionsAfter), changes);
+        rebase(step.deltas, changes);
+        step.selectionsBefore = mapped(std::move(step.selectionsBefore), changes);
+        pushUnrecorded(from, changes);
     }
 
     m_storage.beginEditing();
@@ -309,46 +306,22 @@ void UndoManager::setState(State state)
         Q_EMIT cleanChanged(isClean());
 }
 
-UndoManager::Entry UndoManager::unrecorded(const TextChange& change)
+/// Nothing needs to go past changes that no step lies below.
+void UndoManager::pushUnrecorded(Stack& stack, std::span<const TextChange> changes)
 {
-    Entry entry;
-    entry.change = change;
-    return entry;
+    if (stack.empty() || changes.empty())
+        return;
+    if (stack.back().isStep())
+        stack.emplace_back();
+    std::vector<TextChange>& all = stack.back().changes;
+    all.insert(all.end(), changes.begin(), changes.end());
 }
 
 const UndoManager::Entry* UndoManager::lastStep(const Stack& stack)
 {
     const auto step = std::find_if(stack.rbegin(), stack.rend(),
-                                   [](const Entry& entry) { return !entry.change; });
+                                   [](const Entry& entry) { return entry.isStep(); });
     return step == stack.rend() ? nullptr : &*step;
-}
-
-/// \a delta and \a change are both made for the same text; makes \a delta fit the text after
-/// \a change, and \a change the text after the old \a delta.
-void UndoManager::rebase(Delta& delta, TextChange& change)
-{
-    const TextRange d = delta.range;
-    const TextRange c = change.replaced;
-    const TextOffset inserted = change.insertedLength;
-    const TextOffset growth = delta.replacement.length() - d.length;
-    if (c.end() <= d.location) {
-        delta.range.location += change.delta();
-    } else if (c.location >= d.end()) {
-        change.replaced.location += growth;
-    } else if (c.location >= d.location && c.end() <= d.end()) {
-        delta.range.length += change.delta();
-        change = {{d.location, 0}, 0};
-    } else if (c.location < d.location && c.end() <= d.end()) {
-        delta.range = TextRange::between(c.location + inserted, d.end() + change.delta());
-        change.replaced = TextRange::between(c.location, d.location);
-    } else if (c.location >= d.location) {
-        delta.range = TextRange::between(d.location, c.location);
-        change.replaced = {d.location + delta.replacement.length(), c.end() - d.end()};
-    } else {
-        change.replaced = {c.location, c.length + growth};
-        delta = {{c.location + inserted, 0}, TextSnapshot()};
-        // What the delta would have put back is inside the rewritten stretch, and stays gone.
-    }
 }
 
 } // namespace quillory

@@ -6,7 +6,6 @@
 #include <QObject>
 #include <QString>
 #include <deque>
-#include <optional>
 #include <vector>
 
 namespace quillory {
@@ -27,10 +26,8 @@ enum class UndoKind
 ///
 /// A recorded step is a list of deltas, each "put this text in the place of that range", which lead
 /// back from the text as it was after the step. Applying a delta yields its inverse, so undo and
-/// redo are one operation. An unrecorded change c lies on the stacks between the steps; going past
-/// it, a step d becomes d' and c becomes c' such that the text after c, d' is the text after d, c'.
-/// Where c lies inside what d replaces, d' takes it along. Where c has rewritten more than all of
-/// d's range, d' does nothing.
+/// redo are one operation. Unrecorded changes lie on the stacks between the steps; a step goes past
+/// them by rebase(), and the selections that it brings back go along.
 class UndoManager : public QObject
 {
     Q_OBJECT
@@ -93,7 +90,7 @@ private:
         bool operator==(const State&) const = default;
     };
 
-    /// Either a step, or, when \a change has a value, an unrecorded change.
+    /// Either a step, or, when it has \a changes, unrecorded ones between two steps.
     struct Entry
     {
         std::vector<Delta> deltas; ///< in the order in which they are to be applied
@@ -102,7 +99,9 @@ private:
         Selections selectionsBefore; ///< of the text that applying leads to
         Selections selectionsAfter;  ///< of the text that it starts from
         qint64 serialBefore = 0;
-        std::optional<TextChange> change;
+        std::vector<TextChange> changes; ///< in the order in which they were made
+
+        bool isStep() const { return changes.empty(); }
     };
     using Stack = std::deque<Entry>;
 
@@ -110,14 +109,13 @@ private:
     void closeGroup(Entry group);
     bool coalesces(const Entry& step, const Entry& next) const;
     static void merge(Entry& step, Entry next);
-    static Entry unrecorded(const TextChange& change);
+    static void pushUnrecorded(Stack& stack, std::span<const TextChange> changes);
     void take(Stack& from, Stack& to);
     static bool joinPlaces(std::vector<Delta>& step, const std::vector<Delta>& next);
     void apply(std::vector<Delta>& deltas);
     void applyTogether(std::span<Delta> deltas, bool upwards);
     void setState(State state);
     static const Entry* lastStep(const Stack& stack);
-    static void rebase(Delta& delta, TextChange& change);
 
     TextStorage& m_storage;
     Stack m_undo;

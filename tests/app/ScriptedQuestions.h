@@ -49,6 +49,11 @@ public:
         told += explanation;
         done();
     }
+
+    void showAlert(QWidget*, const QString& title, const QString& message) override
+    {
+        told += title + u' ' + message;
+    }
 };
 
 } // namespace quillory::test

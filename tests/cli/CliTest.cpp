@@ -1,5 +1,6 @@
 #include "cli/Cli.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -49,6 +50,49 @@ struct CliTest : ::testing::Test
         return QJsonDocument::fromJson(out.toUtf8()).object();
     }
 };
+
+TEST_F(CliTest, TransformKeepsEncodingAndLineBreaks)
+{
+    struct Case
+    {
+        const char* transform;
+        QByteArray before;
+        QByteArray after;
+    };
+    const Case cases[] = {
+        {"trim", "a \t\r\n b\n", "a\r\n b\r\n"},
+        {"trim", "\xEF\xBB\xBF\xC3\xA9 ", "\xEF\xBB\xBF\xC3\xA9"},
+        {"zap", "a\xEF\xB7\x90", "a"},
+        {"unwrap", "one\ntwo\r\nthree\n", "onetwothree"},
+        {"reformat", "\t  a    b\n",
+         "a"
+         "b"},
+        {"unwrap",
+         QByteArray("\xFF\xFE"
+                    "a\0\n\0b\0",
+                    8),
+         QByteArray("\xFF\xFE"
+                    "a\0b\0",
+                    6)},
+    };
+    for (const Case& c : cases) {
+        const QString in = write("in.txt", c.before);
+        const QStringList arguments{QStringLiteral("transform"), QString::fromLatin1(c.transform),
+                                    in};
+        EXPECT_EQ(run(arguments + QStringList(path("out.txt"))), 0) << error.toStdString();
+        EXPECT_EQ(read("out.txt"), c.after) << c.transform;
+        QBuffer buffer;
+        ASSERT_TRUE(buffer.open(QBuffer::WriteOnly));
+        QTextStream bytes(&buffer);
+        QTextStream errorStream(&error);
+        EXPECT_EQ(runCli(arguments, {bytes, errorStream}), ExitStatus::Success);
+        EXPECT_EQ(buffer.data(), c.after) << c.transform;
+    }
+    EXPECT_EQ(run({QStringLiteral("transform")}), 2);
+    EXPECT_EQ(run({QStringLiteral("transform"), QStringLiteral("spin"), path("in.txt")}), 2);
+    EXPECT_EQ(run({QStringLiteral("transform"), QStringLiteral("trim"), path("none.txt")}), 1);
+    EXPECT_TRUE(error.contains(QStringLiteral("none.txt"))) << error.toStdString();
+}
 
 TEST_F(CliTest, InfoTellsWhatAFileIs)
 {
