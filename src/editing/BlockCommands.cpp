@@ -189,14 +189,16 @@ void BlockCommands::runUndoably(const Work& work, const QString& actionName)
 
 void BlockCommands::replace(const BlockEdit& block, const QString& actionName)
 {
-    m_editor.replaceCharacters(block.edits, selectionsAfter(block, m_editor.selections()),
+    const std::span<const TextEdit> edits =
+        block.whole ? std::span(&*block.whole, 1) : std::span(block.edits);
+    m_editor.replaceCharacters(edits, selectionsAfter(block, m_editor.selections()),
                                primaryOf(m_editor), actionName);
 }
 
 void BlockCommands::replaceDirectly(const BlockEdit& block)
 {
     m_editor.replaceCharactersDirectly(block.edits, selectionsAfter(block, m_editor.selections()),
-                                       primaryOf(m_editor));
+                                       primaryOf(m_editor), block.whole);
 }
 
 } // namespace quillory

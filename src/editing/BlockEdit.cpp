@@ -19,10 +19,8 @@ void joinManyEdits(BlockEdit& block, const TextSnapshot& text)
 {
     if (block.edits.size() <= manyEdits)
         return;
-    const TextEdit whole =
-        wholeEdit(text, text.replacing(block.edits), block.edits.front().range.location,
-                  block.edits.back().range.end());
-    block.edits = {whole};
+    block.whole = wholeEdit(text, text.replacing(block.edits), block.edits.front().range.location,
+                            block.edits.back().range.end());
 }
 
 } // namespace quillory

@@ -2,6 +2,7 @@
 
 #include "text/TextSnapshot.h"
 
+#include <optional>
 #include <vector>
 
 namespace quillory {
@@ -11,6 +12,8 @@ struct BlockEdit
 {
     std::vector<TextEdit> edits;   ///< ranges of the text as it was, in order and apart
     std::vector<TextRange> ranges; ///< one for each that was selected, of the text with the edits
+    /// All edits in one, where they are so many that telling of each takes longer.
+    std::optional<TextEdit> whole;
 };
 
 /// All edits of \a text that lead to \a after as one, over the stretch from \a first to \a last,
@@ -18,8 +21,7 @@ struct BlockEdit
 TextEdit wholeEdit(const TextSnapshot& text, const TextSnapshot& after, TextOffset first,
                    TextOffset last);
 
-/// Makes one of the edits where they are so many that keeping and telling of each takes longer
-/// than writing the stretch anew.
+/// Adds BlockEdit::whole where that is of use. O(length of the stretch).
 void joinManyEdits(BlockEdit& block, const TextSnapshot& text);
 
 } // namespace quillory

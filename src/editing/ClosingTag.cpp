@@ -16,10 +16,13 @@ constexpr std::array<QStringView, 11> longer{
     u"<link ", u"<meta ", u"<frame ", u"<input ", u"<param ",
 };
 
-bool isSkipped(const TextSnapshot& text, TextOffset tag)
+bool isSkipped(TextReader& text, TextOffset tag)
 {
-    constexpr TextOffset longest = 7;
-    const QString found = text.string({tag, std::min(longest, text.length() - tag)});
+    std::array<QChar, 7> units;
+    const qsizetype length = std::min<qsizetype>(qsizetype(units.size()), text.length() - tag);
+    for (qsizetype i = 0; i < length; ++i)
+        units[size_t(i)] = text.at(tag + i);
+    const QStringView found(units.data(), length);
     const auto begins = [&](QStringView prefix) {
         return found.startsWith(prefix, Qt::CaseInsensitive);
     };
@@ -27,8 +30,20 @@ bool isSkipped(const TextSnapshot& text, TextOffset tag)
         std::any_of(fourUnits.begin(), fourUnits.end(), begins))
         return true;
     // Instructions and blocks of a server count wherever they begin within four units.
-    const QStringView four = QStringView(found).left(4);
+    const QStringView four = found.left(4);
     return four.size() == 4 && (four.contains(u"<?") || four.contains(u"<%"));
+}
+
+/// The first ">" of \a within; -1 where there is none. Mostly it is near.
+TextOffset tagEnd(TextReader& text, TextRange within)
+{
+    constexpr TextOffset nearby = 64;
+    const TextOffset close = std::min(within.end(), within.location + nearby);
+    for (TextOffset offset = within.location; offset < close; ++offset) {
+        if (text.at(offset) == u'>')
+            return offset;
+    }
+    return find(text.text(), u">", TextRange::between(close, within.end()));
 }
 
 /// Finds units backwards; one that is near costs little.
@@ -85,10 +100,10 @@ ClosingTag closingTagBefore(const TextSnapshot& text, TextOffset caret, qsizetyp
     for (TextOffset tag = close, searched = close; (tag = backwards.last('<', tag)) >= 0;) {
         if (most-- == 0)
             return {TagSearch::GaveUp, {}};
-        const TextOffset nearer = find(text, u">", TextRange::between(tag, searched));
+        const TextOffset nearer = tagEnd(reader, TextRange::between(tag, searched));
         end = nearer < 0 ? end : nearer;
         searched = tag;
-        if (isSkipped(text, tag) || reader.at(end - 1) == u'/')
+        if (isSkipped(reader, tag) || reader.at(end - 1) == u'/')
             continue;
         if (reader.at(tag + 1) == u'/')
             ++depth;

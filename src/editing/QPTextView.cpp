@@ -18,6 +18,20 @@ QString typingName()
     return QPTextView::tr("Typing");
 }
 
+/// \a edits of one text as they are made one after the other.
+std::vector<TextChange> changesOf(std::span<const TextEdit> edits)
+{
+    std::vector<TextChange> changes;
+    changes.reserve(edits.size());
+    TextOffset shift = 0;
+    for (const TextEdit& edit : edits) {
+        const TextOffset inserted = edit.replacement.length();
+        changes.push_back({{edit.range.location + shift, edit.range.length}, inserted});
+        shift += inserted - edit.range.length;
+    }
+    return changes;
+}
+
 } // namespace
 
 QPTextView::QPTextView(TextStorage& storage, UndoManager& undoManager, const UserDefaults* defaults,
@@ -364,7 +378,8 @@ bool QPTextView::replaceCharacters(std::span<const TextEdit> edits,
 }
 
 bool QPTextView::replaceCharactersDirectly(std::span<const TextEdit> edits,
-                                           std::vector<Selection> selections, size_t primary)
+                                           std::vector<Selection> selections, size_t primary,
+                                           const std::optional<TextEdit>& whole)
 {
     if (!m_editable) {
         Q_EMIT beep();
@@ -372,7 +387,10 @@ bool QPTextView::replaceCharactersDirectly(std::span<const TextEdit> edits,
     }
     const QScopedValueRollback editing(m_editing, true);
     m_storage.beginEditing();
-    m_storage.replaceCharacters(edits);
+    if (whole)
+        m_undo.replaceUnrecorded(*whole, changesOf(edits));
+    else
+        m_storage.replaceCharacters(edits);
     MergedSelections merged = mergedSelections(std::move(selections), primary, m_storage.length());
     announceSelections(std::move(merged.selections), merged.primary);
     m_storage.endEditing();

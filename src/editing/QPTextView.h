@@ -9,6 +9,7 @@
 #include <QString>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -106,9 +107,11 @@ public:
     bool replaceCharacters(std::span<const TextEdit> edits, std::vector<Selection> selections,
                            size_t primary, const QString& actionName,
                            UndoKind kind = UndoKind::Other);
-    /// The same past undo, which only shifts its steps, and without textDidChange().
+    /// The same past undo, which only shifts its steps, and without textDidChange(). \a whole,
+    /// where given, is all of the edits in one, which spares telling of each.
     bool replaceCharactersDirectly(std::span<const TextEdit> edits,
-                                   std::vector<Selection> selections, size_t primary);
+                                   std::vector<Selection> selections, size_t primary,
+                                   const std::optional<TextEdit>& whole = {});
 
     /// The selected text, one selection after the other with a line break between them.
     TextSnapshot selectedText() const;

@@ -10,7 +10,10 @@ namespace quillory {
 UndoManager::UndoManager(TextStorage& storage, QObject* parent)
     : QObject(parent), m_storage(storage)
 {
-    connect(&storage, &TextStorage::edited, this, &UndoManager::noteUnrecorded);
+    connect(&storage, &TextStorage::edited, this, [this](const TextChange& change) {
+        if (!m_applying)
+            noteUnrecorded({&change, 1});
+    });
 }
 
 void UndoManager::replaceCharactersInRange(TextRange range, const TextSnapshot& replacement)
@@ -44,6 +47,15 @@ void UndoManager::replaceCharacters(std::span<const TextEdit> edits)
     m_group.deltas.insert(m_group.deltas.end(), std::make_move_iterator(deltas.begin()),
                           std::make_move_iterator(deltas.end()));
     endUndoGrouping();
+}
+
+void UndoManager::replaceUnrecorded(const TextEdit& edit, std::span<const TextChange> changes)
+{
+    {
+        const QScopedValueRollback applying(m_applying, true);
+        m_storage.replaceCharactersInRange(edit.range, edit.replacement);
+    }
+    noteUnrecorded(changes);
 }
 
 void UndoManager::beginUndoGrouping(const Selections& selections, UndoKind kind)
@@ -134,16 +146,19 @@ void UndoManager::markDirty()
     setState({m_state.epoch + 1, ++m_lastSerial});
 }
 
-void UndoManager::noteUnrecorded(const TextChange& change)
+void UndoManager::noteUnrecorded(std::span<const TextChange> changes)
 {
-    if (m_applying)
-        return;
-    pushUnrecorded(m_redo, {&change, 1});
-    TextChange before = change; // as it would have been before the open group's edits
-    for (auto delta = m_group.deltas.rbegin(); delta != m_group.deltas.rend(); ++delta)
-        rebase(*delta, before);
-    if (!before.isEmpty())
-        pushUnrecorded(m_undo, {&before, 1});
+    pushUnrecorded(m_redo, changes);
+    if (m_group.deltas.empty()) {
+        pushUnrecorded(m_undo, changes);
+    } else {
+        // As they would have been before the open group's edits.
+        std::vector<TextChange> before(changes.begin(), changes.end());
+        std::vector<Delta> undoing(m_group.deltas.rbegin(), m_group.deltas.rend());
+        rebase(undoing, before);
+        m_group.deltas.assign(undoing.rbegin(), undoing.rend());
+        pushUnrecorded(m_undo, before);
+    }
     m_mayCoalesce = false;
     markDirty();
 }

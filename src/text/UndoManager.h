@@ -43,6 +43,10 @@ public:
     /// The same for several at once: ranges of the text as it is, in order and apart.
     void replaceCharacters(std::span<const TextEdit> edits);
 
+    /// Makes an edit that is not undoable, as one made directly to the storage; \a changes, made
+    /// one after the other, tell in detail what it does.
+    void replaceUnrecorded(const TextEdit& edit, std::span<const TextChange> changes);
+
     /// Groups nest; what lies between the outermost pair is one step. \a selections are those that
     /// undo brings back. A group in which nothing was edited leaves no step.
     void beginUndoGrouping(const Selections& selections = {}, UndoKind kind = UndoKind::Other);
@@ -105,7 +109,7 @@ private:
     };
     using Stack = std::deque<Entry>;
 
-    void noteUnrecorded(const TextChange& change);
+    void noteUnrecorded(std::span<const TextChange> changes);
     void closeGroup(Entry group);
     bool coalesces(const Entry& step, const Entry& next) const;
     static void merge(Entry& step, Entry next);
