@@ -21,7 +21,7 @@ public:
     void toggle(TextRange selected)
     {
         TextOffset start = std::max<TextOffset>(0, selected.location + m_madeShift);
-        if (text().lineAt(start) < m_nextLine) {
+        if (text().lineAt(start).value() < m_nextLine.value()) {
             makeEdits();
             start = std::max(selected.location + m_madeShift, text().lineStart(m_nextLine - 1));
         }
@@ -33,7 +33,7 @@ public:
         const TextOffset newStart = firstStart + m_shift - m_madeShift;
         const bool removes =
             standsAt(range.location) || standsAt(firstStart) || standsAt(afterBlanks(firstStart));
-        for (LineIndex line = first; line <= last; ++line)
+        for (LineIndex line = first; line.value() <= last.value(); ++line)
             toggleLine(text().lineStart(line), removes);
         m_nextLine = last + 1;
         const TextOffset newEnd = std::max(newStart, selected.end() + m_shift);

@@ -144,13 +144,13 @@ BlockEdit withoutTrailingBlanks(const TextSnapshot& text, std::span<const TextRa
 {
     BlockEdit result;
     TextReader reader(text);
-    LineIndex next; // behind the lines that are done
+    qsizetype next = 0; // behind the lines that are done
     for (const TextRange range : ranges) {
         if (range.isEmpty())
             continue;
-        const LineIndex last = text.lineAt(range.end());
-        for (next = std::max(next, text.lineAt(range.location)); next <= last; ++next) {
-            const TextRange content = text.lineContent(next);
+        const qsizetype last = text.lineAt(range.end()).value();
+        for (next = std::max(next, text.lineAt(range.location).value()); next <= last; ++next) {
+            const TextRange content = text.lineContent(LineIndex(next));
             TextOffset end = content.end();
             while (end > content.location &&
                    (reader.at(end - 1) == u' ' || reader.at(end - 1) == u'\t'))
