@@ -9,7 +9,7 @@
 #include "text/TextEncoder.h"
 
 #include <QCoreApplication>
-#include <QIODevice>
+#include <QFileDevice>
 #include <array>
 
 namespace quillory {
@@ -47,7 +47,9 @@ QString writeTo(QTextStream& out, const TextSnapshot& text, const ReadResult& fi
     };
     const std::optional<EncodingFailure> failure =
         encode(text, file.record.encoding, file.layout, sink);
-    return failure ? QStringLiteral("the output cannot be written") : QString();
+    auto* asFile = qobject_cast<QFileDevice*>(device);
+    const bool isWritten = !failure && (!asFile || asFile->flush());
+    return isWritten ? QString() : QStringLiteral("the output cannot be written");
 }
 
 SaveResult writeTo(const QString& path, const TextSnapshot& text, const ReadResult& file)
