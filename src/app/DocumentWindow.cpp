@@ -94,7 +94,7 @@ void DocumentWindow::connectDocument()
     const auto showPosition = [this] { m_status->showPosition(*m_document); };
     connect(&document.textView(), &QPTextView::selectionDidChange, this, showPosition);
     connect(&document.textView(), &QPTextView::textDidChange, this, showPosition);
-    connectEditingAids(*this);
+    m_aids = std::make_unique<EditingAids>(*this);
     connect(&document, &Document::editedChanged, this,
             [this] { setWindowModified(m_document->isDocumentEdited()); });
     connect(&document, &Document::recordChanged, this, [this] {

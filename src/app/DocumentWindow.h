@@ -15,6 +15,7 @@ namespace quillory {
 class Document;
 class ColourExport;
 class DocumentController;
+class EditingAids;
 class LineNumberView;
 class LoadFlow;
 class MainMenu;
@@ -56,6 +57,7 @@ public:
     SaveFlow& saving() const { return *m_saving; }
     RereadFlow& rereading() const { return *m_rereading; }
     LoadFlow& loading() const { return *m_loading; }
+    EditingAids& aids() const { return *m_aids; }
     ColourExport& colourExport() const { return *m_colourExport; }
 
     /// True for a new document that nothing was done to, so that another may take its place.
@@ -117,6 +119,7 @@ private:
     SettingsPopover* m_settings = nullptr; ///< made when first shown
     MainMenu* m_menu = nullptr;
     std::unique_ptr<ViewAppearance> m_appearance;
+    std::unique_ptr<EditingAids> m_aids;
     std::unique_ptr<SaveFlow> m_saving;
     std::unique_ptr<RereadFlow> m_rereading;
     std::unique_ptr<LoadFlow> m_loading;

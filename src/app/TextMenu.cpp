@@ -1,7 +1,9 @@
 #include "app/DocumentWindow.h"
+#include "app/EditingAids.h"
 #include "app/MenuConditions.h"
 #include "app/MenuTable.h"
 #include "document/Document.h"
+#include "view/TextCompletion.h"
 
 namespace quillory {
 
@@ -46,6 +48,13 @@ constexpr MenuItem items[]{
      .ownKeys = "Ctrl+Shift+R",
      .run = [](W& w) { w.document().reformat(); },
      .isEnabled = canDelete},
+    separator,
+    // Input methods take Ctrl and the space bar on many desktops.
+    {.text = ENTRY("Co&mplete"),
+     .ownKeys = "Ctrl+Space; F5",
+     .run = [](W& w) { w.aids().completion().complete(); },
+     .isEnabled = [](const W& w) { return w.document().textView().isEditable(); }},
+    {.text = ENTRY("Show Com&pletions"), .preference = &keys::showCompletions},
 };
 
 } // namespace

@@ -37,7 +37,8 @@ Document::Document(const DocumentEnvironment& environment, QObject* parent)
           return definition ? definition->string(QLatin1StringView("firstSingleLineComment"))
                                   .value_or(QString())
                             : QString();
-      })
+      }),
+      m_completion(m_textView, environment.defaults, m_colouring.state().autocompletionArray)
 {
     connect(&m_storage, &TextStorage::edited, &m_overlay, &Overlay::textChanged);
     connect(&m_tracking, &ChangeTracking::pageRecolourRequested, &m_colouring,

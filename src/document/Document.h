@@ -8,6 +8,7 @@
 #include "document/GradualRead.h"
 #include "editing/BlockCommands.h"
 #include "editing/ChangeTracking.h"
+#include "editing/Completion.h"
 #include "editing/QPTextView.h"
 #include "syntax/SyntaxColouring.h"
 #include "text/Overlay.h"
@@ -124,6 +125,7 @@ public:
 
     SyntaxColouring& syntaxColouring() { return m_colouring; }
     ChangeTracking& changeTracking() { return m_tracking; }
+    Completion& completion() { return m_completion; }
     void loadDefinitions() { m_colouring.loadDefinitions(m_path); }
     void setDefinitionWithTitle(const QString& title) { m_colouring.setDefinitionWithTitle(title); }
     void applyDefinition() { m_colouring.applyDefinition(); }
@@ -211,6 +213,7 @@ private:
     SyntaxColouring m_colouring;
     ChangeTracking m_tracking;
     BlockCommands m_blockCommands;
+    Completion m_completion;
     EncodingList m_encodings;
     QTimer m_settingsTimer;
     QString m_path;

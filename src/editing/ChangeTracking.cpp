@@ -37,9 +37,17 @@ ChangeTracking::ChangeTracking(QPTextView& textView, const UserDefaults& default
     prepare(m_highlightTimer, highlightDelay, &ChangeTracking::highlightRequested);
     prepare(m_autocompleteWordsTimer, pause, &ChangeTracking::autocompletionTimer);
     prepare(m_previewTimer, pause, &ChangeTracking::previewTimerSelector);
+    connect(&textView.textStorage(), &TextStorage::edited, this, &ChangeTracking::followEdit);
     connect(&textView, &QPTextView::selectionDidChange, this,
             &ChangeTracking::textViewDidChangeSelection);
     connect(&textView, &QPTextView::textDidChange, this, &ChangeTracking::textDidChange);
+}
+
+/// What is typed at the carets before the primary one moves that, too.
+void ChangeTracking::followEdit(const TextChange& change)
+{
+    if (m_textView.selections().size() > 1 && change.replaced.end() < m_lastCursorLocation)
+        m_lastCursorLocation += change.delta();
 }
 
 void ChangeTracking::textViewDidChangeSelection()

@@ -60,6 +60,7 @@ Q_SIGNALS:
     void createPreviewRequested();
 
 private:
+    void followEdit(const TextChange& change);
     void flashMatchingBracket();
     void autocompletionTimer();
     void previewTimerSelector();
