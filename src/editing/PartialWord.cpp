@@ -38,8 +38,13 @@ TextRange partialWordBefore(const TextSnapshot& text, TextOffset caret, const QS
         if (CharacterSet::whitespaceAndNewline().contains(character))
             break;
         const TextOffset before = at - (character >= 0x10000 ? 2 : 1);
-        if (caret - before > longest)
-            return name == at ? TextRange{caret, 0} : TextRange::between(name, caret);
+        if (caret - before > longest) {
+            if (name == at)
+                return {caret, 0};
+            if (isAfterName) // and that name goes on
+                beginnings.pop_back();
+            break;
+        }
         const bool isName = isNameCharacter(character);
         if (isName && name == at)
             name = before;

@@ -69,6 +69,7 @@ TEST(PartialWord, reachesAsFarLeftAsTheWordsOfTheLanguageDo)
         EXPECT_EQ(Completing(QString::fromUtf8(marked), words).partial().toStdString(), partial)
             << marked;
     EXPECT_EQ(Completing(QString(200, u'+') + u"bef|"_s, words).partial(), u"bef"_s);
+    EXPECT_EQ(Completing(QString(200, u'x') + u"{border-t|"_s, words).partial(), u"border-t"_s);
     EXPECT_EQ(Completing(QString(200, u'x') + u'|', words).partial(), QString());
 }
 
