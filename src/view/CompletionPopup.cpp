@@ -120,6 +120,10 @@ QSize CompletionPopup::sizeForWords() const
 void CompletionPopup::showAt(const QRect& line)
 {
     const QRect room = parentWidget()->screen()->availableGeometry();
+    QPalette colours = parentWidget()->palette();
+    colours.setColor(QPalette::WindowText, colours.color(QPalette::Mid)); // of the frame
+    if (colours != palette())
+        setPalette(colours);
     QSize size = sizeForWords();
     const int below = room.bottom() - line.bottom();
     const int above = line.top() - room.top();
