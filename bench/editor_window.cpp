@@ -2,7 +2,9 @@
 //
 //   editor_window start FILE       start to first paint of the text, and to its being there as a
 //                                  whole; memory a moment later
-//   editor_window keys FILE PLACE  key press to the end of painting; PLACE is top, middle or end
+//   editor_window keys FILE PLACE [aids]
+//                                  key press to the end of painting; PLACE is top, middle or end;
+//                                  with aids, everything that follows typing is turned on
 //   editor_window pages FILE       Page Down to the end of painting
 //   editor_window save FILE        from asking to the bytes being verified on disk
 //   editor_window tour FILE [wrap] the slowest of a few of each: typing, End and Home, selecting to
@@ -14,6 +16,8 @@
 #include "app/DocumentWindow.h"
 #include "document/Document.h"
 #include "document/SystemFileOps.h"
+#include "foundation/NotificationCenter.h"
+#include "foundation/UserDefaults.h"
 #include "view/TextViewWidget.h"
 
 #include <QApplication>
@@ -86,6 +90,18 @@ void measureKeys(TextViewWidget& view, int key, const QString& text)
             times.push_back(time);
     }
     reportTimes(std::move(times));
+}
+
+/// Turns on all that is done while somebody types.
+void turnOnAids(const DocumentWindow& window)
+{
+    const DocumentEnvironment& environment = window.environment();
+    for (const DefaultsKey<bool>& key :
+         {keys::highlight, keys::constrainScroll, keys::checkSpelling, keys::showCompletions,
+          keys::wrapLines, keys::textReplacement, keys::smartCopy, keys::indentNewLinesBraces,
+          keys::insertClosingParenthesisandBrace})
+        environment.defaults.setValue(key, true);
+    environment.notifications.post(notifications::preferencesDidChange);
 }
 
 void goTo(TextViewWidget& view, const QString& place)
@@ -173,6 +189,8 @@ void run(const QStringList& arguments, qint64 paintedAt, qint64 readAt)
                 {"read", double(readAt)},
                 {"memory", double(residentBytes())}});
     } else if (mode == QStringLiteral("keys")) {
+        if (arguments.value(4) == QStringLiteral("aids"))
+            turnOnAids(window);
         goTo(window.view(), arguments.value(3));
         measureKeys(window.view(), Qt::Key_X, QStringLiteral("x"));
     } else if (mode == QStringLiteral("pages")) {

@@ -94,7 +94,6 @@ void DocumentWindow::connectDocument()
     const auto showPosition = [this] { m_status->showPosition(*m_document); };
     connect(&document.textView(), &QPTextView::selectionDidChange, this, showPosition);
     connect(&document.textView(), &QPTextView::textDidChange, this, showPosition);
-    m_aids = std::make_unique<EditingAids>(*this);
     connect(&document, &Document::editedChanged, this,
             [this] { setWindowModified(m_document->isDocumentEdited()); });
     connect(&document, &Document::recordChanged, this, [this] {
@@ -138,7 +137,6 @@ void DocumentWindow::connectDocument()
     connect(m_colourExport.get(), &ColourExport::failed, this, [this](const QString& message) {
         m_messages->show(MessageArea::Subject::Export, {Message::Kind::Problem, message});
     });
-    connect(m_loading.get(), &LoadFlow::placeReached, this, &DocumentWindow::goTo);
     connect(m_rereading.get(), &RereadFlow::readingChanged, this, &DocumentWindow::updateActivity);
     connect(m_rereading.get(), &RereadFlow::reread, this, [this] {
         m_messages->clearAll();
@@ -148,6 +146,7 @@ void DocumentWindow::connectDocument()
             [this](const QString& message, bool undecodable) {
                 showReadProblem(*this, message, undecodable);
             });
+    m_aids = std::make_unique<EditingAids>(*this);
 }
 
 bool DocumentWindow::isUntouched() const
@@ -256,8 +255,14 @@ TextRange DocumentWindow::visibleTextRange()
 
 void DocumentWindow::goTo(TextPlace place)
 {
-    if (!m_loading->postpones(place))
+    if (!m_loading->postpones(place.line, [this, place] { goTo(place); }))
         goToOffset(offsetOf(m_document->completeString(), place));
+}
+
+void DocumentWindow::goToLine(qint64 number)
+{
+    if (!m_loading->postpones(number, [this, number] { goToLine(number); }))
+        m_document->goToLineVoid(number);
 }
 
 void DocumentWindow::goToOffset(TextOffset offset)
@@ -273,7 +278,8 @@ void DocumentWindow::askForPlace()
     const TextOffset caret = m_document->textView().primarySelection().head;
     auto* dialog = new GoToLineDialog(placeOf(text, caret).line, text.lineCount(), this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &GoToLineDialog::chosen, this, &DocumentWindow::goTo);
+    connect(dialog, &GoToLineDialog::lineChosen, this, &DocumentWindow::goToLine);
+    connect(dialog, &GoToLineDialog::placeChosen, this, &DocumentWindow::goTo);
     dialog->open();
 }
 

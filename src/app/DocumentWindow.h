@@ -69,6 +69,8 @@ public:
     /// read is waited for.
     void goTo(TextPlace place);
     void goToOffset(TextOffset offset);
+    /// Selects the line, as Document::goToLineVoid() does, once it is read.
+    void goToLine(qint64 number);
     void askForPlace();
 
     void showSettings(SettingsPopover::Reason reason = SettingsPopover::Reason::Asked);

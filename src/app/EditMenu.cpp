@@ -1,6 +1,7 @@
 #include "app/DocumentWindow.h"
 #include "app/MenuConditions.h"
 #include "app/MenuTable.h"
+#include "app/ReplacementsFile.h"
 #include "document/Document.h"
 #include "editing/SelectionCommands.h"
 #include "view/TextViewWidget.h"
@@ -80,6 +81,9 @@ constexpr MenuItem items[]{
     separator,
     {.text = ENTRY("&Indent New Lines"), .preference = &keys::indentNewLinesBraces},
     {.text = ENTRY("Close Brac&kets"), .preference = &keys::insertClosingParenthesisandBrace},
+    {.text = ENTRY("Smart &Insert and Delete"), .preference = &keys::smartCopy},
+    {.text = ENTRY("Te&xt Replacement"), .preference = &keys::textReplacement},
+    {.text = ENTRY("Edit Text Replace&ments…"), .run = editTextReplacements},
 };
 
 } // namespace

@@ -2,11 +2,32 @@
 
 #include "app/DocumentWindow.h"
 #include "document/Document.h"
+#include "foundation/UserDefaults.h"
 #include "view/Bell.h"
 #include "view/TextCompletion.h"
 #include "view/TextViewWidget.h"
+#include "view/TypewriterScrolling.h"
 
 namespace quillory {
+
+namespace {
+
+void connectTypewriterScrolling(DocumentWindow& window)
+{
+    auto* typewriter = new TypewriterScrolling(window.view(), &window.view());
+    Document& document = window.document();
+    QObject::connect(&document.changeTracking(), &ChangeTracking::constrainScrollRequested,
+                     typewriter, &TypewriterScrolling::constrainScroll);
+    QObject::connect(&document, &Document::textViewSettingsApplied, typewriter,
+                     [typewriter, &defaults = window.environment().defaults] {
+                         const bool isOn = defaults.value(keys::constrainScroll);
+                         typewriter->setOn(isOn);
+                         if (isOn)
+                             typewriter->simpleScroll();
+                     });
+}
+
+} // namespace
 
 EditingAids::EditingAids(DocumentWindow& window)
     : m_completion(new TextCompletion(window.view(), window.document().completion()))
@@ -21,6 +42,13 @@ EditingAids::EditingAids(DocumentWindow& window)
                      &TextCompletion::offer);
     QObject::connect(&document.textView(), &QPTextView::beep, new Bell(view.viewport()),
                      &Bell::ring);
+    QObject::connect(&document.lineNavigation(), &LineNavigation::lineSelected, &view,
+                     [&view](TextRange line) {
+                         view.ensureVisible(line.location);
+                         view.showFindIndicatorForRange(line);
+                         view.setFocus();
+                     });
+    connectTypewriterScrolling(window);
 }
 
 } // namespace quillory

@@ -8,7 +8,7 @@ class QLineEdit;
 
 namespace quillory {
 
-/// Asks for a line, and a column where wanted: "12" or "12:5".
+/// A sheet that asks for a line, and a column where wanted: "12" or "12:5".
 class GoToLineDialog : public QDialog
 {
     Q_OBJECT
@@ -18,7 +18,9 @@ public:
     GoToLineDialog(qint64 current, qint64 last, QWidget* window);
 
 Q_SIGNALS:
-    void chosen(quillory::TextPlace place);
+    /// At least 1; there may be no such line.
+    void lineChosen(qint64 number);
+    void placeChosen(quillory::TextPlace place);
 
 public Q_SLOTS:
     /// Beeps and stays when what was typed is no place.

@@ -55,7 +55,7 @@ void LoadFlow::take(const GradualRead::Progress& progress)
 {
     m_document.takeMore(progress.text);
     m_bar.setShare(progress.share);
-    lookForPlace();
+    goOn();
 }
 
 void LoadFlow::finish(const GradualRead::Outcome& outcome)
@@ -67,26 +67,23 @@ void LoadFlow::finish(const GradualRead::Outcome& outcome)
     }
     m_bar.end();
     m_document.finishLoading(outcome);
-    lookForPlace();
+    goOn();
     Q_EMIT loaded();
 }
 
-bool LoadFlow::postpones(TextPlace place)
+bool LoadFlow::postpones(qint64 number, const std::function<void()>& go)
 {
-    m_place.reset();
     // The last line may go on.
-    if (m_document.isLoading() && place.line >= m_document.completeString().lineCount())
-        m_place = place;
-    return m_place.has_value();
+    const bool isThere =
+        !m_document.isLoading() || number < m_document.completeString().lineCount();
+    m_go = isThere ? nullptr : go;
+    return !isThere;
 }
 
-void LoadFlow::lookForPlace()
+void LoadFlow::goOn()
 {
-    if (!m_place)
-        return;
-    const TextPlace place = *m_place;
-    if (!postpones(place))
-        Q_EMIT placeReached(place);
+    if (const auto go = std::exchange(m_go, nullptr))
+        go();
 }
 
 /// Sees the keys that nothing in the window had a use for.

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "app/TextPlace.h"
 #include "document/GradualRead.h"
 
 #include <QObject>
 #include <QTimer>
-#include <optional>
+#include <functional>
 
 class QWidget;
 
@@ -36,12 +35,11 @@ public:
     /// The same for a window that closes, which needs no word of it.
     void stop();
 
-    /// True when \a place is still to be read: placeReached() will tell when it is there. Of
-    /// several places the last one counts.
-    bool postpones(TextPlace place);
+    /// True when line \a number, counted from 1, is still to be read; \a go, which may ask again,
+    /// is called when it is there, or all is. Of several the last one counts.
+    bool postpones(qint64 number, const std::function<void()>& go);
 
 Q_SIGNALS:
-    void placeReached(quillory::TextPlace place);
     /// All is there.
     void loaded();
     void cancelled();
@@ -54,14 +52,14 @@ protected:
 private:
     void take(const GradualRead::Progress& progress);
     void finish(const GradualRead::Outcome& outcome);
-    void lookForPlace();
+    void goOn();
 
     Document& m_document;
     LoadingBar& m_bar;
     QWidget& m_window;
     QTimer m_patience;
     std::shared_ptr<std::atomic_bool> m_cancelled; ///< null when nothing is being read
-    std::optional<TextPlace> m_place;
+    std::function<void()> m_go;                    ///< what was postponed
 };
 
 } // namespace quillory

@@ -156,6 +156,7 @@ constexpr MenuItem fileMenu[]{
 constexpr MenuItem viewMenu[]{
     {.text = ENTRY("&Wrap Lines"), .preference = &keys::wrapLines},
     {.text = ENTRY("&Highlight Current Line"), .preference = &keys::highlight},
+    {.text = ENTRY("T&ypewriter Scrolling"), .preference = &keys::constrainScroll},
     {.text = ENTRY("&Theme"), .fill = fillThemeMenu},
     separator,
     {.text = ENTRY("Zoom &In"),

@@ -17,9 +17,6 @@ constexpr int smallestStored = 11; ///< points that the user default "fontSize" 
 constexpr int smallest = 4;        ///< points
 constexpr int largest = 96;        ///< points
 
-/// Behind the current line where the theme does not say.
-constexpr Colour defaultBand{0.229F, 0.229F, 0.229F, 0.2F};
-
 QColor toQColor(const Colour& colour)
 {
     return QColor::fromRgbF(colour.red, colour.green, colour.blue, colour.alpha);
@@ -68,8 +65,6 @@ void ViewAppearance::applyColours()
         const QColor selection = toQColor(theme->selection);
         colours = {toQColor(theme->text), toQColor(theme->background),
                    toQColor(theme->insertionPoint), selection, faded(selection)};
-        if (m_environment.defaults.value(keys::highlight))
-            colours->currentLine = toQColor(theme->highlight.value_or(defaultBand));
     }
     m_view.setColours(colours);
 }

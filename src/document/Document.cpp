@@ -22,6 +22,7 @@ using namespace std::chrono_literals;
 
 constexpr auto settingsSheetDelay = 350ms;
 constexpr auto textViewSettingsDelay = 10ms;
+constexpr auto highlightDelay = 100ms;      // after the settings
 constexpr TextOffset quickLength = 1 << 20; // what is worked through without a noticeable wait
 constexpr std::array<int, 4> titleBarButtonPositions{21, 48, 71, 97}; // points
 
@@ -32,18 +33,28 @@ Document::Document(const DocumentEnvironment& environment, QObject* parent)
       m_textView(m_storage, m_undo, &environment.defaults),
       m_colouring(m_storage, m_overlay, environment.folders, environment.defaults),
       m_tracking(m_textView, environment.defaults, m_colouring),
-      m_blockCommands(m_textView, [this] {
-          const Definition* definition = m_colouring.definition();
-          return definition ? definition->string(QLatin1StringView("firstSingleLineComment"))
-                                  .value_or(QString())
-                            : QString();
-      }),
-      m_completion(m_textView, environment.defaults, m_colouring.state().autocompletionArray)
+      m_blockCommands(
+          m_textView,
+          [this] {
+              const Definition* definition = m_colouring.definition();
+              return definition ? definition->string(QLatin1StringView("firstSingleLineComment"))
+                                      .value_or(QString())
+                                : QString();
+          }),
+      m_completion(m_textView, environment.defaults, m_colouring.state().autocompletionArray),
+      m_highlight(m_textView, m_overlay, environment.defaults),
+      m_replacement(m_textView, environment.defaults, environment.folders.replacementsFile())
 {
     connect(&m_storage, &TextStorage::edited, &m_overlay, &Overlay::textChanged);
     connect(&m_tracking, &ChangeTracking::pageRecolourRequested, &m_colouring,
             &SyntaxColouring::pageRecolourSoon);
+    connect(&m_tracking, &ChangeTracking::highlightRequested, &m_highlight,
+            &CurrentLineHighlight::highlight);
     connect(&m_tracking, &ChangeTracking::beep, &m_textView, &QPTextView::beep);
+    connect(&m_colouring, &SyntaxColouring::plainColoursChanged, this, [this] {
+        const std::optional<PlainColours>& theme = m_colouring.plainColours();
+        m_highlight.setThemeColour(theme ? theme->highlight : std::nullopt);
+    });
     connect(&m_colouring, &SyntaxColouring::definitionSelected, this, &Document::takeDefinition);
     connect(&m_undo, &UndoManager::cleanChanged, this, &Document::editedChanged);
     connect(this, &Document::recordChanged, this, &Document::editedChanged);
@@ -273,9 +284,18 @@ StringEncoding Document::guessEncodingFromData(QByteArrayView data) const
 
 void Document::textViewSettings()
 {
-    m_colouring.prepareColoring();
+    UserDefaults& defaults = m_environment.defaults;
+    m_highlight.changeHighlight();
+    QTimer::singleShot(highlightDelay, &m_highlight, &CurrentLineHighlight::highlight);
     Q_EMIT textViewSettingsApplied();
+    const bool inspects = defaults.value(keys::enableWebInspector);
+    if (defaults.value(keys::webKitDeveloperExtras) != inspects) {
+        defaults.setValue(keys::webKitDeveloperExtras, inspects);
+        defaults.synchronize(); // the preview, another program, reads it
+    }
+    m_colouring.prepareColoring();
     pageRecolour();
+    m_textView.didChangeText();
 }
 
 void Document::takeDefinition()

@@ -9,7 +9,10 @@
 #include "editing/BlockCommands.h"
 #include "editing/ChangeTracking.h"
 #include "editing/Completion.h"
+#include "editing/CurrentLineHighlight.h"
+#include "editing/LineNavigation.h"
 #include "editing/QPTextView.h"
+#include "editing/TextReplacement.h"
 #include "syntax/SyntaxColouring.h"
 #include "text/Overlay.h"
 
@@ -126,6 +129,9 @@ public:
     SyntaxColouring& syntaxColouring() { return m_colouring; }
     ChangeTracking& changeTracking() { return m_tracking; }
     Completion& completion() { return m_completion; }
+    CurrentLineHighlight& currentLineHighlight() { return m_highlight; }
+    LineNavigation& lineNavigation() { return m_lineNavigation; }
+    void goToLineVoid(qint64 number) { m_lineNavigation.goToLineVoid(number); }
     void loadDefinitions() { m_colouring.loadDefinitions(m_path); }
     void setDefinitionWithTitle(const QString& title) { m_colouring.setDefinitionWithTitle(title); }
     void applyDefinition() { m_colouring.applyDefinition(); }
@@ -214,6 +220,9 @@ private:
     ChangeTracking m_tracking;
     BlockCommands m_blockCommands;
     Completion m_completion;
+    CurrentLineHighlight m_highlight;
+    LineNavigation m_lineNavigation{m_textView};
+    TextReplacement m_replacement;
     EncodingList m_encodings;
     QTimer m_settingsTimer;
     QString m_path;

@@ -3,8 +3,10 @@
 #include "editing/DoubleClick.h"
 #include "editing/NewlineRule.h"
 #include "editing/SelectionMerging.h"
+#include "editing/SmartInsertDelete.h"
 #include "editing/TabRule.h"
 #include "editing/TypingRules.h"
+#include "foundation/UserDefaults.h"
 #include "text/TextBoundary.h"
 
 #include <QScopedValueRollback>
@@ -79,6 +81,7 @@ void QPTextView::announceSelections(std::vector<Selection> selections, size_t pr
 {
     m_selections = std::move(selections);
     m_primary = primary;
+    m_granularity = SelectionGranularity::Character;
     if (!m_editing)
         m_undo.breakCoalescing();
     Q_EMIT selectionDidChange();
@@ -182,12 +185,20 @@ void QPTextView::moveToEndOfDocument(bool extending)
 void QPTextView::insertText(const QString& text)
 {
     make(typingEdits(string(), m_selections, text, m_defaults), UndoKind::Typing, typingName());
+    announceTyping(text);
+}
+
+void QPTextView::announceTyping(const QString& text)
+{
+    if (m_editable)
+        Q_EMIT typed(text);
 }
 
 void QPTextView::insertNewline()
 {
     make(newlineEdits(string(), m_selections, indentsNewLines(m_defaults)), UndoKind::Typing,
          typingName());
+    announceTyping(QStringLiteral("\n"));
 }
 
 void QPTextView::insertTab()
@@ -195,6 +206,8 @@ void QPTextView::insertTab()
     const bool types = std::ranges::all_of(m_selections, &Selection::isCaret);
     make(tabEdits(string(), m_selections), types ? UndoKind::Typing : UndoKind::Other,
          types ? typingName() : tr("Indent"));
+    if (types)
+        announceTyping(QStringLiteral("\t"));
 }
 
 void QPTextView::deleteBackward()
@@ -234,9 +247,18 @@ void QPTextView::deleteToEndOfParagraph()
         UndoKind::Other);
 }
 
+bool QPTextView::deletesSmartly() const
+{
+    return m_granularity == SelectionGranularity::Word && m_defaults &&
+           m_defaults->value(keys::smartCopy);
+}
+
 void QPTextView::deleteSelection()
 {
-    replaceEach(&Selection::range, TextSnapshot(), UndoKind::Other, tr("Delete"));
+    if (deletesSmartly())
+        smartDelete(*this, tr("Delete"));
+    else
+        replaceEach(&Selection::range, TextSnapshot(), UndoKind::Other, tr("Delete"));
 }
 
 void QPTextView::replaceSelections(const TextSnapshot& text, const QString& actionName)
@@ -399,6 +421,12 @@ bool QPTextView::replaceCharactersDirectly(std::span<const TextEdit> edits,
 
 void QPTextView::deleteEach(const std::function<TextOffset(TextOffset)>& target, UndoKind kind)
 {
+    const bool isText = std::none_of(m_selections.begin(), m_selections.end(),
+                                     [](const Selection& s) { return s.isCaret(); });
+    if (isText && deletesSmartly()) {
+        smartDelete(*this, tr("Delete"));
+        return;
+    }
     replaceEach(
         [&](const Selection& selection) {
             return selection.isCaret() ? TextRange::between(selection.head, target(selection.head))

@@ -66,6 +66,9 @@ public:
     /// \a primary is the index of the selection to keep in sight.
     void setSelections(std::vector<Selection> selections, size_t primary);
     void setSelection(Selection selection) { setSelections({selection}, 0); }
+    /// How the selections were made; after any other change of them by character.
+    SelectionGranularity selectionGranularity() const { return m_granularity; }
+    void setSelectionGranularity(SelectionGranularity granularity) { m_granularity = granularity; }
     void selectAll();
     /// Keeps the primary selection alone, as a caret at its head when \a collapse is set.
     void keepPrimarySelection(bool collapse = false);
@@ -98,7 +101,8 @@ public:
     void deleteWordForward();
     void deleteToBeginningOfParagraph();
     void deleteToEndOfParagraph();
-    /// Deletes the selected text; carets delete nothing.
+    /// Deletes the selected text; carets delete nothing. Words that were selected as such go by
+    /// smartDelete() while the user default "smartCopy" is on, here as by the keys that delete.
     void deleteSelection();
     /// Replaces each selection by \a text as one step named \a actionName.
     void replaceSelections(const TextSnapshot& text, const QString& actionName);
@@ -140,6 +144,8 @@ Q_SIGNALS:
     /// The characters changed by the user or by a command that announced it.
     void textDidChange();
     void beep();
+    /// \a text was typed at every selection, and the text has changed.
+    void typed(const QString& text);
 
 private:
     using Edit = std::function<TextRange(const Selection&)>;
@@ -152,6 +158,8 @@ private:
                      const QString& actionName);
     void make(SelectionEdits made, UndoKind kind, const QString& actionName);
     void deleteEach(const std::function<TextOffset(TextOffset)>& target, UndoKind kind);
+    bool deletesSmartly() const;
+    void announceTyping(const QString& text);
 
     TextStorage& m_storage;
     UndoManager& m_undo;
@@ -159,6 +167,7 @@ private:
     BracketNoting m_bracketNoting{m_storage, this};
     std::vector<Selection> m_selections{Selection{}};
     size_t m_primary = 0;
+    SelectionGranularity m_granularity = SelectionGranularity::Character;
     bool m_editable = true;
     bool m_permitted = false;
     std::shared_ptr<QMenu> m_contextMenu;

@@ -1,6 +1,7 @@
 #include "editing/SelectionCommands.h"
 
 #include "editing/QPTextView.h"
+#include "editing/SmartInsertDelete.h"
 #include "text/LineMetrics.h"
 
 #include <algorithm>
@@ -87,11 +88,11 @@ void splitSelectionsIntoLines(QPTextView& editor)
 }
 
 void pasteText(QPTextView& editor, const TextSnapshot& text, std::span<const TextRange> parts,
-               const QString& actionName)
+               const QString& actionName, bool smart)
 {
     const Selections& selections = editor.selections();
     const std::vector<TextRange> own = partsFor(text, parts, selections.size());
-    if (own.empty()) {
+    if (own.empty() && !smart) {
         editor.replaceSelections(text, actionName);
         return;
     }
@@ -100,8 +101,11 @@ void pasteText(QPTextView& editor, const TextSnapshot& text, std::span<const Tex
     TextOffset shift = 0;
     for (size_t i = 0; i < selections.size(); ++i) {
         const TextRange range = selections[i].range();
-        edits.push_back({range, text.slice(own[i])});
-        shift += own[i].length - range.length;
+        TextSnapshot piece = own.empty() ? text : text.slice(own[i]);
+        if (smart)
+            piece = smartlyInserted(editor.string(), range, piece);
+        edits.push_back({range, piece});
+        shift += piece.length() - range.length;
         after.push_back(Selection::caret(range.end() + shift));
     }
     const size_t primary = after.size() - 1;

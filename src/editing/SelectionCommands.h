@@ -25,9 +25,10 @@ void splitSelectionsIntoLines(QPTextView& editor);
 
 /// Replaces the selections by \a text as one step. Where there are several, and as many \a parts
 /// of the text, or else as many lines in it, each gets its own, first to last; otherwise each gets
-/// all of it. A line break at the end does not count as the start of another line.
+/// all of it. A line break at the end does not count as the start of another line. With \a smart,
+/// what goes in is set apart from the words around it, see smartlyInserted().
 void pasteText(QPTextView& editor, const TextSnapshot& text, std::span<const TextRange> parts,
-               const QString& actionName);
+               const QString& actionName, bool smart = false);
 
 /// Puts \a text at \a offset as one step, and selects it; when \a moving, the selected text goes.
 /// False, and nothing is done, where that is inside the selected text that goes, or nothing may be

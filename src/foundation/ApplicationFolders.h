@@ -25,6 +25,11 @@ struct ApplicationFolders
 
     /// The file of the user defaults.
     QString defaultsFile() const { return configuration + QStringLiteral("/Quillory.conf"); }
+    /// The user's text replacements.
+    QString replacementsFile() const
+    {
+        return applicationSupport + QStringLiteral("/Replacements.plist");
+    }
     /// Of texts that are not safely in their files.
     QString recoveryFolder() const { return state + QStringLiteral("/Recovery"); }
 };

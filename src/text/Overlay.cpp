@@ -1,5 +1,7 @@
 #include "text/Overlay.h"
 
+#include "text/Selection.h"
+
 namespace quillory {
 
 namespace {
@@ -99,6 +101,14 @@ void Overlay::removeBackground(TextRange range)
     });
 }
 
+void Overlay::setLineBand(const std::optional<LineBand>& band)
+{
+    if (band == m_lineBand)
+        return;
+    m_lineBand = band;
+    Q_EMIT lineBandChanged();
+}
+
 OverlayAttributes Overlay::attributesAt(TextOffset offset) const
 {
     const std::vector<OverlayRun> found = runs({offset, 1});
@@ -155,6 +165,8 @@ void Overlay::textChanged(const TextChange& change)
     m_textLength += change.insertedLength - replaced.length;
     appendBefore({{replaced.location, change.insertedLength}, inside});
     joinAtGap();
+    if (m_lineBand)
+        m_lineBand->range = mapped(m_lineBand->range, change);
 }
 
 template<class Change>

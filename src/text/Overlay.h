@@ -36,6 +36,15 @@ struct OverlayRun
     bool operator==(const OverlayRun&) const = default;
 };
 
+/// A band from edge to edge behind the lines that \a range touches; behind one line where it is
+/// empty.
+struct LineBand
+{
+    TextRange range;
+    Colour colour;
+    bool operator==(const LineBand&) const = default;
+};
+
 /// Display-only attributes of stretches of a text: never saved, copied or printed.
 ///
 /// The runs lie in two stacks around a gap, like the characters of a gap buffer: those before the
@@ -60,6 +69,10 @@ public:
     /// by changed(), once; where it makes none, nothing happens.
     void setForegrounds(TextRange range, std::span<const OverlayRun> runs);
 
+    const std::optional<LineBand>& lineBand() const { return m_lineBand; }
+    /// None takes the band away. Costs the same however long the range is.
+    void setLineBand(const std::optional<LineBand>& band);
+
     OverlayAttributes attributesAt(TextOffset offset) const;
 
     /// The runs that touch \a range, cut to it, in order.
@@ -67,8 +80,8 @@ public:
     bool isEmpty() const { return m_before.empty() && m_after.empty(); }
     size_t runCount() const { return m_before.size() + m_after.size(); }
 
-    /// Moves the runs as the text moved. Characters put inside a run, or in the place of characters
-    /// that one run covers, take its attributes; all others have none.
+    /// Moves the runs and the band as the text moved. Characters put inside a run, or in the place
+    /// of characters that one run covers, take its attributes; all others have none.
     void textChanged(const TextChange& change);
 
     /// The number of code units of the text that the runs lie over; for a fresh overlay 0.
@@ -77,6 +90,8 @@ public:
 Q_SIGNALS:
     /// Attributes within \a range changed.
     void changed(quillory::TextRange range);
+    /// The band lies elsewhere, but for an edit, or looks different.
+    void lineBandChanged();
 
 private:
     template<class Change>
@@ -95,6 +110,7 @@ private:
     mutable std::vector<OverlayRun> m_after;  ///< descending; location holds the distance of the
                                               ///< run's start from the text's end
     TextOffset m_textLength = 0;
+    std::optional<LineBand> m_lineBand;
 };
 
 } // namespace quillory

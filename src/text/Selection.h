@@ -29,4 +29,10 @@ constexpr TextOffset mapped(TextOffset offset, const TextChange& change)
     return std::min(offset, change.replaced.location + change.insertedLength);
 }
 
+/// Where \a range lies after \a change.
+constexpr TextRange mapped(TextRange range, const TextChange& change)
+{
+    return TextRange::between(mapped(range.location, change), mapped(range.end(), change));
+}
+
 } // namespace quillory

@@ -1,6 +1,6 @@
 #include "view/RepaintTracker.h"
 
-#include "view/LineBand.h"
+#include "view/BandedLines.h"
 
 #include <algorithm>
 
@@ -18,7 +18,7 @@ void map(TextOffset& offset, const TextChange& change)
 
 void map(TextRange& range, const TextChange& change)
 {
-    range = TextRange::between(mapped(range.location, change), mapped(range.end(), change));
+    range = mapped(range, change);
 }
 
 /// A row of a long line may have very many runs, most of them out of sight.
@@ -93,18 +93,18 @@ void RepaintTracker::noteAffinity(const std::vector<CaretPlace>& places)
 
 std::vector<RepaintTracker::Shown> RepaintTracker::shownBy(TextViewport& viewport,
                                                            const std::vector<Selection>& selections,
-                                                           const Overlay& overlay, bool hasBand)
+                                                           const Overlay& overlay)
 {
     std::vector<Shown> result;
+    const BandedLines banded(viewport.geometry().text(), overlay.lineBand());
     auto next = selections.begin();
     const TextOffset top = viewport.rows().front().row.range.location;
     next = std::partition_point(next, selections.end(),
                                 [&](const Selection& s) { return s.range().end() < top; });
     for (const TextViewport::VisibleRow& visible : viewport.rows()) {
         const TextRange range = visible.row.range;
-        Shown shown{range, visible.y, {}, runsOf(range, overlay)};
-        shown.banded =
-            hasBand && isBanded(viewport.geometry().text(), visible.row.line, selections);
+        Shown shown{
+            range, visible.y, {}, runsOf(range, overlay), banded.colourOf(visible.row.line)};
         while (next != selections.end() && next->range().end() < range.location)
             ++next;
         for (auto it = next; it != selections.end() && it->range().location <= range.end(); ++it) {
@@ -123,7 +123,7 @@ std::vector<RepaintTracker::Shown> RepaintTracker::shownBy(TextViewport& viewpor
 bool RepaintTracker::isClean(const Shown& before, const Shown& now) const
 {
     if (before.y != now.y || before.range != now.range || before.selections != now.selections ||
-        before.runs != now.runs || before.banded != now.banded)
+        before.runs != now.runs || before.band != now.band)
         return false;
     if (m_recoloured && isLong(now.range) && touch(*m_recoloured, now.range))
         return false;
@@ -132,12 +132,12 @@ bool RepaintTracker::isClean(const Shown& before, const Shown& now) const
 }
 
 QRegion RepaintTracker::takeDamage(TextViewport& viewport, const std::vector<Selection>& selections,
-                                   const Overlay& overlay, bool hasBand)
+                                   const Overlay& overlay)
 {
     const QRect whole({}, viewport.size());
     if (selections.size() > maximumNotes || m_x != viewport.x())
         m_all = true;
-    std::vector<Shown> now = shownBy(viewport, selections, overlay, hasBand);
+    std::vector<Shown> now = shownBy(viewport, selections, overlay);
     QRegion damage;
     if (m_all) {
         damage = whole;
@@ -149,7 +149,10 @@ QRegion RepaintTracker::takeDamage(TextViewport& viewport, const std::vector<Sel
             if (i >= m_shown.size() || !isClean(m_shown[i], now[i]))
                 damage += QRect(0, now[i].y - overhang, whole.width(), height + 2 * overhang);
         }
-        if (m_shown.size() > now.size()) {
+        // What is above the first row and below the last.
+        if (m_shown.empty() || m_shown.front().y != now.front().y)
+            damage += QRect(0, 0, whole.width(), now.front().y);
+        if (m_shown.empty() || m_shown.back().y != now.back().y) {
             const int below = now.back().y + height;
             damage += QRect(0, below, whole.width(), whole.height() - below);
         }

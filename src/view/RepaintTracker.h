@@ -27,7 +27,7 @@ public:
 
     /// What differs from the last call.
     QRegion takeDamage(TextViewport& viewport, const std::vector<Selection>& selections,
-                       const Overlay& overlay, bool hasBand);
+                       const Overlay& overlay);
 
 private:
     /// A row as it was painted.
@@ -37,12 +37,12 @@ private:
         int y;
         std::vector<Selection> selections; ///< those that touch it, cut to just outside it
         std::vector<OverlayRun> runs;      ///< counted from the row's start; not of a long row
-        bool banded = false;
+        std::optional<Colour> band;
     };
 
     static std::vector<Shown> shownBy(TextViewport& viewport,
                                       const std::vector<Selection>& selections,
-                                      const Overlay& overlay, bool hasBand);
+                                      const Overlay& overlay);
     bool isClean(const Shown& before, const Shown& now) const;
 
     std::vector<Shown> m_shown;

@@ -32,6 +32,10 @@ public:
     /// Where the text was put together from several selections.
     const std::vector<TextRange>& parts() const { return m_text.parts; }
 
+    /// Whether it was selected by words, and is to be set apart from others where it goes.
+    bool isByWords() const { return m_byWords; }
+    void setByWords(bool byWords) { m_byWords = byWords; }
+
     static QString utf8Text() { return QStringLiteral("text/plain;charset=utf-8"); }
 
     bool hasFormat(const QString& mimeType) const override;
@@ -45,6 +49,7 @@ private:
 
     JoinedText m_text;
     QString m_fontFamily;
+    bool m_byWords = false;
     QString m_html; ///< empty for that of the text in its font
 };
 

@@ -2,6 +2,7 @@
 
 #include "editing/QPTextView.h"
 #include "editing/SelectionCommands.h"
+#include "foundation/UserDefaults.h"
 #include "view/PendingPaste.h"
 #include "view/SnapshotMimeData.h"
 #include "view/X11Selection.h"
@@ -82,8 +83,11 @@ void TextClipboard::copy(const QFont& font, QClipboard::Mode mode) const
     if (mode == QClipboard::Selection && !clipboard.supportsSelection())
         return;
     JoinedText text = joinedSelections(m_editor.string(), m_editor.selections());
-    if (!text.text.isEmpty())
-        clipboard.setMimeData(new SnapshotMimeData(std::move(text), font), mode);
+    if (text.text.isEmpty())
+        return;
+    auto* data = new SnapshotMimeData(std::move(text), font);
+    data->setByWords(m_editor.selectionGranularity() == SelectionGranularity::Word);
+    clipboard.setMimeData(data, mode);
 }
 
 void TextClipboard::copyRichText(const QString& html) const
@@ -134,7 +138,9 @@ void TextClipboard::pasteData(const QMimeData& data, const std::function<void()>
         // A copy: what is pasted over may be what owns the clipboard's parts.
         const TextSnapshot text = own->text();
         const std::vector<TextRange> parts = own->parts();
-        pasteText(m_editor, text, parts, pasteName());
+        const UserDefaults* defaults = m_editor.defaults();
+        const bool smart = own->isByWords() && defaults && defaults->value(keys::smartCopy);
+        pasteText(m_editor, text, parts, pasteName(), smart);
         done();
         return;
     }

@@ -1,6 +1,5 @@
 #include "view/TextPainter.h"
 
-#include "view/LineBand.h"
 #include "view/PreeditPlace.h"
 
 #include <QPainter>
@@ -42,6 +41,7 @@ std::span<const Selection> TextPainter::selectionsTouching(TextRange range) cons
 void TextPainter::paint(const QRect& area)
 {
     m_area = area;
+    m_banded = {m_geometry.text(), m_look.overlay.lineBand()};
     m_painter.fillRect(area, m_look.colours.background);
     const int height = m_geometry.font().rowHeight();
     // Tall accents reach into the row above, so a row more is painted on either side, clipped.
@@ -59,10 +59,9 @@ void TextPainter::paint(const QRect& area)
 
 void TextPainter::paintRow(const TextViewport::VisibleRow& visible)
 {
-    if (m_look.colours.currentLine.isValid() &&
-        isBanded(m_geometry.text(), visible.row.line, m_look.selections))
+    if (const auto band = m_banded.colourOf(visible.row.line))
         m_painter.fillRect(m_area.left(), visible.y, m_area.width(), m_geometry.font().rowHeight(),
-                           m_look.colours.currentLine);
+                           toQColor(*band));
     paintSelectedBreak(visible.row, visible.y);
     const double left = m_area.left() - m_viewport.left();
     m_geometry.forEachSegment(visible.row, left, left + m_area.width(),

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "text/Overlay.h"
 #include "text/Selection.h"
+#include "view/BandedLines.h"
 #include "view/PreeditStyle.h"
 #include "view/TextViewColours.h"
 #include "view/TextViewport.h"
@@ -52,6 +52,7 @@ private:
     TextViewport& m_viewport;
     Look m_look;
     QRect m_area;
+    BandedLines m_banded;
 };
 
 } // namespace quillory

@@ -23,9 +23,8 @@ TextViewColours TextViewColours::fromPalette(const QPalette& palette)
     // The palette's highlight is made for text in a colour of its own, and too strong behind text
     // in many. On a dark ground the eye needs more of it.
     const float share = background.lightnessF() < 0.5F ? 0.5F : 0.35F;
-    return {
-        text, background, text, mixed(highlight, background, share), mixed(text, background, 0.15F),
-        {}};
+    return {text, background, text, mixed(highlight, background, share),
+            mixed(text, background, 0.15F)};
 }
 
 } // namespace quillory

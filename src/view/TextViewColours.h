@@ -14,7 +14,6 @@ struct TextViewColours
     QColor caret;
     QColor selection;         ///< behind selected text, which keeps its own colours
     QColor inactiveSelection; ///< the same while the view has not the focus
-    QColor currentLine = {};  ///< behind lines with a caret; invalid for no such band
 
     /// Colours that fit a light or dark \a palette.
     static TextViewColours fromPalette(const QPalette& palette);

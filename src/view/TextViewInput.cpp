@@ -208,8 +208,8 @@ void TextViewInput::showPreeditCaret()
     for (int rows = size.height() / viewport.rowHeight(); rows > 0; --rows) {
         const auto caret = preeditPoint(viewport, m_style.caret);
         if (caret && caret->y() + viewport.rowHeight() <= size.height()) {
-            const double right = caret->x() + 2 * viewport.textMargin() - size.width();
-            const double left = caret->x() - viewport.textMargin();
+            const double right = caret->x() + 2 * TextViewport::textMargin - size.width();
+            const double left = caret->x() - TextViewport::textMargin;
             if (right > 0)
                 m_view.scrollBy(int(right) + size.width() / 4, 0);
             else if (left < 0)

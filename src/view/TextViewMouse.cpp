@@ -33,6 +33,10 @@ void TextViewMouse::press(const QMouseEvent& event)
     m_sinceDoubleClick.invalidate();
     const bool adding = event.modifiers() & Qt::ControlModifier;
     const bool extending = event.modifiers() & Qt::ShiftModifier;
+    const auto& before = m_view.editor().selections();
+    m_othersByWords = m_view.editor().selectionGranularity() == SelectionGranularity::Word ||
+                      std::all_of(before.begin(), before.end(),
+                                  [](const Selection& selection) { return selection.isCaret(); });
     if (triple) {
         start(offset, SelectionGranularity::Paragraph, adding);
     } else if (event.modifiers() & Qt::AltModifier) {
@@ -156,6 +160,8 @@ void TextViewMouse::extendToOffset(TextOffset offset, QPoint point)
     selections.push_back(selection);
     const size_t primary = selections.size() - 1;
     m_view.editor().setSelections(std::move(selections), primary);
+    if (m_others.empty() || m_othersByWords)
+        m_view.editor().setSelectionGranularity(m_granularity);
     m_view.takeAffinityAt(point);
     m_view.restartBlink();
 }

@@ -53,6 +53,7 @@ private:
     SelectionGranularity m_granularity = SelectionGranularity::Character;
     TextRange m_origin;              ///< what the press selected
     std::vector<Selection> m_others; ///< that stay beside the one being dragged
+    bool m_othersByWords = false;    ///< as far as they are no carets
     QPoint m_pressed;
     QElapsedTimer m_sinceDoubleClick;
     QPoint m_doubleClickPosition;

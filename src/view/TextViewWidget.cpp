@@ -45,6 +45,7 @@ TextViewWidget::TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* pa
         m_repaint.noteRecoloured(range);
         scheduleRefresh();
     });
+    connect(&overlay, &Overlay::lineBandChanged, this, &TextViewWidget::scheduleRefresh);
     connect(&m_blink, &CaretBlink::toggled, this, &TextViewWidget::updateCarets);
     connect(&m_scrolling, &TextViewScrolling::scrolled, this, &TextViewWidget::scheduleRefresh);
     connect(&m_scrolling, &TextViewScrolling::zoomRequested, this, &TextViewWidget::zoomRequested);
@@ -92,7 +93,7 @@ void TextViewWidget::setWrapLines(bool wrap)
 
 void TextViewWidget::updateWrapWidth()
 {
-    const double room = viewport()->width() - 2 * m_viewport.textMargin();
+    const double room = viewport()->width() - 2 * TextViewport::textMargin;
     m_geometry.setRightEdge(room);
     m_geometry.setWrapWidth(m_wraps ? std::max(room, 4 * m_geometry.font().advance()) : 0);
     if (m_wraps)
@@ -164,8 +165,7 @@ void TextViewWidget::refresh()
         // Whoever hears of it may colour what came into sight, so that it is painted but once.
         Q_EMIT visibleRangeChanged();
     }
-    const QRegion damage = m_repaint.takeDamage(m_viewport, m_editor.selections(), m_overlay,
-                                                m_colours.currentLine.isValid());
+    const QRegion damage = m_repaint.takeDamage(m_viewport, m_editor.selections(), m_overlay);
     if (!damage.isEmpty())
         viewport()->update(damage);
     Q_EMIT refreshed();
@@ -323,6 +323,7 @@ bool TextViewWidget::event(QEvent* event)
 void TextViewWidget::keyPressEvent(QKeyEvent* event)
 {
     m_scrolling.stopRolling();
+    const QScopedValueRollback pressed(m_pressedKey, event->key());
     if (m_keys.press(*event))
         event->accept();
     else

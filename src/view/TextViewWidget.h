@@ -99,6 +99,8 @@ public:
     void scrollBy(int dx, int dy) { m_scrolling.by({dx, dy}); }
     /// Has the caret in sight, and shown.
     void showCaret();
+    /// The key whose press is being handled; 0 for none.
+    int pressedKey() const { return m_pressedKey; }
     void restartBlink() { m_blink.restart(); }
     void setPreedit(const Preedit& preedit);
     WorkCounters& workCounters() { return m_geometry.counters(); }
@@ -170,6 +172,7 @@ private:
     TextViewColours m_colours;
     FindIndicator* m_findIndicator = nullptr; ///< made when it is first needed
     std::optional<int> m_anchorY; ///< the text there stays while the wheel makes it larger
+    int m_pressedKey = 0;
     bool m_ownColours = false;
     bool m_wraps = false;
     bool m_refreshPending = false;

@@ -1,5 +1,7 @@
 #include "view/TextViewport.h"
 
+#include "editing/TypewriterScroll.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -9,11 +11,6 @@ void TextViewport::setSize(QSize size)
 {
     m_size = size;
     invalidate();
-}
-
-double TextViewport::textMargin() const
-{
-    return std::round(m_geometry.font().advance() * 0.75);
 }
 
 // Rows in sight
@@ -116,7 +113,7 @@ TextViewport::Top TextViewport::topFor(const TextGeometry::Row& target, qint64 y
     for (; y > 0; y -= rowHeight()) {
         const auto before = m_geometry.rowBefore(row);
         if (!before) {
-            y = 0;
+            y = std::min<qint64>(y, verticalMargin);
             break;
         }
         row = *before;
@@ -139,12 +136,28 @@ void TextViewport::showRowAt(const TextGeometry::Row& target, qint64 y)
     invalidate();
 }
 
-/// No more than the text's last row stands at the bottom, unless all of the text fits.
+void TextViewport::setScrollsPastEnd(bool past)
+{
+    m_scrollsPastEnd = past;
+    invalidate();
+}
+
+/// What may show below the last row.
+int TextViewport::roomBelow() const
+{
+    const int height = m_size.height();
+    return m_scrollsPastEnd ? std::max(verticalMargin, height - anchorHeight(height) - rowHeight())
+                            : verticalMargin;
+}
+
+/// No more room shows around the text than there is, unless all of it fits.
 TextViewport::Top TextViewport::clampedTop()
 {
-    const Top top{m_top.offset, std::clamp(m_top.hidden, 0, rowHeight() - 1)};
-    m_shown = top;
     const TextSnapshot& text = m_geometry.text();
+    const bool isFirst = m_top.hidden < 0 && m_geometry.rowAt(m_top.offset).range.location == 0;
+    const Top top{m_top.offset,
+                  std::clamp(m_top.hidden, isFirst ? -verticalMargin : 0, rowHeight() - 1)};
+    m_shown = top;
     // Every line has a row at least, so the end can only be in sight when its line is near.
     const qsizetype linesBelow = text.lineCount() - text.lineAt(top.offset).value();
     if (linesBelow * rowHeight() - top.hidden >= m_size.height())
@@ -156,8 +169,8 @@ TextViewport::Top TextViewport::clampedTop()
         last = *row;
         row = m_geometry.rowAfter(last);
     }
-    if (y < m_size.height())
-        m_shown = topFor(last, m_size.height() - rowHeight());
+    if (!row && y + roomBelow() < m_size.height())
+        m_shown = topFor(last, m_size.height() - rowHeight() - roomBelow());
     return m_shown;
 }
 
@@ -201,12 +214,12 @@ TextOffset TextViewport::offsetOfEstimatedRow(double row) const
     return low;
 }
 
-/// Whether the last row of the text stands wholly in sight.
+/// Whether the last row of the text and the room below it stand wholly in sight.
 bool TextViewport::isAtEnd()
 {
     const VisibleRow& last = rows().back();
     return last.row.range.end() == m_geometry.text().length() &&
-           last.y + rowHeight() <= m_size.height();
+           last.y + rowHeight() + roomBelow() <= m_size.height();
 }
 
 qint64 TextViewport::y()
@@ -215,15 +228,16 @@ qint64 TextViewport::y()
     // Estimates may disagree with where the end really is.
     if (m_geometry.wraps() && isAtEnd())
         return std::max<qint64>(0, contentHeight() - m_size.height());
-    return qint64(estimatedRow(m_shown.offset)) * rowHeight() + m_shown.hidden;
+    return qint64(estimatedRow(m_shown.offset)) * rowHeight() + m_shown.hidden + verticalMargin;
 }
 
 qint64 TextViewport::contentHeight()
 {
     const VisibleRow& first = rows().front();
-    if (first.row.range.location == 0 && first.y == 0 && isAtEnd())
-        return qint64(rows().size()) * rowHeight();
-    return (qint64(estimatedRow(m_geometry.text().length())) + 1) * rowHeight();
+    const int room = verticalMargin + roomBelow();
+    if (first.row.range.location == 0 && first.y == verticalMargin && isAtEnd())
+        return qint64(rows().size()) * rowHeight() + room;
+    return (qint64(estimatedRow(m_geometry.text().length())) + 1) * rowHeight() + room;
 }
 
 void TextViewport::scrollToY(qint64 y)
@@ -231,10 +245,11 @@ void TextViewport::scrollToY(qint64 y)
     const qint64 end = std::max<qint64>(0, contentHeight() - m_size.height());
     y = std::clamp<qint64>(y, 0, end);
     const bool toEnd = m_geometry.wraps() && y == end;
-    const qint64 row = y / rowHeight();
+    const qint64 inRows = y - verticalMargin;
+    const qint64 row = std::max<qint64>(0, inRows) / rowHeight();
     const TextOffset offset =
         toEnd ? m_geometry.text().length() : offsetOfEstimatedRow(double(row));
-    m_top = {m_geometry.rowAt(offset).range.location, int(y % rowHeight())};
+    m_top = {m_geometry.rowAt(offset).range.location, int(inRows - row * rowHeight())};
     invalidate();
 }
 
@@ -248,7 +263,7 @@ double TextViewport::contentWidth()
         m_widestSeen = std::max(m_widestSeen, m_geometry.edgesOf(visible.row).right);
     const double longest = double(m_geometry.text().longestLine()) * m_geometry.font().advance();
     // Room for a caret behind the last character.
-    return std::max(longest, m_widestSeen) + 2 * textMargin();
+    return std::max(longest, m_widestSeen) + 2 * textMargin;
 }
 
 double TextViewport::minimumX()
@@ -269,7 +284,7 @@ bool TextViewport::settle()
 {
     const double left = m_scrollX;
     for (const VisibleRow& visible : rows())
-        m_geometry.forEachSegment(visible.row, m_scrollX - textMargin(), m_scrollX + m_size.width(),
+        m_geometry.forEachSegment(visible.row, m_scrollX - textMargin, m_scrollX + m_size.width(),
                                   [](const auto&) {});
     scrollToX(m_scrollX + m_geometry.takeShift(left));
     return m_scrollX != left;
@@ -281,32 +296,49 @@ void TextViewport::ensureVisible(const CaretPlace& place)
 {
     const TextGeometry::Row row = m_geometry.rowAt(place);
     const VisibleRow* visible = rowShowing(place);
-    const int lowest = std::max(0, m_size.height() - rowHeight());
+    const bool isFirst = row.range.location == 0;
+    const bool isLast = row.range.end() == m_geometry.text().length();
+    const int highest = isFirst ? verticalMargin : 0;
+    const int lowest = std::max(0, m_size.height() - rowHeight() - (isLast ? verticalMargin : 0));
     if (visible && visible->y < 0) {
-        showRowAt(row, 0);
-    } else if (visible && visible->y > lowest) {
+        showRowAt(row, highest);
+    } else if (visible && visible->y + rowHeight() > m_size.height()) {
         showRowAt(row, lowest);
     } else if (!visible) {
         // A row or two outside is scrolled to, what is further away is jumped to.
         const auto after = m_geometry.rowAfter(row);
         const auto before = m_geometry.rowBefore(row);
         if (after && rowShowing({after->range.location}))
-            showRowAt(row, 0);
+            showRowAt(row, highest);
         else if (before && rowShowing({before->range.location}))
             showRowAt(row, lowest);
         else
             showRowAt(row, lowest / 2);
     }
-    if (m_geometry.wraps())
-        return;
-    const double x = m_geometry.xOf(row, place);
-    const double space = m_size.width() - 2 * textMargin();
+    if (!m_geometry.wraps())
+        showSideways(m_geometry.xOf(row, place));
+}
+
+void TextViewport::showSideways(double x)
+{
+    const double space = m_size.width() - 2 * textMargin;
     // Wide, since each scroll paints the whole page, and is made by every so many letters typed.
     const double context = std::min(space / 4, m_geometry.font().advance() * 16);
     if (x < m_scrollX)
         scrollToX(x - context);
     else if (x > m_scrollX + space)
         scrollToX(x - space + context);
+}
+
+void TextViewport::returnSideways(const CaretPlace& place)
+{
+    if (m_geometry.wraps())
+        return;
+    const double x = m_geometry.xOf(m_geometry.rowAt(place), place);
+    if (x >= 0 && x <= m_size.width() - 2 * textMargin)
+        scrollToX(0);
+    else
+        showSideways(x);
 }
 
 void TextViewport::centerOn(TextOffset offset)

@@ -54,13 +54,17 @@ public:
     TextRange visibleRange();
 
     /// The left edge of the text in the viewport.
-    double left() const { return textMargin() - m_scrollX; }
-    /// The space left of the text.
-    double textMargin() const;
+    double left() const { return textMargin - m_scrollX; }
+    // The space around the text, in logical pixels.
+    static constexpr int textMargin = 6;     ///< to the left and to the right
+    static constexpr int verticalMargin = 9; ///< above the first row and below the last
 
     // Scrolling. All stay within the text. x is 0 where the lines begin; what is wider than the
     // viewport lies to the right, or, of lines that are written from right to left, to the left.
 
+    /// Whether the text can be scrolled on until its last row stands at anchorHeight(), not only
+    /// until it stands at the bottom.
+    void setScrollsPastEnd(bool past);
     qint64 y();
     double x() const { return m_scrollX; }
     void scrollToY(qint64 y);
@@ -80,6 +84,9 @@ public:
     /// the height.
     void ensureVisible(const CaretPlace& place);
     void centerOn(TextOffset offset);
+    /// Goes back to x 0 if the caret at \a place is seen there; else scrolls sideways as little as
+    /// shows it.
+    void returnSideways(const CaretPlace& place);
     /// Scrolls such that the row of \a offset stands at \a y, as far as there is text.
     void showAt(TextOffset offset, qint64 y) { showRowAt(m_geometry.rowAt(offset), y); }
 
@@ -87,13 +94,16 @@ private:
     struct Top
     {
         TextOffset offset = 0; ///< in the row at the top
-        int hidden = 0;        ///< pixels of that row above the viewport
+        /// Pixels of that row above the viewport; negative where margin shows above the first row.
+        int hidden = -verticalMargin;
     };
 
     Top topFor(const TextGeometry::Row& row, qint64 y);
     void showRowAt(const TextGeometry::Row& row, qint64 y);
     Top clampedTop();
     bool isAtEnd();
+    int roomBelow() const;
+    void showSideways(double x);
     double estimatedRow(TextOffset offset) const;
     TextOffset offsetOfEstimatedRow(double row) const;
     double unitsPerRow() const;
@@ -102,6 +112,7 @@ private:
     QSize m_size;
     Top m_top;   ///< what was scrolled to last
     Top m_shown; ///< the same, pulled into the text; what rows() begins with
+    bool m_scrollsPastEnd = false;
     double m_scrollX = 0;
     double m_widestSeen = 0;
     double m_leftmostSeen = 0;

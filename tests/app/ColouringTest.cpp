@@ -91,10 +91,20 @@ TEST_F(ColouringTest, theMenusChooseLanguageAndTheme)
 TEST_F(ColouringTest, theBandIsThereWhenItIsWanted)
 {
     DocumentWindow& window = openNew();
-    EXPECT_FALSE(window.view().colours().currentLine.isValid());
+    const auto band = [&] { return window.view().overlay().lineBand(); };
+    EXPECT_FALSE(band());
     choose(window, QStringLiteral("View/Highlight Current Line"));
-    EXPECT_TRUE(window.view().colours().currentLine.isValid());
+    EXPECT_TRUE(band());
     EXPECT_TRUE(defaults.value(keys::highlight));
+    press(window, {QStringLiteral("'one'"), QStringLiteral("Return")});
+    EXPECT_EQ(band()->range, (TextRange{4, 0}));
+    press(window, {QStringLiteral("Up")});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return band()->range == TextRange{0, 4}; }));
+    const Colour before = band()->colour;
+    choose(window, QStringLiteral("View/Theme/Insomniac"));
+    EXPECT_NE(band()->colour, before);
+    choose(window, QStringLiteral("View/Highlight Current Line"));
+    EXPECT_FALSE(band());
 }
 
 TEST_F(ColouringTest, savingUnderAnotherExtensionChangesTheLanguage)

@@ -35,7 +35,7 @@ protected:
         TextViewport& viewport = harness.view.textViewport();
         return {
             int(viewport.left() + rowAndColumn.y() * harness.view.textGeometry().font().advance()),
-            (rowAndColumn.x() * 2 + 1) * viewport.rowHeight() / 2};
+            TextViewport::verticalMargin + (rowAndColumn.x() * 2 + 1) * viewport.rowHeight() / 2};
     }
 
     void expect(const char* marked) { EXPECT_EQ(harness.marked(), QString::fromUtf8(marked)); }

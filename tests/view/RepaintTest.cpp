@@ -1,5 +1,5 @@
 #include "ViewHarness.h"
-#include "view/LineBand.h"
+#include "view/BandedLines.h"
 #include "view/LineNumberView.h"
 
 #include <QPaintEvent>
@@ -58,9 +58,6 @@ TEST_P(RandomRepaint, whatIsPaintedPieceByPieceIsWhatIsPaintedAtOnce)
     ViewHarness harness;
     const auto* ruler = new LineNumberView(harness.view);
     harness.view.setWrapLines(GetParam());
-    TextViewColours colours = harness.view.colours();
-    colours.currentLine = QColor(200, 220, 200, 120);
-    harness.view.setColours(colours);
     QString text;
     for (int i = 0; i < 60; ++i)
         text += QStringLiteral("line %1 ").arg(i).repeated(i * 5 % 23) + u'\n';
@@ -80,7 +77,7 @@ TEST_P(RandomRepaint, whatIsPaintedPieceByPieceIsWhatIsPaintedAtOnce)
         const auto somewhere = [&] {
             return TextOffset(random() % size_t(harness.storage.length() + 1));
         };
-        switch (random() % 8) {
+        switch (random() % 9) {
         case 0: {
             OverlayAttributes look;
             look.foreground = Colour{float(random() % 2), 0, 1, 1};
@@ -96,6 +93,10 @@ TEST_P(RandomRepaint, whatIsPaintedPieceByPieceIsWhatIsPaintedAtOnce)
             harness.editor.setSelectedRanges({{somewhere(), 5}, {somewhere(), 0}});
             break;
         case 3:
+            harness.overlay.setLineBand(
+                LineBand{{somewhere(), TextOffset(random() % 50)}, {0.8F, 0.9F, 0.8F, 0.5F}});
+            break;
+        case 4:
             harness.storage.replaceCharactersInRange({somewhere(), TextOffset(random() % 9)},
                                                      QStringLiteral("new\ntext"));
             break;
@@ -134,34 +135,52 @@ private:
     int m_height = 0;
 };
 
-TEST(Repaint, theBandLiesBehindEveryLineThatIsWorkedOn)
+TEST(Repaint, theBandLiesBehindEveryLineThatItsRangeTouches)
 {
     // The lines of "ab\ncd\n\nef\n" are 0-2, 3-5, 6, 7-9 and, empty, 10.
     const TextSnapshot text(QStringLiteral("ab\ncd\n\nef\n"));
     const struct
     {
-        std::vector<Selection> selections;
+        TextRange range;
         QString banded;
     } cases[]{
-        {{Selection::caret(0)}, QStringLiteral("0")},
-        {{Selection::caret(2)}, QStringLiteral("0")},
-        {{Selection::caret(3)}, QStringLiteral("1")},
-        {{Selection::caret(6)}, QStringLiteral("2")},
-        {{Selection::caret(10)}, QStringLiteral("4")},
-        {{{0, 3}}, QStringLiteral("0")}, // ends where the next line begins
-        {{{4, 1}}, QStringLiteral("01")},
-        {{{3, 10}}, QStringLiteral("123")},
-        {{{1, 3}, Selection::caret(5), {7, 8}}, QStringLiteral("013")},
-        {{{0, 3}, Selection::caret(3)}, QStringLiteral("01")},
+        {{0, 3}, QStringLiteral("0")},     {{3, 4}, QStringLiteral("12")},
+        {{4, 1}, QStringLiteral("1")}, // an edit joined it with others
+        {{6, 0}, QStringLiteral("2")},     {{10, 0}, QStringLiteral("4")},
+        {{0, 10}, QStringLiteral("0123")}, {{7, 90}, QStringLiteral("3")},
     };
-    for (const auto& [selections, banded] : cases) {
+    for (const auto& [range, banded] : cases) {
+        const BandedLines lines(text, LineBand{range, {}});
         QString found;
         for (qsizetype line = 0; line < text.lineCount(); ++line) {
-            if (isBanded(text, LineIndex(line), selections))
+            if (lines.colourOf(LineIndex(line)))
                 found += QString::number(line);
         }
         EXPECT_EQ(found, banded);
     }
+    EXPECT_FALSE(BandedLines(text, {}).colourOf(LineIndex(0)));
+}
+
+TEST(Repaint, onlyTheLinesWhoseBandDiffersArePainted)
+{
+    ViewHarness harness(QStringLiteral("some words in a line\n").repeated(5'000'000 / 21));
+    const int row = harness.view.caretRect().height();
+    const auto paintedBy = [&](TextRange range, Colour colour) {
+        const PaintedHeight painted(harness);
+        harness.overlay.setLineBand(LineBand{range, colour});
+        harness.settle();
+        return painted();
+    };
+    const Colour grey{0.5F, 0.5F, 0.5F, 0.5F};
+    EXPECT_LE(paintedBy({21, 21}, grey), 2 * row);
+    EXPECT_EQ(paintedBy({21, 21}, grey), 0);
+    EXPECT_LE(paintedBy({42, 21}, grey), 4 * row);
+    EXPECT_EQ(paintedBy({42, 20}, grey), 0); // the same line
+    EXPECT_LE(paintedBy({42, 21}, {1, 0, 0, 0.5F}), 2 * row);
+    EXPECT_LE(paintedBy({420'000, 21}, grey), 2 * row); // out of sight
+    WorkDone work(harness);
+    paintedBy(harness.storage.snapshot().range(), grey);
+    EXPECT_EQ(work().linesLaidOut, 0);
 }
 
 TEST(Repaint, whatIsColouredWhenItComesIntoSightIsPaintedOnce)
@@ -264,7 +283,7 @@ TEST(TextPainter, paintsColoursBackgroundsAndSelections)
     EXPECT_TRUE(shows(image, between(6, 9), selection));
     // The selected break reaches to the edge; of the line with two directions the parts that are
     // selected are marked, wherever they stand.
-    EXPECT_TRUE(shows(image, {700, 2, 90, 4}, selection));
+    EXPECT_TRUE(shows(image, {700, TextViewport::verticalMargin + 2, 90, 4}, selection));
     EXPECT_TRUE(shows(image, between(10, 12), selection));
     EXPECT_FALSE(shows(image, between(14, 16), selection));
 }

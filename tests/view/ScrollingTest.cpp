@@ -56,10 +56,10 @@ TEST_P(Scrolling, movesByExactlyThePixelsAskedFor)
 TEST_P(Scrolling, staysInTheText)
 {
     wheel(harness, {0, 500});
-    EXPECT_EQ(harness.view.caretRectAt(0).y(), 0);
+    EXPECT_EQ(harness.view.caretRectAt(0).y(), TextViewport::verticalMargin);
     wheel(harness, {0, -1'000'000});
     const QRect last = harness.view.caretRectAt(harness.storage.length());
-    EXPECT_EQ(last.bottom() + 1, harness.view.viewport()->height());
+    EXPECT_EQ(last.bottom() + 1 + TextViewport::verticalMargin, harness.view.viewport()->height());
     EXPECT_EQ(harness.view.verticalScrollBar()->value(),
               harness.view.verticalScrollBar()->maximum());
 }
@@ -77,7 +77,7 @@ TEST_P(Scrolling, theBarReachesBothEnds)
     EXPECT_LT(middle.end(), harness.storage.length() * 3 / 4);
     bar.setValue(0);
     harness.settle();
-    EXPECT_EQ(harness.view.caretRectAt(0).y(), 0);
+    EXPECT_EQ(harness.view.caretRectAt(0).y(), TextViewport::verticalMargin);
 }
 
 TEST_P(Scrolling, editsAboveAndBelowLeaveTheTextInSightWhereItIs)
@@ -189,7 +189,8 @@ TEST(LongLineScrolling, homeAndEndShowTheEndsOfALine)
 TEST(ScrollBars, doNotCoverTheCaretsRowWhenTheyAppear)
 {
     ViewHarness harness(QStringLiteral("short\n").repeated(300));
-    const int rows = harness.view.viewport()->height() / harness.view.textViewport().rowHeight();
+    const int rows = (harness.view.viewport()->height() - TextViewport::verticalMargin) /
+                     harness.view.textViewport().rowHeight();
     harness.editor.setSelectedRange({(rows - 1) * 6, 0});
     harness.settle();
     ASSERT_FALSE(harness.view.horizontalScrollBar()->isVisible());
