@@ -29,7 +29,12 @@ class Boundaries
 {
 public:
     Boundaries(UBreakIteratorType type, const TextSnapshot& text, TextRange stretch)
-        : m_units(text.string(stretch)), m_start(stretch.location), m_iterator(iterator(type))
+        : Boundaries(type, text.string(stretch), stretch.location)
+    {}
+
+    /// \a units stand at \a start.
+    Boundaries(UBreakIteratorType type, const QString& units, TextOffset start)
+        : m_units(units), m_start(start), m_iterator(iterator(type))
     {
         UErrorCode status = U_ZERO_ERROR;
         ubrk_setText(m_iterator, reinterpret_cast<const UChar*>(m_units.utf16()),
@@ -52,6 +57,12 @@ public:
 
     /// True when what ends at the boundary found last is a word and not blanks or signs.
     bool endsWord() const { return ubrk_getRuleStatus(m_iterator) >= UBRK_WORD_NONE_LIMIT; }
+
+    bool endsLetterWord() const
+    {
+        const int32_t status = ubrk_getRuleStatus(m_iterator);
+        return status >= UBRK_WORD_LETTER && status < UBRK_WORD_LETTER_LIMIT;
+    }
 
     bool isBoundary(TextOffset offset)
     {
@@ -228,6 +239,19 @@ TextRange wordAt(const TextSnapshot& text, TextOffset offset)
     Boundaries boundaries(UBRK_WORD, text, stretch);
     const TextOffset start = boundaries.isBoundary(offset) ? offset : boundaries.preceding(offset);
     return TextRange::between(start, boundaries.following(offset));
+}
+
+std::vector<TextRange> letterWords(const QString& units)
+{
+    std::vector<TextRange> words;
+    Boundaries boundaries(UBRK_WORD, units, 0);
+    for (TextOffset start = 0; start < units.size();) {
+        const TextOffset end = boundaries.following(start);
+        if (boundaries.endsLetterWord())
+            words.push_back(TextRange::between(start, end));
+        start = end;
+    }
+    return words;
 }
 
 } // namespace quillory

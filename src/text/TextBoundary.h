@@ -2,6 +2,8 @@
 
 #include "text/TextSnapshot.h"
 
+#include <vector>
+
 namespace quillory {
 
 // Boundaries of characters and words by the rules of UAX #29, as ICU's break iterators know them.
@@ -29,5 +31,9 @@ TextOffset wordStartBefore(const TextSnapshot& text, TextOffset offset);
 /// The word, or the run of blanks, or the single sign, that holds the unit at \a offset; at the
 /// text's end the one before it.
 TextRange wordAt(const TextSnapshot& text, TextOffset offset);
+
+/// The words of letters in \a units, in order; not numbers, nor what is written without blanks
+/// between the words. O(length).
+std::vector<TextRange> letterWords(const QString& units);
 
 } // namespace quillory

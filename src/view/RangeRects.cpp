@@ -1,5 +1,6 @@
 #include "view/RangeRects.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace quillory {
@@ -29,6 +30,31 @@ std::vector<QRect> visibleRects(TextGeometry& geometry, TextViewport& viewport, 
             });
     }
     return result;
+}
+
+std::vector<TextRange> rangesInSight(TextGeometry& geometry, TextViewport& viewport)
+{
+    constexpr TextOffset longestBreak = 2;
+    std::vector<TextRange> ranges;
+    const double origin = viewport.left();
+    for (const TextViewport::VisibleRow& visible : viewport.rows()) {
+        geometry.forEachSegment(
+            visible.row, -origin, viewport.size().width() - origin,
+            [&](const TextGeometry::Segment& segment) {
+                // Segments stand in the order in which they are seen, rows in that of the text.
+                const TextRange next = segment.range;
+                TextRange* const last = ranges.empty() ? nullptr : &ranges.back();
+                if (last && next.location <= last->end() + longestBreak &&
+                    next.end() >= last->location)
+                    *last = TextRange::between(std::min(last->location, next.location),
+                                               std::max(last->end(), next.end()));
+                else
+                    ranges.push_back(next);
+            });
+    }
+    std::sort(ranges.begin(), ranges.end(),
+              [](TextRange a, TextRange b) { return a.location < b.location; });
+    return ranges;
 }
 
 } // namespace quillory

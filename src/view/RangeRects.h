@@ -12,4 +12,8 @@ namespace quillory {
 /// viewport, and as high as a row; cut to about the viewport's width.
 std::vector<QRect> visibleRects(TextGeometry& geometry, TextViewport& viewport, TextRange range);
 
+/// The characters of which something is in sight, also from left to right, in order and apart;
+/// of long lines to a few hundred code units more.
+std::vector<TextRange> rangesInSight(TextGeometry& geometry, TextViewport& viewport);
+
 } // namespace quillory

@@ -1,0 +1,172 @@
+#include "editing/spelling/SpellingWords.h"
+
+#include "text/TextBoundary.h"
+
+#include <algorithm>
+
+namespace quillory {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+using Style = ProseRange::Style;
+
+/// What stands so far from a word may decide whether it is looked up, in UTF-16 code units.
+constexpr TextOffset reach = 512;
+/// The longest word of capitals that is taken for an abbreviation.
+constexpr qsizetype longestAbbreviation = 5;
+
+/// \a range with what may matter for the words at its ends.
+TextRange widened(const TextSnapshot& text, TextRange range)
+{
+    const TextRange lines = text.lineRangeForRange(range);
+    return TextRange::between(std::max(lines.location, range.location - reach),
+                              std::min(lines.end(), range.end() + reach));
+}
+
+bool hasUsualForm(QStringView word)
+{
+    if (word.size() < 2 || word.size() > longestSpellingWord)
+        return false;
+    qsizetype capitals = 0;
+    bool capitalInside = false;
+    for (qsizetype i = 0; i < word.size(); ++i) {
+        const QChar unit = word.at(i);
+        if (unit.isDigit() || unit == u'_' || unit == u'.' || unit == u':')
+            return false;
+        if (unit.isUpper()) {
+            ++capitals;
+            capitalInside = capitalInside || (i > 0 && word.at(i - 1).isLower());
+        }
+    }
+    if (capitals == word.size())
+        return capitals > longestAbbreviation;
+    // "GUIs" and "McCoy" as well as names of programs
+    return !capitalInside && (capitals < 2 || !word.at(1).isUpper());
+}
+
+/// Judges words by what stands around them in a stretch of prose.
+class Surroundings
+{
+public:
+    Surroundings(QStringView units, Style style) : m_units(units), m_style(style) {}
+
+    bool allow(TextRange word) const
+    {
+        const char16_t before = at(word.location - 1);
+        const char16_t after = at(word.end());
+        if (before == u'\\' || before == u'@' || before == u'#' || before == u'$' ||
+            before == u'_' || after == u'_' || after == u'&' || after == u'@')
+            return false;
+        if (before == u';' || (before == u'&' && after == u';')) // at an entity
+            return false;
+        if (after == u'(' && (m_style != Style::Text || at(word.end() + 1) == u')'))
+            return false;
+        return !isInBackticks(word) && isOrdinary(token(word));
+    }
+
+private:
+    char16_t at(TextOffset offset) const
+    {
+        return offset >= 0 && offset < m_units.size() ? m_units.at(offset).unicode() : u'\0';
+    }
+
+    bool endsToken(TextOffset offset) const
+    {
+        const QChar unit = at(offset);
+        static constexpr QStringView brackets = u"(){}[]<>";
+        return unit.isNull() || unit.isSpace() || QStringView(u"\"“”„«»").contains(unit) ||
+               (m_style == Style::Text && brackets.contains(unit));
+    }
+
+    /// What stands between blanks around \a word, without marks at its ends.
+    QStringView token(TextRange word) const
+    {
+        TextOffset start = word.location;
+        TextOffset end = word.end();
+        while (word.location - start < reach && !endsToken(start - 1))
+            --start;
+        while (end - word.end() < reach && !endsToken(end))
+            ++end;
+        static constexpr QStringView marks = u"'`‘’‚.,;:!?…*()[]{}<>|–—=";
+        while (start < word.location && (marks.contains(m_units.at(start)) || at(start) == u'_'))
+            ++start;
+        while (end > word.end() && (marks.contains(m_units.at(end - 1)) || at(end - 1) == u'_'))
+            --end;
+        if (m_style == Style::Comment && m_units.sliced(start).startsWith(u"//"))
+            start += std::min<TextOffset>(word.location - start, 2);
+        return m_units.sliced(start, end - start);
+    }
+
+    bool isOrdinary(QStringView token) const
+    {
+        if (token.contains(u'@') || token.contains(u"://") ||
+            token.startsWith("www."_L1, Qt::CaseInsensitive))
+            return false;
+        // An option; a dash without blanks around it may end with the line.
+        if (token.startsWith(u'-') && token.size() > 1)
+            return false;
+        if (m_style == Style::Text)
+            return !token.startsWith(u'/') && !token.startsWith(u"~/") && token.count(u'/') < 2;
+        static constexpr QStringView code = u"=()[]{}<>_;\\/@#$%^&*~+|:";
+        return std::none_of(token.begin(), token.end(),
+                            [](QChar unit) { return code.contains(unit); });
+    }
+
+    /// Between two backticks on one line.
+    bool isInBackticks(TextRange word) const
+    {
+        qsizetype before = 0;
+        for (TextOffset i = word.location - 1; i >= 0 && !isLineBreak(i); --i)
+            before += at(i) == u'`';
+        if (before % 2 == 0)
+            return false;
+        for (TextOffset i = word.end(); i < m_units.size() && !isLineBreak(i); ++i) {
+            if (at(i) == u'`')
+                return true;
+        }
+        return false;
+    }
+
+    bool isLineBreak(TextOffset offset) const { return at(offset) == u'\n' || at(offset) == u'\r'; }
+
+    QStringView m_units;
+    Style m_style;
+};
+
+/// Puts blanks in the place of escape sequences such as \n, so that words begin behind them.
+void blankEscapes(QString& units)
+{
+    for (qsizetype i = 0; i + 1 < units.size(); ++i) {
+        if (units.at(i) != u'\\')
+            continue;
+        if (QStringView(u"abfnrtv0\"'\\").contains(units.at(i + 1)))
+            units.replace(i, 2, u"  "_qs);
+        ++i;
+    }
+}
+
+} // namespace
+
+std::vector<SpellingWord> spellingWords(const TextSnapshot& text, TextRange range,
+                                        const SpellingScope& scope)
+{
+    std::vector<SpellingWord> words;
+    for (const ProseRange& prose : scope.proseIn(text, widened(text, range))) {
+        QString units = text.string(prose.range);
+        if (prose.style == Style::Literal)
+            blankEscapes(units);
+        const Surroundings surroundings(units, prose.style);
+        for (const TextRange found : letterWords(units)) {
+            const TextRange place{prose.range.location + found.location, found.length};
+            if (place.intersection(range).isEmpty())
+                continue;
+            QString word = units.mid(found.location, found.length);
+            if (hasUsualForm(word) && surroundings.allow(found) && !scope.isDefined(word))
+                words.push_back({place, std::move(word)});
+        }
+    }
+    return words;
+}
+
+} // namespace quillory
