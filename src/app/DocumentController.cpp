@@ -23,9 +23,10 @@ QString canonical(const QString& path)
 } // namespace
 
 DocumentController::DocumentController(const DocumentEnvironment& environment,
-                                       UserQuestions& questions, QSettings& state)
+                                       UserQuestions& questions, QSettings& state,
+                                       const SpellingEngineSource& spellingEngine)
     : m_environment(environment), m_questions(questions), m_state(state), m_recent(state),
-      m_loader(std::make_unique<DocumentLoader>())
+      m_spellChecker(spellingEngine), m_loader(std::make_unique<DocumentLoader>())
 {}
 
 DocumentController::~DocumentController()

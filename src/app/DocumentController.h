@@ -4,6 +4,8 @@
 #include "app/DocumentLoader.h"
 #include "app/DocumentWindow.h"
 #include "app/RecentDocuments.h"
+#include "editing/spelling/EnchantEngine.h"
+#include "editing/spelling/SpellChecker.h"
 
 #include <QObject>
 #include <vector>
@@ -20,7 +22,8 @@ class DocumentController : public QObject
 public:
     /// \a state keeps the recent files and the windows' size from one session to the next.
     DocumentController(const DocumentEnvironment& environment, UserQuestions& questions,
-                       QSettings& state);
+                       QSettings& state,
+                       const SpellingEngineSource& spellingEngine = makeEnchantEngine);
     ~DocumentController() override;
 
     DocumentWindow* newDocument();
@@ -40,6 +43,7 @@ public:
     void rememberSize(const DocumentWindow& window);
 
     DocumentLoader& loader() { return *m_loader; }
+    SpellChecker& spellChecker() { return m_spellChecker; }
 
     QStringList recentDocuments() const { return m_recent.paths(); }
     void clearRecentDocuments() { m_recent.clear(); }
@@ -72,6 +76,7 @@ private:
     UserQuestions& m_questions;
     QSettings& m_state;
     RecentDocuments m_recent;
+    SpellChecker m_spellChecker;
     std::unique_ptr<DocumentLoader> m_loader; ///< goes before the windows
     std::vector<DocumentWindow*> m_windows;
     QStringList m_reading; ///< canonical paths of the files that are being read

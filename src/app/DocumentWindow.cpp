@@ -11,6 +11,7 @@
 #include "app/MessageArea.h"
 #include "app/RereadFlow.h"
 #include "app/SaveFlow.h"
+#include "app/SpellingAids.h"
 #include "app/StatusLine.h"
 #include "app/UserQuestions.h"
 #include "app/ViewAppearance.h"
@@ -44,6 +45,7 @@ DocumentWindow::DocumentWindow(std::unique_ptr<Document> document, const WindowS
         m_document->textView().setEditable(false);
     m_menu = new MainMenu(*this);
     m_document->textView().setContextMenu(m_menu->newContextMenu());
+    m_spelling = std::make_unique<SpellingAids>(*this, m_services.controller.spellChecker());
     m_status->showPosition(*m_document);
     updateTitle();
     showStateMessages(*this);

@@ -22,6 +22,7 @@ class MainMenu;
 class MessageArea;
 class RereadFlow;
 class SaveFlow;
+class SpellingAids;
 class StatusLine;
 class TextViewWidget;
 class UserQuestions;
@@ -59,6 +60,7 @@ public:
     LoadFlow& loading() const { return *m_loading; }
     EditingAids& aids() const { return *m_aids; }
     ColourExport& colourExport() const { return *m_colourExport; }
+    SpellingAids& spelling() const { return *m_spelling; }
 
     /// True for a new document that nothing was done to, so that another may take its place.
     bool isUntouched() const;
@@ -126,6 +128,7 @@ private:
     std::unique_ptr<RereadFlow> m_rereading;
     std::unique_ptr<LoadFlow> m_loading;
     std::unique_ptr<ColourExport> m_colourExport;
+    std::unique_ptr<SpellingAids> m_spelling;
     bool m_painted = false;
     bool m_asking = false;   ///< a question before closing is open
     bool m_mayClose = false; ///< it was answered

@@ -2,6 +2,8 @@
 #include "app/MenuConditions.h"
 #include "app/MenuTable.h"
 #include "app/ReplacementsFile.h"
+#include "app/SpellingAids.h"
+#include "app/SpellingLanguageMenu.h"
 #include "document/Document.h"
 #include "editing/SelectionCommands.h"
 #include "view/TextViewWidget.h"
@@ -84,6 +86,11 @@ constexpr MenuItem items[]{
     {.text = ENTRY("Smart &Insert and Delete"), .preference = &keys::smartCopy},
     {.text = ENTRY("Te&xt Replacement"), .preference = &keys::textReplacement},
     {.text = ENTRY("Edit Text Replace&ments…"), .run = editTextReplacements},
+    {.text = ENTRY("Check &Spelling While Typing"), .preference = &keys::checkSpelling},
+    {.text = ENTRY("&Next Misspelling"),
+     .ownKeys = "F7",
+     .run = [](W& w) { w.spelling().selectNextMisspelling(); }},
+    {.text = ENTRY("Spellin&g Language"), .fill = fillSpellingLanguageMenu},
 };
 
 } // namespace

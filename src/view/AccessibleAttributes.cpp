@@ -1,5 +1,6 @@
 #include "view/AccessibleAttributes.h"
 
+#include "editing/spelling/MisspeltRanges.h"
 #include "view/TextViewWidget.h"
 
 #include <QFontInfo>
@@ -47,6 +48,22 @@ TextRange stretchAt(const Overlay& overlay, TextOffset offset, TextRange all)
     return result;
 }
 
+/// Cuts \a range down to the misspelt word at \a offset, or to where there is none; true in the
+/// first case.
+bool cutToMisspelt(const MisspeltRanges& words, TextOffset offset, TextRange& range)
+{
+    for (const TextRange word : words.touching(range)) {
+        if (word.contains(offset)) {
+            range = range.intersection(word);
+            return true;
+        }
+        range = word.end() <= offset
+                    ? TextRange::between(std::max(range.location, word.end()), range.end())
+                    : TextRange::between(range.location, std::min(range.end(), word.location));
+    }
+    return false;
+}
+
 } // namespace
 
 AccessibleAttributes attributesAt(TextViewWidget& view, TextOffset offset)
@@ -62,8 +79,10 @@ AccessibleAttributes attributesAt(TextViewWidget& view, TextOffset offset)
                       QStringLiteral("color:") + colourText(drawn.foreground, colours.text),
                       QStringLiteral("background-color:") +
                           colourText(drawn.background, colours.background)};
-    return {parts.join(u';') + u';',
-            stretchAt(view.overlay(), offset, view.editor().string().range())};
+    TextRange range = stretchAt(view.overlay(), offset, view.editor().string().range());
+    if (view.misspelt() && cutToMisspelt(*view.misspelt(), offset, range))
+        parts += QStringLiteral("invalid:spelling");
+    return {parts.join(u';') + u';', range};
 }
 
 } // namespace quillory

@@ -1,6 +1,7 @@
 #include "view/TextViewWidget.h"
 
 #include "view/FindIndicator.h"
+#include "view/MisspeltPainter.h"
 #include "view/TextContextMenu.h"
 #include "view/TextPainter.h"
 
@@ -183,6 +184,9 @@ void TextViewWidget::paintEvent(QPaintEvent* event)
     const TextPainter::Look look{m_overlay,         m_editor.selections(),  m_colours, hasFocus(),
                                  m_blink.isShown(), m_input.preeditStyle(), m_affinity};
     TextPainter(painter, m_geometry, m_viewport, look).paint(event->rect());
+    if (m_misspelt)
+        paintMisspelt(painter, m_geometry, m_viewport, *m_misspelt, event->rect(),
+                      m_colours.background);
     painter.fillRect(m_drop.caretRect(), m_colours.caret);
 }
 
@@ -294,6 +298,12 @@ void TextViewWidget::showCaret()
 {
     m_blink.restart();
     m_viewport.ensureVisible(m_affinity.placeOf(m_editor.primarySelection().head));
+    scheduleRefresh();
+}
+
+void TextViewWidget::misspeltChanged(TextRange range)
+{
+    m_repaint.noteChanged(range);
     scheduleRefresh();
 }
 

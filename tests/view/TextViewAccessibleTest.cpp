@@ -1,4 +1,5 @@
 #include "ViewHarness.h"
+#include "editing/spelling/MisspeltRanges.h"
 
 #include "view/TextViewAccessible.h"
 
@@ -347,6 +348,17 @@ TEST_F(TextViewAccessibleTest, attributesAreThoseOfTheStretch)
     EXPECT_TRUE(plain.contains(QStringLiteral("font-family:\"")));
     text().attributes(0, &start, &end);
     EXPECT_EQ(std::pair(start, end), std::pair(0, 6));
+
+    MisspeltRanges misspelt;
+    misspelt.replace({0, 15}, std::vector<TextRange>{{0, 2}, {3, 2}, {7, 4}});
+    harness.view.setMisspelt(&misspelt);
+    const QString invalid = QStringLiteral(";invalid:spelling;");
+    EXPECT_TRUE(text().attributes(3, &start, &end).contains(invalid));
+    EXPECT_EQ(std::pair(start, end), std::pair(3, 5));
+    EXPECT_FALSE(text().attributes(2, &start, &end).contains(invalid));
+    EXPECT_EQ(std::pair(start, end), std::pair(2, 3));
+    EXPECT_TRUE(text().attributes(8, &start, &end).contains(invalid));
+    EXPECT_EQ(std::pair(start, end), std::pair(7, 9)) << "which is red";
 }
 
 TEST_F(TextViewAccessibleTest, whatHappensIsTold)

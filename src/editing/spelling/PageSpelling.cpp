@@ -78,6 +78,17 @@ void PageSpelling::setEnabled(bool enabled)
     Q_EMIT changed(m_editor.string().range());
 }
 
+std::optional<TextRange> PageSpelling::misspeltAt(TextRange range) const
+{
+    for (const MisspeltRanges* words : {&m_misspelt, &m_held}) {
+        for (const TextRange word : words->touching(range)) {
+            if (word.location <= range.location && range.end() <= word.end())
+                return word;
+        }
+    }
+    return {};
+}
+
 void PageSpelling::schedule(int pause)
 {
     if (m_enabled)

@@ -1,5 +1,6 @@
 #include "editing/spelling/SpellingScope.h"
 
+#include "editing/spelling/MarkupCode.h"
 #include "syntax/RecolouringEngine.h"
 #include "syntax/StringLiterals.h"
 #include "syntax/SyntaxColouring.h"
@@ -67,8 +68,8 @@ std::vector<RoleRun> withGaps(const std::vector<RoleRun>& runs, TextRange range)
     return all;
 }
 
-/// In markup. A string right behind something coloured is the value of a tag's attribute; formulas
-/// stand between dollars, what is linked between brackets.
+/// In markup. A string right behind a part of a tag is the value of its attribute; formulas stand
+/// between dollars, code between backticks, what is linked between brackets.
 bool isMarkupProse(const TextSnapshot& text, const RoleRun& run, ColourRole before)
 {
     const char16_t first = text.at(run.range.location);
@@ -77,12 +78,35 @@ bool isMarkupProse(const TextSnapshot& text, const RoleRun& run, ColourRole befo
     case ColourRole::comment:
         return true;
     case ColourRole::string:
-        return before == ColourRole::none && first != u'$';
+        return before != ColourRole::command && before != ColourRole::attribute && first != u'$' &&
+               first != u'`';
     case ColourRole::variable:
         return first == u'[';
     default:
         return false;
     }
+}
+
+/// \a prose without \a code; both in order, and the latter may overlap.
+std::vector<ProseRange> without(const std::vector<ProseRange>& prose,
+                                const std::vector<TextRange>& code)
+{
+    std::vector<ProseRange> result;
+    for (const ProseRange& piece : prose) {
+        TextOffset at = piece.range.location;
+        for (const TextRange range : code) {
+            const TextRange gap =
+                TextRange::between(at, std::max(at, range.location)).intersection(piece.range);
+            if (!gap.isEmpty())
+                result.push_back({gap, piece.style});
+            at = std::max(at, range.end());
+        }
+        const TextRange rest =
+            TextRange::between(at, std::max(at, piece.range.end())).intersection(piece.range);
+        if (!rest.isEmpty())
+            result.push_back({rest, piece.style});
+    }
+    return result;
 }
 
 } // namespace
@@ -97,21 +121,46 @@ SpellingScope::SpellingScope(const SyntaxColouring& colouring)
 
 std::vector<ProseRange> SpellingScope::proseIn(const TextSnapshot& text, TextRange range) const
 {
-    using Style = ProseRange::Style;
-    if (m_kind == Kind::Prose)
-        return {{range, Style::Text}};
+    switch (m_kind) {
+    case Kind::Markup:
+        return proseInMarkup(text, range);
+    case Kind::Source:
+        return proseInSource(text, range);
+    default:
+        return {{range, ProseRange::Style::Plain}};
+    }
+}
+
+std::vector<ProseRange> SpellingScope::proseInMarkup(const TextSnapshot& text,
+                                                     TextRange range) const
+{
     std::vector<ProseRange> prose;
+    std::vector<TextRange> code;
+    if (m_state->beginCommand == u"<")
+        code = codeElements(text, range);
     ColourRole before = ColourRole::none;
     for (const RoleRun& run : withGaps(rolesIn(text, range, *m_state), range)) {
-        if (m_kind == Kind::Markup) {
-            if (isMarkupProse(text, run, before))
-                prose.push_back({run.range, Style::Text});
-        } else if (run.role == ColourRole::comment) {
-            prose.push_back({run.range, Style::Comment});
-        } else if (run.role == ColourRole::string && holdsBlank(text, run.range)) {
-            prose.push_back({run.range, Style::Literal});
-        }
+        if (isMarkupProse(text, run, before))
+            prose.push_back({run.range, ProseRange::Style::Markup});
+        else if (run.role == ColourRole::variable && text.at(run.range.location) == u'\\')
+            code.push_back(nameArguments(text, run.range));
         before = run.role;
+    }
+    return code.empty() ? prose : without(prose, code);
+}
+
+std::vector<ProseRange> SpellingScope::proseInSource(const TextSnapshot& text,
+                                                     TextRange range) const
+{
+    std::vector<ProseRange> prose;
+    for (const RoleRun& run : rolesIn(text, range, *m_state)) {
+        const TextRange shown = run.range.intersection(range);
+        if (shown.isEmpty())
+            continue;
+        if (run.role == ColourRole::comment)
+            prose.push_back({shown, ProseRange::Style::Comment});
+        else if (run.role == ColourRole::string && holdsBlank(text, shown))
+            prose.push_back({shown, ProseRange::Style::Literal});
     }
     return prose;
 }

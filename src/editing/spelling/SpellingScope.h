@@ -15,13 +15,14 @@ struct ProseRange
 {
     enum class Style : quint8
     {
-        Text,    ///< for people alone
+        Plain,   ///< by people for people
+        Markup,  ///< the same between tags or commands
         Comment, ///< in a program's source, with names and bits of code in it
         Literal, ///< a string of a program, with escape sequences
     };
 
     TextRange range;
-    Style style = Style::Text;
+    Style style = Style::Plain;
     bool operator==(const ProseRange&) const = default;
 };
 
@@ -53,6 +54,9 @@ private:
         Markup,
         Source
     };
+
+    std::vector<ProseRange> proseInMarkup(const TextSnapshot& text, TextRange range) const;
+    std::vector<ProseRange> proseInSource(const TextSnapshot& text, TextRange range) const;
 
     Kind m_kind = Kind::Prose;
     std::shared_ptr<const ColouringState> m_state; ///< null for prose

@@ -49,7 +49,12 @@ bool hasUsualForm(QStringView word)
 class Surroundings
 {
 public:
-    Surroundings(QStringView units, Style style) : m_units(units), m_style(style) {}
+    Surroundings(QStringView units, Style style)
+        : m_units(units), m_style(style), m_isText(style == Style::Plain || style == Style::Markup)
+    {
+        if (style != Style::Markup)
+            findQuotedCode();
+    }
 
     bool allow(TextRange word) const
     {
@@ -60,9 +65,9 @@ public:
             return false;
         if (before == u';' || (before == u'&' && after == u';')) // at an entity
             return false;
-        if (after == u'(' && (m_style != Style::Text || at(word.end() + 1) == u')'))
+        if (after == u'(' && (!m_isText || at(word.end() + 1) == u')'))
             return false;
-        return !isInBackticks(word) && isOrdinary(token(word));
+        return !isQuotedCode(word) && isOrdinary(token(word));
     }
 
 private:
@@ -76,7 +81,7 @@ private:
         const QChar unit = at(offset);
         static constexpr QStringView brackets = u"(){}[]<>";
         return unit.isNull() || unit.isSpace() || QStringView(u"\"“”„«»").contains(unit) ||
-               (m_style == Style::Text && brackets.contains(unit));
+               (m_isText && brackets.contains(unit));
     }
 
     /// What stands between blanks around \a word, without marks at its ends.
@@ -106,32 +111,40 @@ private:
         // An option; a dash without blanks around it may end with the line.
         if (token.startsWith(u'-') && token.size() > 1)
             return false;
-        if (m_style == Style::Text)
+        if (m_isText)
             return !token.startsWith(u'/') && !token.startsWith(u"~/") && token.count(u'/') < 2;
         static constexpr QStringView code = u"=()[]{}<>_;\\/@#$%^&*~+|:";
         return std::none_of(token.begin(), token.end(),
                             [](QChar unit) { return code.contains(unit); });
     }
 
-    /// Between two backticks on one line.
-    bool isInBackticks(TextRange word) const
+    /// What stands between two runs of backticks on one line.
+    void findQuotedCode()
     {
-        qsizetype before = 0;
-        for (TextOffset i = word.location - 1; i >= 0 && !isLineBreak(i); --i)
-            before += at(i) == u'`';
-        if (before % 2 == 0)
-            return false;
-        for (TextOffset i = word.end(); i < m_units.size() && !isLineBreak(i); ++i) {
-            if (at(i) == u'`')
-                return true;
+        TextOffset opened = -1;
+        for (TextOffset i = 0; i < m_units.size(); ++i) {
+            if (at(i) == u'\n' || at(i) == u'\r') {
+                opened = -1;
+            } else if (at(i) == u'`' && at(i - 1) != u'`') {
+                if (opened >= 0)
+                    m_quotedCode.push_back(TextRange::between(opened, i));
+                opened = opened < 0 ? i : -1;
+            }
         }
-        return false;
     }
 
-    bool isLineBreak(TextOffset offset) const { return at(offset) == u'\n' || at(offset) == u'\r'; }
+    bool isQuotedCode(TextRange word) const
+    {
+        const auto code =
+            std::partition_point(m_quotedCode.begin(), m_quotedCode.end(),
+                                 [&](TextRange range) { return range.end() <= word.location; });
+        return code != m_quotedCode.end() && code->contains(word.location);
+    }
 
     QStringView m_units;
     Style m_style;
+    bool m_isText;
+    std::vector<TextRange> m_quotedCode;
 };
 
 /// Puts blanks in the place of escape sequences such as \n, so that words begin behind them.
