@@ -10,6 +10,7 @@
 
 #include <QActionGroup>
 #include <QMenu>
+#include <algorithm>
 
 namespace quillory {
 
@@ -58,9 +59,14 @@ void fillSpellingLanguageMenu(QMenu& menu, DocumentWindow& window)
     auto* group = new QActionGroup(&menu);
     addChoice(menu, *group, environment, menuText(ENTRY("Language of the Desktop")), {}, follows);
     menu.addSeparator();
+    QList<std::pair<QString, QString>> choices; // names and tags
     for (const QString& tag : checker.languages())
-        addChoice(menu, *group, environment, languageName(tag), tag,
-                  !follows && tag == checker.language());
+        choices.append({languageName(tag), tag});
+    std::sort(choices.begin(), choices.end(), [](const auto& a, const auto& b) {
+        return QString::localeAwareCompare(a.first, b.first) < 0;
+    });
+    for (const auto& [name, tag] : choices)
+        addChoice(menu, *group, environment, name, tag, !follows && tag == checker.language());
 }
 
 } // namespace quillory

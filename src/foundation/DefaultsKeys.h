@@ -34,7 +34,7 @@ inline constexpr DefaultsKey<bool> insertClosingParenthesisandBrace{
 inline constexpr DefaultsKey<bool> showCompletions{"showCompletions"};
 inline constexpr DefaultsKey<bool> constrainScroll{"constrainScroll"}; ///< typewriter scrolling
 inline constexpr DefaultsKey<bool> checkSpelling{"checkSpelling"};
-inline constexpr DefaultsKey<QString> spellingLanguage{"spellingLanguage"}; ///< empty: the desktop's
+inline constexpr DefaultsKey<QString> spellingLanguage{"spellingLanguage"}; ///< empty: desktop's
 inline constexpr DefaultsKey<bool> smartCopy{"smartCopy"};
 inline constexpr DefaultsKey<bool> textReplacement{"textReplacement"};
 

@@ -127,7 +127,7 @@ void PageSpelling::take(const std::vector<TextRange>& checked, const std::vector
     std::vector<TextRange> told;
     std::vector<TextRange> held;
     for (const TextRange word : found)
-        (isBeingTyped(word) ? held : told).push_back(word);
+        (isBeingTyped(word) && !isTold(word) ? held : told).push_back(word);
     m_held.clear();
     m_held.replace(m_editor.string().range(), held);
 
@@ -142,6 +142,12 @@ void PageSpelling::take(const std::vector<TextRange>& checked, const std::vector
     }
     m_misspelt.trim(TextRange::between(checked.front().location, checked.back().end()),
                     rememberedRanges);
+}
+
+bool PageSpelling::isTold(TextRange word) const
+{
+    const auto known = m_misspelt.touching(word);
+    return std::find(known.begin(), known.end(), word) != known.end();
 }
 
 bool PageSpelling::isAtCaret(TextRange word) const

@@ -59,6 +59,7 @@ private:
     void followEdit(const TextChange& change);
     void release();
     bool isBeingTyped(TextRange word) const;
+    bool isTold(TextRange word) const;
     bool isAtCaret(TextRange word) const;
 
     QPTextView& m_editor;

@@ -2,6 +2,7 @@
 
 #include "text/TextBoundary.h"
 
+#include <QSet>
 #include <algorithm>
 
 namespace quillory {
@@ -63,7 +64,13 @@ public:
         if (before == u'\\' || before == u'@' || before == u'#' || before == u'$' ||
             before == u'_' || after == u'_' || after == u'&' || after == u'@')
             return false;
+        if (after == u'=') // the name of an attribute or an option
+            return false;
         if (before == u';' || (before == u'&' && after == u';')) // at an entity
+            return false;
+        if (m_style == Style::Markup && isBrokenByAccent(word))
+            return false;
+        if (m_style == Style::Comment && isNamed(word))
             return false;
         if (after == u'(' && (!m_isText || at(word.end() + 1) == u')'))
             return false;
@@ -118,6 +125,34 @@ private:
                             [](QChar unit) { return code.contains(unit); });
     }
 
+    /// A part of a LaTeX word such as Bj{\"o}rn, beauti\-ful.
+    bool isBrokenByAccent(TextRange word) const
+    {
+        const TextOffset start = word.location;
+        const TextOffset end = word.end();
+        static constexpr QStringView accents = u"\"'`^~=.-";
+        return at(start - 1) == u'}' || at(end) == u'{' ||
+               (at(end) == u'\\' && accents.contains(QChar(at(end + 1)))) ||
+               (at(start - 2) == u'\\' && accents.contains(QChar(at(start - 1))));
+    }
+
+    /// Right behind what says in a documentation comment that a name follows.
+    bool isNamed(TextRange word) const
+    {
+        TextOffset end = word.location;
+        while (end > 0 && m_units.at(end - 1) == u' ')
+            --end;
+        TextOffset start = end;
+        while (start > 0 && end - start < reach && !m_units.at(start - 1).isSpace())
+            --start;
+        const QStringView before = m_units.sliced(start, end - start);
+        if (end == word.location || before.size() < 2 || !QStringView(u"@\\").contains(before[0]))
+            return false;
+        static const QSet<QStringView> commands{u"param", u"tparam", u"a",   u"p",
+                                                u"c",     u"ref",    u"see", u"throws"};
+        return commands.contains(before.sliced(1));
+    }
+
     /// What stands between two runs of backticks on one line.
     void findQuotedCode()
     {
@@ -166,13 +201,16 @@ std::vector<SpellingWord> spellingWords(const TextSnapshot& text, TextRange rang
 {
     std::vector<SpellingWord> words;
     for (const ProseRange& prose : scope.proseIn(text, widened(text, range))) {
-        QString units = text.string(prose.range);
+        // With what stands at its edges, which may belong to its words.
+        const TextRange edged =
+            TextRange{prose.range.location - 2, prose.range.length + 4}.clampedTo(text.length());
+        QString units = text.string(edged);
         if (prose.style == Style::Literal)
             blankEscapes(units);
         const Surroundings surroundings(units, prose.style);
         for (const TextRange found : letterWords(units)) {
-            const TextRange place{prose.range.location + found.location, found.length};
-            if (place.intersection(range).isEmpty())
+            const TextRange place{edged.location + found.location, found.length};
+            if (place.intersection(range).isEmpty() || place.intersection(prose.range) != place)
                 continue;
             QString word = units.mid(found.location, found.length);
             if (hasUsualForm(word) && surroundings.allow(found) && !scope.isDefined(word))
