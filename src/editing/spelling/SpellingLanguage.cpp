@@ -50,7 +50,7 @@ QString nearestLanguage(const QStringList& languages, const QString& wanted)
             return language;
     }
     for (const QString& base : {baseOf(tag), QStringLiteral("en")}) {
-        const QString found = ofBase(languages, base);
+        QString found = ofBase(languages, base);
         if (!found.isEmpty())
             return found;
     }
