@@ -86,6 +86,7 @@ constexpr MenuItem items[]{
     {.text = ENTRY("Smart &Insert and Delete"), .preference = &keys::smartCopy},
     {.text = ENTRY("Te&xt Replacement"), .preference = &keys::textReplacement},
     {.text = ENTRY("Edit Text Replace&ments…"), .run = editTextReplacements},
+    separator,
     {.text = ENTRY("Check &Spelling While Typing"), .preference = &keys::checkSpelling},
     {.text = ENTRY("&Next Misspelling"),
      .ownKeys = "F7",

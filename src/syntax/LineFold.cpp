@@ -6,11 +6,8 @@ namespace quillory {
 
 void LineFold::addLines(TextOffset end)
 {
-    if (end > m_lineStart) {
-        const QString lines = m_text.string(TextRange::between(m_lineStart, end));
-        m_table = m_table.followedBy(m_lines.table(
-            {reinterpret_cast<const char16_t*>(lines.utf16()), size_t(lines.size())}));
-    }
+    if (end > m_lineStart)
+        m_table = m_table.followedBy(tableOfLines(m_text, TextRange::between(m_lineStart, end)));
     m_lineStart = end;
 }
 
@@ -65,8 +62,13 @@ SpanTable LineFold::tableOf(const TextNodePointer& node) const
 SpanTable LineFold::tableOfLeaf(const TextNodePointer& leaf) const
 {
     const TextSnapshot text(leaf);
-    const TextRange lines = TextRange::between(text.lineStart(LineIndex(1)),
-                                               leaf->metrics.units - leaf->metrics.lastLine);
+    return tableOfLines(text, TextRange::between(text.lineStart(LineIndex(1)),
+                                                 leaf->metrics.units - leaf->metrics.lastLine));
+}
+
+/// \a lines of \a text. Where they are long, that they hold no delimiter is known at once.
+SpanTable LineFold::tableOfLines(const TextSnapshot& text, TextRange lines) const
+{
     const auto isThere = [&](const QString& needle) { return find(text, needle, lines) >= 0; };
     if (!m_lines.hasWaitingStates() && !std::ranges::any_of(m_lines.needles(), isThere))
         return {};

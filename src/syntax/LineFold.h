@@ -28,6 +28,7 @@ public:
 private:
     SpanTable tableOf(const TextNodePointer& node) const;
     SpanTable tableOfLeaf(const TextNodePointer& leaf) const;
+    SpanTable tableOfLines(const TextSnapshot& text, TextRange lines) const;
     void addLines(TextOffset end);
 
     const SpanLines& m_lines;

@@ -1,6 +1,7 @@
 #include "AppFixture.h"
 
 #include "../editing/spelling/WordList.h"
+#include "../support/EnvironmentVariable.h"
 #include "../view/EventLoopWatchdog.h"
 
 #include "app/SpellingAids.h"
@@ -26,15 +27,12 @@ class SpellingTest : public AppFixture
 protected:
     SpellingTest()
     {
-        qputenv("ENCHANT_CONFIG_DIR", folder.filePath(u"enchant"_s).toUtf8());
         QDir(folder.path()).mkpath(u"enchant/hunspell"_s);
         write("enchant/hunspell/qq_QQ.aff", "SET UTF-8\nTRY esianrtolcdugmphbyfvkwz\n");
         write("enchant/hunspell/qq_QQ.dic", "2\nhello\nworld\n");
         defaults.setValue(keys::spellingLanguage, u"qq_QQ"_s);
         defaults.setValue(keys::checkSpelling, true);
     }
-    ~SpellingTest() override { qputenv("ENCHANT_CONFIG_DIR", m_before); }
-
     static std::vector<TextRange> misspelt(const DocumentWindow& window)
     {
         return window.spelling().page().misspelt().all();
@@ -66,7 +64,8 @@ protected:
         QContextMenuEvent event(QContextMenuEvent::Mouse, point, viewport.mapToGlobal(point));
         QCoreApplication::sendEvent(&viewport, &event);
         QMenu& menu = *window.document().textView().contextMenu();
-        EXPECT_TRUE(QTest::qWaitFor([&] { return menu.actions().front()->isEnabled(); }, patience));
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] { return !menu.actions().front()->text().startsWith(u"Looking"); }, patience));
         return menu;
     }
     static QAction* actionOf(const QMenu& menu, const QString& text)
@@ -80,7 +79,8 @@ protected:
     QByteArray learnt() const { return bytesOf(folder.filePath(u"enchant/qq_QQ.dic"_s)); }
 
 private:
-    QByteArray m_before = qgetenv("ENCHANT_CONFIG_DIR");
+    EnvironmentVariable m_configuration{"ENCHANT_CONFIG_DIR",
+                                        folder.filePath(u"enchant"_s).toUtf8()};
 };
 
 TEST_F(SpellingTest, misspeltWordsInSightHaveWavesWhileItIsOn)
@@ -110,7 +110,7 @@ TEST_F(SpellingTest, ofALongLineOnlyWhatIsInSightIsMarked)
     DocumentWindow& window = open(write("a.txt", QByteArray("wrold ").repeated(200000)));
     ASSERT_TRUE(QTest::qWaitFor([&] { return !misspelt(window).empty(); }, patience));
     EXPECT_LT(misspelt(window).size(), 500U);
-    window.goToOffset(600000);
+    window.goToOffset(600000); // to the right in the same line
     EXPECT_TRUE(QTest::qWaitFor([&] { return misspelt(window).back().end() > 599000; }, patience));
     EXPECT_LT(misspelt(window).size(), 1000U);
 }
@@ -191,10 +191,8 @@ TEST_F(SpellingTest, nextMisspellingIsFoundAlsoWhileCheckingIsOff)
 
 TEST_F(SpellingTest, theLanguageIsChosenInAMenu)
 {
-    DocumentWindow& window = open(write("a.txt", "hello привет\n"));
+    DocumentWindow& window = open(write("a.txt", "hello\n"));
     ASSERT_TRUE(QTest::qWaitFor([&] { return controller.spellChecker().knowsLanguages(); }));
-    QTest::qWait(400);
-    EXPECT_TRUE(misspelt(window).empty()) << "another script";
     const QAction* const language = command(window, u"Edit/Spelling Language"_s);
     ASSERT_TRUE(language);
     Q_EMIT language->menu()->aboutToShow();
@@ -234,8 +232,9 @@ TEST_F(SpellingTest, typingInLargeTextsGoesOnAsEver)
 {
     const QByteArray words = QByteArray("hello wrold misspelt wrods ");
     const QByteArray lines = QByteArray(words + '\n').repeated(1 << 19);
-    for (const QByteArray& bytes : {lines, words.repeated(10 * 1024 * 1024 / words.size())}) {
-        DocumentWindow& window = open(write("a.txt", bytes));
+    const QByteArray line = words.repeated(10 * 1024 * 1024 / words.size());
+    for (const auto& [name, bytes] : {std::pair("lines.txt", lines), {"line.txt", line}}) {
+        DocumentWindow& window = open(write(name, bytes));
         ASSERT_TRUE(QTest::qWaitFor([&] { return !window.document().isLoading(); }, patience));
         window.goToOffset(bytes.size() / 2);
         ASSERT_TRUE(QTest::qWaitFor([&] { return !misspelt(window).empty(); }, patience));

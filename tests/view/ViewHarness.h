@@ -17,7 +17,8 @@ public:
     explicit ViewHarness(const QString& text = {});
 
     QTemporaryDir folder;
-    UserDefaults defaults{folder.filePath(QStringLiteral("defaults"))}; ///< of which none is written
+    UserDefaults defaults{
+        folder.filePath(QStringLiteral("defaults"))}; ///< of which none is written
     TextStorage storage;
     UndoManager undo{storage};
     QPTextView editor{storage, undo, &defaults};

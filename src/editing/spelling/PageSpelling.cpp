@@ -58,6 +58,8 @@ PageSpelling::PageSpelling(QPTextView& editor, SpellChecker& checker, Page page,
     connect(&m_pause, &QTimer::timeout, this, &PageSpelling::check);
     connect(&editor.textStorage(), &TextStorage::edited, this, &PageSpelling::followEdit);
     connect(&editor, &QPTextView::selectionDidChange, this, &PageSpelling::release);
+    // What comes back is not being typed.
+    connect(&editor.undoManager(), &UndoManager::stepTaken, this, [this] { m_typed.reset(); });
     connect(&checker, &SpellChecker::verdictsChanged, this, [this] { schedule(0); });
 }
 

@@ -1,5 +1,6 @@
 #include "editing/spelling/SpellChecker.h"
 
+#include "../../support/EnvironmentVariable.h"
 #include "WordList.h"
 
 #include "editing/spelling/EnchantEngine.h"
@@ -167,8 +168,7 @@ TEST(SpellCheckerTest, anAnswerToNobodyIsDropped)
 TEST(EnchantEngineTest, itKnowsTheWordsOfADictionaryAndLearns)
 {
     QTemporaryDir folder;
-    const QByteArray before = qgetenv("ENCHANT_CONFIG_DIR");
-    qputenv("ENCHANT_CONFIG_DIR", folder.path().toUtf8());
+    const EnvironmentVariable configuration("ENCHANT_CONFIG_DIR", folder.path().toUtf8());
     QDir(folder.path()).mkpath(u"hunspell"_s);
     const auto write = [&](const QString& name, const QByteArray& bytes) {
         QFile file(folder.filePath(u"hunspell/"_s + name));
@@ -191,7 +191,6 @@ TEST(EnchantEngineTest, itKnowsTheWordsOfADictionaryAndLearns)
     const auto again = makeEnchantEngine();
     ASSERT_TRUE(again->setLanguage(u"qq_QQ"_s));
     EXPECT_TRUE(again->isCorrect(u"wrold"_s)) << "what was learnt is kept";
-    qputenv("ENCHANT_CONFIG_DIR", before);
 }
 
 } // namespace
