@@ -83,7 +83,7 @@ constexpr MenuItem items[]{
     separator,
     {.text = ENTRY("&Indent New Lines"), .preference = &keys::indentNewLinesBraces},
     {.text = ENTRY("Close Brac&kets"), .preference = &keys::insertClosingParenthesisandBrace},
-    {.text = ENTRY("Smart &Insert and Delete"), .preference = &keys::smartCopy},
+    {.text = ENTRY("Smart Insert and Delet&e"), .preference = &keys::smartCopy},
     {.text = ENTRY("Te&xt Replacement"), .preference = &keys::textReplacement},
     {.text = ENTRY("Edit Text Replace&ments…"), .run = editTextReplacements},
     separator,

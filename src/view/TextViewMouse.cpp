@@ -103,7 +103,7 @@ TextOffset TextViewMouse::characterAt(QPoint point) const
         return near;
     if (!isInRow(nearCaret)) // the place where a row ends counts as the beginning of the next one
         return before;
-    const auto [from, to] = std::minmax(beforeCaret.x(), nearCaret.x());
+    const auto [from, to] = std::minmax({beforeCaret.x(), nearCaret.x()});
     return from <= point.x() && point.x() < to ? before : near;
 }
 

@@ -20,6 +20,9 @@ const std::vector<TextViewport::VisibleRow>& TextViewport::rows()
     if (!m_rows.empty())
         return m_rows;
     const Top top = clampedTop();
+    m_lineCount = m_geometry.text().lineCount();
+    m_shownLine = m_geometry.text().lineAt(top.offset);
+    m_shownColumn = top.offset - m_geometry.text().lineStart(m_shownLine);
     auto row = std::optional(m_geometry.rowAt(top.offset));
     for (int y = -top.hidden; row && (m_rows.empty() || y < m_size.height()); y += rowHeight()) {
         m_rows.push_back({*row, y});
@@ -37,9 +40,19 @@ void TextViewport::invalidateWidths()
 
 void TextViewport::followEdit(const TextChange& change)
 {
-    if (!m_rows.empty())
+    const TextSnapshot& text = m_geometry.text();
+    const bool isKnown = !m_rows.empty();
+    if (isKnown)
         m_top = m_shown; // for good, though there may be room below again
-    m_top.offset = std::min(mapped(m_top.offset, change), m_geometry.text().length());
+    // Where lines were rewritten one by one in a single change, the same line stays at the top.
+    const bool keepsLines = isKnown && change.replaced.location < m_top.offset &&
+                            m_top.offset < change.replaced.end() && text.lineCount() == m_lineCount;
+    if (keepsLines) {
+        const TextRange line = text.lineContent(m_shownLine);
+        m_top.offset = line.location + std::min(m_shownColumn, line.length);
+    } else {
+        m_top.offset = std::min(mapped(m_top.offset, change), text.length());
+    }
     if (!change.replaced.isEmpty())
         m_widestSeen = m_leftmostSeen = 0; // they may have gone
     invalidate();

@@ -110,8 +110,11 @@ private:
 
     TextGeometry& m_geometry;
     QSize m_size;
-    Top m_top;   ///< what was scrolled to last
-    Top m_shown; ///< the same, pulled into the text; what rows() begins with
+    Top m_top;                    ///< what was scrolled to last
+    Top m_shown;                  ///< the same, pulled into the text; what rows() begins with
+    LineIndex m_shownLine;        ///< the line at the top when rows() were found
+    TextOffset m_shownColumn = 0; ///< units of that line before the top
+    qsizetype m_lineCount = 0;    ///< of the text then
     bool m_scrollsPastEnd = false;
     double m_scrollX = 0;
     double m_widestSeen = 0;

@@ -32,6 +32,7 @@ struct DocumentColouringTest : test::DocumentFixture
     /// The coloured stretches of the text.
     static QStringList coloured(Document& document)
     {
+        QCoreApplication::sendPostedEvents(); // once for what was typed at one go
         QStringList result;
         for (const OverlayRun& run : document.overlay().runs(document.completeString().range()))
             result.append(document.completeString().string(run.range));

@@ -84,6 +84,11 @@ void type(QPTextView& view, const char* text)
     view.insertText(QString::fromUtf8(text));
 }
 
+void step(QPTextView& view, TextOffset by)
+{
+    view.setSelectedRange({view.primarySelection().head + by, 0});
+}
+
 TEST(ChangeTracking, saysWhatFollowsInOrder)
 {
     Tracked t(u"f(a, (b)|"_s, u"a.java"_s);
@@ -95,8 +100,8 @@ TEST(ChangeTracking, saysWhatFollowsInOrder)
               QStringList({u"recolour"_s, u"beep"_s, u"scroll"_s, u"highlight"_s}));
     // A move alone marks the line a moment later, however many there were.
     EXPECT_EQ(t.saidBy([](QPTextView& view) {
-        view.moveLeft(false);
-        view.moveLeft(false);
+        step(view, -1);
+        step(view, -1);
     }),
               QStringList({u"recolour"_s, u"recolour"_s}));
     t.said.clear();
@@ -106,8 +111,8 @@ TEST(ChangeTracking, saysWhatFollowsInOrder)
 
 TEST(ChangeTracking, flashesTheOpenerOfABracketThatWasPassed)
 {
-    const auto right = [](QPTextView& view) { view.moveRight(false); };
-    const auto left = [](QPTextView& view) { view.moveLeft(false); };
+    const auto right = [](QPTextView& view) { step(view, 1); };
+    const auto left = [](QPTextView& view) { step(view, -1); };
     const auto end = [](QPTextView& view) { view.moveToEndOfDocument(false); };
     struct Case
     {
@@ -136,7 +141,8 @@ TEST(ChangeTracking, flashesTheOpenerOfABracketThatWasPassed)
         {"(a)|", [](QPTextView& view) { view.deleteBackward(); }, ""},
         {"(a|b",
          [](QPTextView& view) {
-             view.moveRight(true);
+             const Selection primary = view.primarySelection();
+             view.setSelection({primary.anchor, primary.head + 1});
              type(view, ")");
          },
          "flash 0,1"},
@@ -165,7 +171,7 @@ TEST(ChangeTracking, followsAPauseInTypingOnce)
     t.defaults.setValue(keys::showCompletions, false);
     type(t.editor.view, "b");
     EXPECT_EQ(t.saidInPause(), QStringList({u"complete"_s, u"preview"_s}));
-    t.editor.view.moveLeft(false);
+    step(t.editor.view, -1);
     EXPECT_EQ(t.saidInPause(), QStringList());
 }
 

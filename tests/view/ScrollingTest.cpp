@@ -100,6 +100,21 @@ TEST_P(Scrolling, editsAboveAndBelowLeaveTheTextInSightWhereItIs)
     EXPECT_EQ(harness.view.caretRectAt(mark).y(), y);
 }
 
+TEST_P(Scrolling, linesRewrittenInOneChangeStayWhereTheyAre)
+{
+    harness.view.centerOn(harness.storage.length() / 2);
+    harness.settle();
+    const auto lineAtTop = [&] {
+        return harness.storage.snapshot().lineAt(harness.view.offsetAtPoint({10, 2})).value();
+    };
+    const qsizetype line = lineAtTop();
+    QString text = harness.text();
+    text.replace(u"\n"_qs, u"\n////////"_qs);
+    harness.storage.replaceCharactersInRange(harness.storage.snapshot().range(), text);
+    harness.settle();
+    EXPECT_EQ(lineAtTop(), line);
+}
+
 TEST_P(Scrolling, resizingKeepsTheTopOfTheText)
 {
     harness.view.centerOn(harness.storage.length() / 2);
