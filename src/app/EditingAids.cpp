@@ -35,9 +35,11 @@ EditingAids::EditingAids(DocumentWindow& window)
     Document& document = window.document();
     const ChangeTracking& tracking = document.changeTracking();
     TextViewWidget& view = window.view();
-    // After the text view has scrolled to the caret.
-    QObject::connect(&tracking, &ChangeTracking::findIndicatorRequested, &view,
-                     &TextViewWidget::showFindIndicatorForRange, Qt::QueuedConnection);
+    // After the text view has scrolled to the caret. Not an event of the view's own: those it deals
+    // with while it brings its scroll bars up to date.
+    QObject::connect(
+        &tracking, &ChangeTracking::findIndicatorRequested, &window,
+        [&view](TextRange range) { view.showFindIndicatorForRange(range); }, Qt::QueuedConnection);
     QObject::connect(&tracking, &ChangeTracking::completeRequested, m_completion,
                      &TextCompletion::offer);
     QObject::connect(&document.textView(), &QPTextView::beep, new Bell(view.viewport()),
