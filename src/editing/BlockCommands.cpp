@@ -4,6 +4,7 @@
 #include "editing/CommentToggle.h"
 #include "editing/Indentation.h"
 #include "editing/QPTextView.h"
+#include "editing/TabRule.h"
 #include "editing/TextTransforms.h"
 #include "foundation/Background.h"
 
@@ -11,7 +12,6 @@ namespace quillory {
 
 namespace {
 
-constexpr TextOffset quickLength = 1 << 18; // what is worked through within a frame or so
 constexpr qsizetype quickTags = 10'000;
 
 /// Whether the lines of \a ranges are too long to work through while the user waits.
@@ -20,7 +20,7 @@ bool isLong(const TextSnapshot& text, const std::vector<TextRange>& ranges)
     TextOffset length = 0;
     for (const TextRange range : ranges)
         length += text.lineRangeForRange(range).length;
-    return length > quickLength;
+    return length > QPTextView::longSelection;
 }
 
 /// The ranges of \a block as the selections that \a before have become.
@@ -47,7 +47,22 @@ size_t primaryOf(const QPTextView& editor)
 
 BlockCommands::BlockCommands(QPTextView& editor, std::function<QString()> lineComment)
     : m_editor(editor), m_lineComment(std::move(lineComment))
-{}
+{
+    connect(&editor, &QPTextView::longIndentRequested, this, &BlockCommands::indentLines);
+}
+
+void BlockCommands::indentLines()
+{
+    runUndoably(
+        [selections = m_editor.selections()](const TextSnapshot& text, const auto&) {
+            SelectionEdits made = tabEdits(text, selections);
+            BlockEdit block{std::move(made.edits), {}, {}};
+            for (const Selection& selection : made.selections)
+                block.ranges.push_back(selection.range());
+            return block;
+        },
+        tr("Indent"));
+}
 
 void BlockCommands::indentSelection()
 {

@@ -47,6 +47,7 @@ private:
     using Work = std::function<BlockEdit(const TextSnapshot&, const std::vector<TextRange>&)>;
     using Apply = std::function<void(const BlockEdit&)>;
 
+    void indentLines();
     bool mayEdit();
     void run(const Work& work, const Apply& apply);
     void runUndoably(const Work& work, const QString& actionName);

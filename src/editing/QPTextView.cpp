@@ -9,6 +9,7 @@
 #include "foundation/UserDefaults.h"
 #include "text/TextBoundary.h"
 
+#include <QMetaMethod>
 #include <QScopedValueRollback>
 
 namespace quillory {
@@ -204,6 +205,14 @@ void QPTextView::insertNewline()
 void QPTextView::insertTab()
 {
     const bool types = std::ranges::all_of(m_selections, &Selection::isCaret);
+    TextOffset selected = 0;
+    for (const Selection& selection : m_selections)
+        selected += selection.range().length;
+    static const auto request = QMetaMethod::fromSignal(&QPTextView::longIndentRequested);
+    if (selected > longSelection && isSignalConnected(request)) {
+        Q_EMIT longIndentRequested();
+        return;
+    }
     make(tabEdits(string(), m_selections), types ? UndoKind::Typing : UndoKind::Other,
          types ? typingName() : tr("Indent"));
     if (types)

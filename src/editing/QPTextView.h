@@ -95,7 +95,9 @@ public:
     void insertText(const QString& text); ///< by typingEdits()
     void insertNewline();                 ///< by newlineEdits()
     void insertTab();                     ///< by tabEdits()
-    void deleteBackward();                ///< see deletionStartBefore()
+    /// Units of lines that a command works through within a frame or so.
+    static constexpr TextOffset longSelection = 1 << 18;
+    void deleteBackward(); ///< see deletionStartBefore()
     void deleteForward();
     void deleteWordBackward();
     void deleteWordForward();
@@ -144,6 +146,9 @@ Q_SIGNALS:
     /// The characters changed by the user or by a command that announced it.
     void textDidChange();
     void beep();
+    /// Tab is to move more than \a longSelection units of lines, which is left to whoever hears
+    /// this; where nobody does, it is done at once.
+    void longIndentRequested();
     /// \a text was typed at every selection, and the text has changed.
     void typed(const QString& text);
 

@@ -16,8 +16,6 @@ constexpr int leastColumns = 14;
 constexpr int mostColumns = 60;
 /// So many words tell the list's width.
 constexpr int measuredWords = 200;
-/// An item's data: how much of the word is typed.
-constexpr int typedLengthRole = Qt::UserRole;
 
 /// Paints a word, and what of it is typed already in bold.
 class WordDelegate : public QStyledItemDelegate

@@ -391,6 +391,11 @@ TEST(BlockCommands, LongSelectionsAreWorkedOnAside)
     commands.unindentSelection();
     waitUntilDone();
     expectLines("//some line\n");
+    view.insertTab(); // the key
+    waitUntilDone();
+    expectLines("\t//some line\n");
+    EXPECT_EQ(editor.undo.undoActionName(), QStringLiteral("Indent"));
+    view.undo();
     view.undo();
     EXPECT_FALSE(editor.undo.canUndo());
     expectLines("some line\n");
