@@ -17,6 +17,7 @@
 #include "app/ViewAppearance.h"
 #include "document/Document.h"
 #include "foundation/Background.h"
+#include "syntax/PageColouring.h"
 #include "text/TextEncoder.h"
 #include "view/MarkerLineNumberView.h"
 #include "view/PastedText.h"
@@ -252,7 +253,8 @@ void DocumentWindow::copyWithColours()
 
 TextRange DocumentWindow::visibleTextRange()
 {
-    return m_view->visibleRange();
+    const TextRange lines = m_view->visibleRange();
+    return lines.length <= PageColouring::longestPage ? lines : m_view->rangeInSight();
 }
 
 void DocumentWindow::goTo(TextPlace place)

@@ -13,7 +13,6 @@
 #include <QMenu>
 #include <QPointer>
 #include <QScreen>
-#include <QScrollBar>
 #include <utility>
 
 namespace quillory {
@@ -53,9 +52,6 @@ SpellingAids::SpellingAids(DocumentWindow& window, SpellChecker& checker)
     view.setMisspelt(&m_page.misspelt());
     connect(&m_page, &PageSpelling::changed, &view, &TextViewWidget::misspeltChanged);
     connect(&view, &TextViewWidget::visibleRangeChanged, this, [this] { m_page.schedule(); });
-    const QScrollBar* const bar = view.horizontalScrollBar();
-    connect(bar, &QScrollBar::valueChanged, this, [this] { m_page.schedule(); });
-    connect(bar, &QScrollBar::rangeChanged, this, [this] { m_page.schedule(); });
     connect(&document, &Document::recordChanged, this, [this] { m_page.schedule(); });
     connect(&document, &Document::textViewSettingsApplied, this, &SpellingAids::apply);
     connect(&window, &DocumentWindow::firstPainted, this, [this] {

@@ -8,7 +8,6 @@
 
 #include <QInputMethodEvent>
 #include <QKeyEvent>
-#include <QScrollBar>
 
 namespace quillory {
 
@@ -25,8 +24,6 @@ TextCompletion::TextCompletion(TextViewWidget& view, Completion& completion)
     });
     connect(&editor, &QPTextView::selectionDidChange, this, &TextCompletion::followSoon);
     connect(&view, &TextViewWidget::visibleRangeChanged, this, &TextCompletion::followSoon);
-    connect(view.horizontalScrollBar(), &QScrollBar::valueChanged, this,
-            &TextCompletion::followSoon);
     connect(&editor.undoManager(), &UndoManager::stepTaken, this, [this] {
         close();
         m_settled = m_edits;

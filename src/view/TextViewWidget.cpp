@@ -160,8 +160,8 @@ void TextViewWidget::refresh()
     m_viewport.settle();
     updateBars();
     m_repaint.noteAffinity(m_affinity.places());
-    const decltype(m_shown) shown{visibleRange(), m_viewport.y()};
-    if (!(std::exchange(m_shown, shown) == shown)) {
+    const Shown shown{visibleRange(), m_viewport.y(), m_viewport.x(), viewport()->size()};
+    if (std::exchange(m_shown, shown) != shown) {
         dismissFindIndicator();
         // Whoever hears of it may colour what came into sight, so that it is painted but once.
         Q_EMIT visibleRangeChanged();

@@ -63,6 +63,8 @@ public:
     void centerOn(TextOffset offset);
     /// The whole lines of which something is in sight, with their line breaks.
     TextRange visibleRange() { return m_viewport.visibleRange(); }
+    /// The same, but of the first and the last of these lines only what is in sight.
+    TextRange rangeInSight() { return m_viewport.rangeInSight(); }
     TextOffset offsetAtPoint(QPoint point);
     /// Of the primary selection's head, or in the text being composed there; empty when that is
     /// not in sight.
@@ -113,7 +115,7 @@ public:
     const CaretBlink& caretBlink() const { return m_blink; }
 
 Q_SIGNALS:
-    /// Other lines are in sight, or lines in sight have moved.
+    /// Another part of the text is in sight, or what is in sight has moved.
     void visibleRangeChanged();
     /// What is in sight has been looked up anew, as after an edit, a scroll or another font; what
     /// of it looks different is about to be painted.
@@ -183,11 +185,13 @@ private:
     bool m_ownColours = false;
     bool m_wraps = false;
     bool m_refreshPending = false;
-    struct
+    struct Shown
     {
         TextRange range;
         qint64 y = 0;
-        bool operator==(const auto& other) const { return range == other.range && y == other.y; }
+        double x = 0;
+        QSize size;
+        bool operator==(const Shown&) const = default;
     } m_shown; ///< what visibleRangeChanged() told last
 };
 

@@ -67,6 +67,32 @@ TEST_F(ColouringTest, whatComesIntoSightIsColoured)
     EXPECT_EQ(colourOf(window, "return 1999"), colourOfRole(window, ColourRole::keyword));
 }
 
+/// However far down or to the right of a line that is: one that is coloured whole, and one of which
+/// only a stretch is.
+TEST_F(ColouringTest, whatComesIntoSightOfAVeryLongLineIsColoured)
+{
+    for (const int pieces : {60'000, 900'000}) {
+        const QByteArray line = "<?php " + QByteArray("return 1; ").repeated(pieces);
+        for (const bool wraps : {false, true}) {
+            defaults.setValue(keys::wrapLines, wraps);
+            DocumentWindow& window = open(write("long.php", line));
+            waitUntilIdle(window);
+            const auto keyword = colourOfRole(window, ColourRole::keyword);
+            const auto isColoured = [&](TextOffset at) {
+                return QTest::qWaitFor(
+                    [&] {
+                        return window.document().overlay().attributesAt(at).foreground == keyword;
+                    },
+                    60'000);
+            };
+            EXPECT_TRUE(isColoured(6)) << pieces << wraps;
+            press(window, {QStringLiteral("Ctrl+End")});
+            EXPECT_TRUE(isColoured(line.size() - 10)) << pieces << wraps;
+            window.close();
+        }
+    }
+}
+
 TEST_F(ColouringTest, theMenusChooseLanguageAndTheme)
 {
     DocumentWindow& window = open(write("a.txt", "return <b>\n"));
