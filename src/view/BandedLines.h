@@ -24,7 +24,8 @@ public:
     /// Of the band behind \a line; none where it does not lie.
     std::optional<Colour> colourOf(LineIndex line) const
     {
-        return line >= m_first && line <= m_last ? m_colour : std::nullopt;
+        const bool isBefore = line.value() < m_first.value();
+        return isBefore || line.value() > m_last.value() ? std::nullopt : m_colour;
     }
 
 private:
