@@ -126,6 +126,7 @@ void smartDelete(QPTextView& editor, const QString& actionName)
     if (ranges.empty())
         return;
     std::vector<TextEdit> edits;
+    edits.reserve(ranges.size());
     for (const TextRange range : ranges)
         edits.push_back({range, TextSnapshot()});
     std::vector<Selection> after;

@@ -33,8 +33,8 @@ public:
     {}
 
     /// \a units stand at \a start.
-    Boundaries(UBreakIteratorType type, const QString& units, TextOffset start)
-        : m_units(units), m_start(start), m_iterator(iterator(type))
+    Boundaries(UBreakIteratorType type, QString units, TextOffset start)
+        : m_units(std::move(units)), m_start(start), m_iterator(iterator(type))
     {
         UErrorCode status = U_ZERO_ERROR;
         ubrk_setText(m_iterator, reinterpret_cast<const UChar*>(m_units.utf16()),

@@ -4,6 +4,7 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <cmath>
 
 namespace quillory {
 
@@ -18,11 +19,9 @@ constexpr double belowBaseline = 2;
 QPainterPath wave(double left, double right, double top)
 {
     QPainterPath path({left, top + height});
-    bool up = true;
-    for (double x = left + halfPeriod; x < right + halfPeriod; x += halfPeriod) {
-        path.lineTo(std::min(x, right), up ? top : top + height);
-        up = !up;
-    }
+    const int turns = int(std::ceil((right - left) / halfPeriod));
+    for (int turn = 1; turn <= turns; ++turn)
+        path.lineTo(std::min(left + turn * halfPeriod, right), turn % 2 == 1 ? top : top + height);
     return path;
 }
 

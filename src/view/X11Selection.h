@@ -4,13 +4,11 @@
 #include <QClipboard>
 #include <optional>
 
-namespace quillory {
-
 /// What another program of this X server offers, asked for on a connection of its own. Qt asks for
 /// it on the GUI thread, which stands still until the other program has sent all of it.
 ///
 /// After the Inter-Client Communication Conventions Manual (X Consortium, version 2.0), chapter 2.
-namespace X11Selection {
+namespace quillory::X11Selection {
 
 /// Whether texts can be asked for: the program shows its windows on an X server.
 bool isAvailable();
@@ -20,6 +18,4 @@ bool isAvailable();
 /// program, so it is not for the GUI thread.
 std::optional<QByteArray> utf8Text(QClipboard::Mode mode);
 
-} // namespace X11Selection
-
-} // namespace quillory
+} // namespace quillory::X11Selection
