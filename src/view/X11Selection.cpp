@@ -86,7 +86,7 @@ private:
                 auto* const found = reinterpret_cast<Event*>(event.get());
                 if ((event->response_type & 0x7F) != type || !isWanted(*found))
                     continue;
-                event.release();
+                (void)event.release(); // it is the one that is answered
                 return owned(found);
             }
             pollfd descriptor{xcb_get_file_descriptor(connection), POLLIN, 0};
