@@ -13,6 +13,7 @@
 #include "app/SaveFlow.h"
 #include "app/SpellingAids.h"
 #include "app/StatusLine.h"
+#include "app/TitleBarButtons.h"
 #include "app/UserQuestions.h"
 #include "app/ViewAppearance.h"
 #include "document/Document.h"
@@ -27,6 +28,7 @@
 #include <QCloseEvent>
 #include <QDropEvent>
 #include <QFontDialog>
+#include <QMenuBar>
 #include <QMimeData>
 #include <QPointer>
 #include <QVBoxLayout>
@@ -45,6 +47,8 @@ DocumentWindow::DocumentWindow(std::unique_ptr<Document> document, const WindowS
     if (m_document->isUndecoded())
         m_document->textView().setEditable(false);
     m_menu = new MainMenu(*this);
+    m_titleBarButtons = new TitleBarButtons(*this);
+    menuBar()->setCornerWidget(m_titleBarButtons);
     m_document->textView().setContextMenu(m_menu->newContextMenu());
     m_spelling = std::make_unique<SpellingAids>(*this, m_services.controller.spellChecker());
     m_status->showPosition(*m_document);

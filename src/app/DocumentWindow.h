@@ -25,6 +25,7 @@ class SaveFlow;
 class SpellingAids;
 class StatusLine;
 class TextViewWidget;
+class TitleBarButtons;
 class UserQuestions;
 class ViewAppearance;
 struct DocumentEnvironment;
@@ -61,6 +62,7 @@ public:
     EditingAids& aids() const { return *m_aids; }
     ColourExport& colourExport() const { return *m_colourExport; }
     SpellingAids& spelling() const { return *m_spelling; }
+    TitleBarButtons& titleBarButtons() const { return *m_titleBarButtons; }
 
     /// True for a new document that nothing was done to, so that another may take its place.
     bool isUntouched() const;
@@ -122,6 +124,7 @@ private:
     StatusLine* m_status = nullptr;
     SettingsPopover* m_settings = nullptr; ///< made when first shown
     MainMenu* m_menu = nullptr;
+    TitleBarButtons* m_titleBarButtons = nullptr;
     std::unique_ptr<ViewAppearance> m_appearance;
     std::unique_ptr<EditingAids> m_aids;
     std::unique_ptr<SaveFlow> m_saving;

@@ -1,0 +1,12 @@
+#pragma once
+
+class QMenu;
+
+namespace quillory {
+
+class DocumentWindow;
+
+/// Lists the functions of the document's text.
+void fillFunctionMenu(QMenu& menu, DocumentWindow& window);
+
+} // namespace quillory

@@ -1,0 +1,85 @@
+#include "app/TitleBarButtons.h"
+
+#include "app/ActionMenu.h"
+#include "app/DocumentWindow.h"
+#include "app/FunctionMenu.h"
+#include "app/RefillingMenu.h"
+#include "app/TintedIcon.h"
+
+#include <QHBoxLayout>
+#include <QKeySequence>
+#include <QMenu>
+#include <QToolButton>
+
+namespace quillory {
+
+namespace {
+
+/// The menu of \a button, made when it is first needed.
+QMenu& menuOf(QToolButton& button, DocumentWindow& window, void (*fill)(QMenu&, DocumentWindow&))
+{
+    if (!button.menu()) {
+        auto* menu = new QMenu(&button);
+        menu->setToolTipsVisible(true);
+        refillOnShow(*menu, [&window, fill](QMenu& opening) { fill(opening, window); });
+        button.setMenu(menu);
+    }
+    return *button.menu();
+}
+
+} // namespace
+
+TitleBarButtons::TitleBarButtons(DocumentWindow& window) : QWidget(&window), m_window(window)
+{
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 2, 0);
+    layout->setSpacing(0);
+    const auto list = [](const char* key) {
+        return QKeySequence(QLatin1StringView(key)).toString(QKeySequence::NativeText);
+    };
+    m_navigationButton =
+        addButton(QStringLiteral("navigation"), tr("Functions"),
+                  tr("Go to a function (%1 for a list to search)").arg(list("Ctrl+R")));
+    m_actionButton =
+        addButton(QStringLiteral("actions"), tr("Actions"),
+                  tr("Actions on this text (%1 for a list to search)").arg(list("Ctrl+Shift+P")));
+    // The button's own answer to the press, which came before, found no menu the first time.
+    const auto openFirst = [](QToolButton* button, QMenu& (TitleBarButtons::*menu)()) {
+        return [button, menu, this_ = static_cast<TitleBarButtons*>(button->parentWidget())] {
+            if (!button->menu()) {
+                (this_->*menu)();
+                button->showMenu();
+            }
+        };
+    };
+    connect(m_navigationButton, &QToolButton::pressed, this,
+            openFirst(m_navigationButton, &TitleBarButtons::navigationMenu));
+    connect(m_actionButton, &QToolButton::pressed, this,
+            openFirst(m_actionButton, &TitleBarButtons::actionMenu));
+}
+
+QToolButton* TitleBarButtons::addButton(const QString& icon, const QString& name,
+                                        const QString& toolTip)
+{
+    auto* button = new QToolButton(this);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::NoFocus);
+    button->setPopupMode(QToolButton::InstantPopup);
+    button->setIcon(tintedIcon(icon));
+    button->setToolTip(toolTip);
+    button->setAccessibleName(name);
+    layout()->addWidget(button);
+    return button;
+}
+
+QMenu& TitleBarButtons::navigationMenu()
+{
+    return menuOf(*m_navigationButton, m_window, fillFunctionMenu);
+}
+
+QMenu& TitleBarButtons::actionMenu()
+{
+    return menuOf(*m_actionButton, m_window, fillActionMenu);
+}
+
+} // namespace quillory
