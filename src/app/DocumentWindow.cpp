@@ -22,9 +22,9 @@
 #include "text/TextEncoder.h"
 #include "view/MarkerLineNumberView.h"
 #include "view/PastedText.h"
+#include "view/RangeRects.h"
 #include "view/TextViewWidget.h"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QDropEvent>
 #include <QFontDialog>
@@ -258,7 +258,12 @@ void DocumentWindow::copyWithColours()
 TextRange DocumentWindow::visibleTextRange()
 {
     const TextRange lines = m_view->visibleRange();
-    return lines.length <= PageColouring::longestPage ? lines : m_view->rangeInSight();
+    if (lines.length <= PageColouring::longestPage)
+        return lines;
+    const std::vector<TextRange> inSight =
+        rangesInSight(m_view->textGeometry(), m_view->textViewport());
+    return inSight.empty() ? lines
+                           : TextRange::between(inSight.front().location, inSight.back().end());
 }
 
 void DocumentWindow::goTo(TextPlace place)
@@ -296,7 +301,7 @@ void DocumentWindow::askForPlace()
 void DocumentWindow::showSettings(SettingsPopover::Reason reason)
 {
     if (m_document->isLoading()) {
-        QApplication::beep();
+        Q_EMIT m_document->textView().beep();
         return;
     }
     if (!m_settings) {

@@ -9,7 +9,6 @@
 #include "view/TextViewWidget.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QMenu>
 #include <QPointer>
 #include <QScreen>
@@ -186,7 +185,7 @@ void SpellingAids::endSearch(const QString& outcome)
 void SpellingAids::showFound(const std::optional<TextRange>& word)
 {
     if (!word) {
-        QApplication::beep();
+        Q_EMIT m_window.document().textView().beep();
         endSearch(m_checker.language().isEmpty() ? tr("No spelling dictionary is installed")
                                                  : tr("No misspelt words"));
         return;

@@ -1,17 +1,13 @@
 #include "editing/Blanks.h"
 
 #include "text/CharacterSet.h"
+#include "text/TextUnits.h"
 
 #include <algorithm>
 
 namespace quillory {
 
 namespace {
-
-bool isSpaceOrTab(char16_t unit)
-{
-    return unit == u' ' || unit == u'\t';
-}
 
 /// All units at once: a loop that stops early is not vectorised.
 template<class Unit>
@@ -25,16 +21,6 @@ bool areSpacesOrTabs(const Unit* units, TextOffset count)
 
 /// Blanks are nearly always spaces and tabs, and a line may consist of megabytes of them.
 constexpr TextOffset block = 64;
-
-const uchar* unitsOf(QLatin1StringView view)
-{
-    return reinterpret_cast<const uchar*>(view.data());
-}
-
-const char16_t* unitsOf(QStringView view)
-{
-    return view.utf16();
-}
 
 /// The first unit that is not \a blank.
 template<class View, class Blank>

@@ -1,15 +1,11 @@
 #include "editing/CommentToggle.h"
 
 #include "text/TextReader.h"
+#include "text/TextUnits.h"
 
 namespace quillory {
 
 namespace {
-
-constexpr bool isBlank(char16_t unit)
-{
-    return unit == u' ' || unit == u'\t';
-}
 
 class Toggle
 {
@@ -69,7 +65,7 @@ private:
 
     TextOffset afterBlanks(TextOffset offset)
     {
-        while (offset < text().length() && isBlank(m_reader.at(offset)))
+        while (offset < text().length() && isSpaceOrTab(m_reader.at(offset)))
             ++offset;
         return offset;
     }

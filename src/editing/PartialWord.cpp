@@ -2,6 +2,7 @@
 
 #include "text/CharacterSet.h"
 #include "text/TextReader.h"
+#include "text/TextUnits.h"
 
 #include <algorithm>
 #include <vector>
@@ -37,7 +38,7 @@ TextRange partialWordBefore(const TextSnapshot& text, TextOffset caret, const QS
         const char32_t character = reader.codePointBefore(at);
         if (CharacterSet::whitespaceAndNewline().contains(character))
             break;
-        const TextOffset before = at - (character >= 0x10000 ? 2 : 1);
+        const TextOffset before = at - unitsOf(character);
         if (caret - before > longest) {
             if (name == at)
                 return {caret, 0};

@@ -45,7 +45,7 @@ bool closes(char32_t character)
            std::u32string_view(U".,;:!?").find(character) != std::u32string_view::npos;
 }
 
-bool isWritten(QChar::Script script)
+bool hasSpacesBetweenWords(QChar::Script script)
 {
     switch (script) {
     case QChar::Script_Han:
@@ -62,11 +62,11 @@ bool isWritten(QChar::Script script)
     }
 }
 
-/// Whether \a character is of a word, in a script that has spaces between its words.
+/// Whether \a character is of a word of such a script.
 bool isOfWord(char32_t character)
 {
     return (QChar::isLetterOrNumber(character) || QChar::isMark(character) || character == U'_') &&
-           isWritten(QChar::script(character));
+           hasSpacesBetweenWords(QChar::script(character));
 }
 
 TextRange smartDeleteRange(TextReader& reader, TextRange range)

@@ -3,15 +3,11 @@
 #include "text/CharacterSet.h"
 #include "text/TextBuilder.h"
 #include "text/TextReader.h"
+#include "text/TextUnits.h"
 
 namespace quillory {
 
 namespace {
-
-constexpr TextOffset unitsOf(char32_t character)
-{
-    return character < 0x10000 ? 1 : 2;
-}
 
 TextSnapshot trimmed(const TextSnapshot& string, const CharacterSet& characters)
 {
@@ -38,16 +34,6 @@ void forEachUnits(const TextSnapshot& string, Visit&& visit)
 {
     string.forEachPiece(string.range(),
                         [&](const TextPiece& piece) { std::visit(visit, piece.units); });
-}
-
-char16_t unitAt(QLatin1StringView units, qsizetype index)
-{
-    return uchar(units[index].toLatin1());
-}
-
-char16_t unitAt(QStringView units, qsizetype index)
-{
-    return units[index].unicode();
 }
 
 /// Where \a ranges of the text before \a edits lie in the text with them, when all that the edits
@@ -86,7 +72,7 @@ TextSnapshot removeLineEndingsInString(const TextSnapshot& string)
     forEachUnits(string, [&](auto units) {
         qsizetype begin = 0;
         for (qsizetype i = 0; i < units.size(); ++i) {
-            const char16_t unit = unitAt(units, i);
+            const char16_t unit = unitsOf(units)[i];
             if (unit != u'\n' && unit != u'\r')
                 continue;
             builder.append(units.sliced(begin, i - begin));
@@ -106,7 +92,7 @@ TextSnapshot removeTabsInString(const TextSnapshot& string)
     forEachUnits(string, [&](auto units) {
         qsizetype begin = 0;
         for (qsizetype i = 0; i < units.size(); ++i) {
-            const char16_t unit = unitAt(units, i);
+            const char16_t unit = unitsOf(units)[i];
             const bool isSpace = unit == u' ';
             if (!isSpace && unit != u'\t') {
                 if (spaces > 0)
@@ -152,8 +138,7 @@ BlockEdit withoutTrailingBlanks(const TextSnapshot& text, std::span<const TextRa
         for (next = std::max(next, text.lineAt(range.location).value()); next <= last; ++next) {
             const TextRange content = text.lineContent(LineIndex(next));
             TextOffset end = content.end();
-            while (end > content.location &&
-                   (reader.at(end - 1) == u' ' || reader.at(end - 1) == u'\t'))
+            while (end > content.location && isSpaceOrTab(reader.at(end - 1)))
                 --end;
             if (end < content.end())
                 result.edits.push_back({TextRange::between(end, content.end()), TextSnapshot()});

@@ -3,6 +3,7 @@
 #include "editing/PartialWord.h"
 #include "text/CharacterSet.h"
 #include "text/TextReader.h"
+#include "text/TextUnits.h"
 
 #include <QSet>
 
@@ -45,8 +46,8 @@ private:
         return TextRange::between(start, m_at);
     }
 
-    TextOffset unitsBefore() { return m_reader.codePointBefore(m_at) >= 0x10000 ? 2 : 1; }
-    TextOffset unitsAfter() { return m_reader.codePointAt(m_at) >= 0x10000 ? 2 : 1; }
+    TextOffset unitsBefore() { return unitsOf(m_reader.codePointBefore(m_at)); }
+    TextOffset unitsAfter() { return unitsOf(m_reader.codePointAt(m_at)); }
 
     TextReader m_reader;
     TextOffset m_at;
@@ -63,11 +64,11 @@ QStringList wordProposals(const TextSnapshot& text, TextRange partialWord, TextO
     TextOffset start = partialWord.location;
     while (start > 0 && partialWord.location - start < longestName &&
            isNameCharacter(reader.codePointBefore(start)))
-        start -= reader.codePointBefore(start) >= 0x10000 ? 2 : 1;
+        start -= unitsOf(reader.codePointBefore(start));
     TextOffset end = partialWord.end();
     while (end < text.length() && end - partialWord.end() < longestName &&
            isNameCharacter(reader.codePointAt(end)))
-        end += reader.codePointAt(end) >= 0x10000 ? 2 : 1;
+        end += unitsOf(reader.codePointAt(end));
 
     const QString typed = text.string(partialWord);
     QStringList names;

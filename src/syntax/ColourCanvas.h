@@ -2,6 +2,7 @@
 
 #include "syntax/ColourRole.h"
 #include "text/TextSnapshot.h"
+#include "text/TextUnits.h"
 
 #include <QChar>
 #include <string>
@@ -17,11 +18,6 @@ inline char32_t characterAt(std::u16string_view units, TextOffset at)
         QChar::isLowSurrogate(units[size_t(at) + 1]))
         return QChar::surrogateToUcs4(unit, units[size_t(at) + 1]);
     return unit;
-}
-
-inline TextOffset unitsOf(char32_t character)
-{
-    return character > 0xFFFF ? 2 : 1;
 }
 
 /// The lines that are being coloured: their code units side by side, and the role that each was

@@ -1,5 +1,7 @@
 #include "text/BracketMatching.h"
 
+#include "text/TextUnits.h"
+
 #include <array>
 #include <bit>
 #include <limits>
@@ -114,16 +116,6 @@ Unmatched unmatchedIn(const Unit* units, TextOffset count, BracketKind kind)
             result.follow({1, 0});
     }
     return result;
-}
-
-const uchar* unitsOf(QLatin1StringView view)
-{
-    return reinterpret_cast<const uchar*>(view.data());
-}
-
-const char16_t* unitsOf(QStringView view)
-{
-    return view.utf16();
 }
 
 const TextLeaf& asLeaf(const TextNode& node)

@@ -2,6 +2,7 @@
 
 #include "text/LineMetrics.h"
 #include "text/TextReader.h"
+#include "text/TextUnits.h"
 
 #include <QString>
 #include <memory>
@@ -119,11 +120,6 @@ TextRange wordStretch(const TextSnapshot& text, TextOffset offset)
     return TextRange::between(start, std::max(start, std::min(line.end(), offset + reach)));
 }
 
-bool isBlank(char16_t unit)
-{
-    return unit == u' ' || unit == u'\t';
-}
-
 } // namespace
 
 TextOffset characterAfter(const TextSnapshot& text, TextOffset offset)
@@ -227,12 +223,12 @@ TextRange wordAt(const TextSnapshot& text, TextOffset offset)
     if (offset >= stretch.end())
         return TextRange::between(stretch.end(), text.line(text.lineAt(offset)).end());
     TextReader reader(text);
-    if (isBlank(reader.at(offset))) {
+    if (isSpaceOrTab(reader.at(offset))) {
         TextOffset start = offset;
         TextOffset end = offset + 1;
-        while (start > stretch.location && isBlank(reader.at(start - 1)))
+        while (start > stretch.location && isSpaceOrTab(reader.at(start - 1)))
             --start;
-        while (end < stretch.end() && isBlank(reader.at(end)))
+        while (end < stretch.end() && isSpaceOrTab(reader.at(end)))
             ++end;
         return TextRange::between(start, end);
     }

@@ -63,8 +63,6 @@ public:
     void centerOn(TextOffset offset);
     /// The whole lines of which something is in sight, with their line breaks.
     TextRange visibleRange() { return m_viewport.visibleRange(); }
-    /// The same, but of the first and the last of these lines only what is in sight.
-    TextRange rangeInSight() { return m_viewport.rangeInSight(); }
     TextOffset offsetAtPoint(QPoint point);
     /// Of the primary selection's head, or in the text being composed there; empty when that is
     /// not in sight.

@@ -117,17 +117,6 @@ TextRange TextViewport::visibleRange()
                               text.line(visible.back().row.line).end());
 }
 
-TextRange TextViewport::rangeInSight()
-{
-    // From right to left the left edge shows what comes last.
-    const auto edges = [this](const VisibleRow& visible) {
-        return std::minmax({m_geometry.offsetAt(visible.row, -left()),
-                            m_geometry.offsetAt(visible.row, m_size.width() - left())});
-    };
-    const auto& visible = rows();
-    return TextRange::between(edges(visible.front()).first, edges(visible.back()).second);
-}
-
 // Scrolling up and down
 
 /// The place at the top with which \a target stands at \a y, as far as there is text.

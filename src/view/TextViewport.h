@@ -52,8 +52,6 @@ public:
     QRect caretAt(double x, int y) const;
     /// The whole lines that are in sight, with their breaks.
     TextRange visibleRange();
-    /// The same, but of the first and the last of these lines only what is in sight.
-    TextRange rangeInSight();
 
     /// The left edge of the text in the viewport.
     double left() const { return textMargin - m_scrollX; }
