@@ -12,8 +12,8 @@
 
 #include "Probe.h"
 #include "app/Application.h"
-#include "app/CommandLine.h"
 #include "app/DocumentWindow.h"
+#include "app/StartOptions.h"
 #include "document/Document.h"
 #include "document/SystemFileOps.h"
 #include "foundation/NotificationCenter.h"
@@ -229,5 +229,5 @@ int main(int argc, char** argv)
     const FirstPaint paint(showsText, [&arguments](qint64 at) { runWhenRead(arguments, at); });
     Application application;
     const auto exists = [](const QString&) { return true; };
-    return application.run(parseCommandLine({arguments.value(0), arguments.value(2)}, exists));
+    return application.run(parseStartOptions({arguments.value(0), arguments.value(2)}, exists));
 }

@@ -69,7 +69,7 @@ Application::Application()
     installMessageAccessibility();
 }
 
-int Application::run(const CommandLine& line)
+int Application::run(const StartOptions& line)
 {
     bool opened = false;
     const auto finish = [&] {
@@ -79,7 +79,7 @@ int Application::run(const CommandLine& line)
                      Qt::QueuedConnection);
     QObject::connect(
         &m_controller, &DocumentController::windowOpened, qApp, [&](DocumentWindow* window) {
-            if (!opened && line.action == CommandLine::Action::Render)
+            if (!opened && line.action == StartOptions::Action::Render)
                 renderToPng(*window, line.renderTo,
                             [](bool written) { QCoreApplication::exit(written ? 0 : 1); });
             if (!opened)

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/CommandLine.h"
 #include "app/DialogQuestions.h"
 #include "app/DocumentController.h"
+#include "app/StartOptions.h"
 #include "document/DocumentEnvironment.h"
 #include "document/RecoveryStore.h"
 #include "document/SystemFileOps.h"
@@ -21,7 +21,7 @@ public:
     Application();
 
     /// Does what \a line asks for until the last window is closed; the answer is the exit status.
-    int run(const CommandLine& line);
+    int run(const StartOptions& line);
 
 private:
     ApplicationFolders m_folders;

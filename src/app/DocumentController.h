@@ -1,9 +1,9 @@
 #pragma once
 
-#include "app/CommandLine.h"
 #include "app/DocumentLoader.h"
 #include "app/DocumentWindow.h"
 #include "app/RecentDocuments.h"
+#include "app/StartOptions.h"
 #include "editing/spelling/EnchantEngine.h"
 #include "editing/spelling/SpellChecker.h"
 

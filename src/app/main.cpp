@@ -1,5 +1,5 @@
 #include "app/Application.h"
-#include "app/CommandLine.h"
+#include "app/StartOptions.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -10,16 +10,16 @@ namespace {
 
 constexpr int wrongUsage = 2;
 
-quillory::CommandLine parse(const QStringList& arguments)
+quillory::StartOptions parse(const QStringList& arguments)
 {
-    return quillory::parseCommandLine(arguments,
-                                      [](const QString& path) { return QFileInfo::exists(path); });
+    return quillory::parseStartOptions(arguments,
+                                       [](const QString& path) { return QFileInfo::exists(path); });
 }
 
 /// True when the command line wants no window; \a status is the exit status then.
-bool answersAlone(const quillory::CommandLine& line, int& status)
+bool answersAlone(const quillory::StartOptions& line, int& status)
 {
-    using Action = quillory::CommandLine::Action;
+    using Action = quillory::StartOptions::Action;
     if (line.action == Action::Open || line.action == Action::Render)
         return false;
     const bool refuses = line.action == Action::Refuse;
@@ -46,8 +46,8 @@ int main(int argc, char* argv[])
     const bool choosesPlatform = arguments.contains(QStringLiteral("-platform"));
     int status = 0;
     // Help is for those without a display too. Wrong options have to wait: some are the toolkit's.
-    const quillory::CommandLine early = parse(arguments);
-    if ((early.action != quillory::CommandLine::Action::Refuse ||
+    const quillory::StartOptions early = parse(arguments);
+    if ((early.action != quillory::StartOptions::Action::Refuse ||
          !(hasDisplay() || choosesPlatform)) &&
         answersAlone(early, status))
         return status;
@@ -65,7 +65,7 @@ int main(int argc, char* argv[])
     QApplication qtApplication(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
 
-    const quillory::CommandLine line = parse(QCoreApplication::arguments());
+    const quillory::StartOptions line = parse(QCoreApplication::arguments());
     if (answersAlone(line, status))
         return status;
     quillory::Application application;

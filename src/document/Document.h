@@ -1,5 +1,6 @@
 #pragma once
 
+#include "commands/ExternalPrograms.h"
 #include "document/DocumentEnvironment.h"
 #include "document/DocumentReader.h"
 #include "document/DocumentRecord.h"
@@ -13,6 +14,7 @@
 #include "editing/LineNavigation.h"
 #include "editing/QPTextView.h"
 #include "editing/TextReplacement.h"
+#include "foundation/ApplicationFolders.h"
 #include "syntax/SyntaxColouring.h"
 #include "text/Overlay.h"
 
@@ -151,6 +153,10 @@ public:
     void reformat() { m_blockCommands.reformat(); }
     void closeCurrentTag() { m_blockCommands.closeCurrentTag(); }
 
+    /// What the document's commands run.
+    ExternalPrograms& programs() { return m_programs; }
+    const ExternalPrograms& programs() const { return m_programs; }
+
     // Saving
 
     /// Writes the document; \a result, where given, tells what became of the bytes. The answer is
@@ -223,6 +229,10 @@ private:
     CurrentLineHighlight m_highlight;
     LineNavigation m_lineNavigation{m_textView};
     TextReplacement m_replacement;
+    ExternalPrograms m_programs{m_textView, m_environment.folders.caches,
+                                [this]() -> ExternalPrograms::File {
+                                    return {m_path, m_record.encoding, m_record.canUsePDFPreview};
+                                }};
     EncodingList m_encodings;
     QTimer m_settingsTimer;
     QString m_path;

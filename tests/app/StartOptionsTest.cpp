@@ -1,18 +1,18 @@
-#include "app/CommandLine.h"
+#include "app/StartOptions.h"
 
 #include <gtest/gtest.h>
 
 namespace quillory {
 namespace {
 
-using Action = CommandLine::Action;
+using Action = StartOptions::Action;
 
-CommandLine parse(const QStringList& arguments)
+StartOptions parse(const QStringList& arguments)
 {
     const auto exists = [](const QString& path) {
         return path == QStringLiteral("odd:7") || path == QStringLiteral("notes");
     };
-    return parseCommandLine(QStringList{QStringLiteral("quillory")} + arguments, exists);
+    return parseStartOptions(QStringList{QStringLiteral("quillory")} + arguments, exists);
 }
 
 QStringList words(const char* line)
@@ -20,7 +20,7 @@ QStringList words(const char* line)
     return QString::fromUtf8(line).split(u' ', Qt::SkipEmptyParts);
 }
 
-TEST(CommandLineTest, findsFilesAndPlaces)
+TEST(StartOptionsTest, findsFilesAndPlaces)
 {
     struct
     {
@@ -47,13 +47,13 @@ TEST(CommandLineTest, findsFilesAndPlaces)
         {"file:///tmp/a%20b", {{QStringLiteral("/tmp/a b"), {}}}},
     };
     for (const auto& c : cases) {
-        const CommandLine line = parse(words(c.line));
+        const StartOptions line = parse(words(c.line));
         EXPECT_EQ(line.action, Action::Open) << c.line;
         EXPECT_EQ(line.targets, c.targets) << c.line;
     }
 }
 
-TEST(CommandLineTest, answersAndRefuses)
+TEST(StartOptionsTest, answersAndRefuses)
 {
     struct
     {
@@ -73,7 +73,7 @@ TEST(CommandLineTest, answersAndRefuses)
         {"--render out.png notes", Action::Render, ""},
     };
     for (const auto& c : cases) {
-        const CommandLine line = parse(words(c.line));
+        const StartOptions line = parse(words(c.line));
         EXPECT_EQ(line.action, c.action) << c.line;
         EXPECT_TRUE(line.text.contains(QString::fromUtf8(c.says))) << c.line;
     }

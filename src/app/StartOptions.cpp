@@ -1,4 +1,4 @@
-#include "app/CommandLine.h"
+#include "app/StartOptions.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -11,7 +11,7 @@ namespace {
 
 QString translate(const char* text)
 {
-    return QCoreApplication::translate("CommandLine", text);
+    return QCoreApplication::translate("StartOptions", text);
 }
 
 /// QCommandLineParser's own help needs an application object, which needs a display.
@@ -43,18 +43,18 @@ OpenTarget targetOf(const QString& argument, const std::function<bool(const QStr
     return {argument, {}};
 }
 
-CommandLine refused(const QString& reason)
+StartOptions refused(const QString& reason)
 {
-    CommandLine line;
-    line.action = CommandLine::Action::Refuse;
+    StartOptions line;
+    line.action = StartOptions::Action::Refuse;
     line.text = reason + u'\n' + translate("Try “quillory --help”.") + u'\n';
     return line;
 }
 
 } // namespace
 
-CommandLine parseCommandLine(const QStringList& arguments,
-                             const std::function<bool(const QString&)>& exists)
+StartOptions parseStartOptions(const QStringList& arguments,
+                               const std::function<bool(const QString&)>& exists)
 {
     const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
@@ -64,14 +64,14 @@ CommandLine parseCommandLine(const QStringList& arguments,
     parser.addOptions({help, version, line, render});
     const bool understood = parser.parse(arguments);
 
-    CommandLine result;
+    StartOptions result;
     if (parser.isSet(help)) {
-        result.action = CommandLine::Action::ShowHelp;
+        result.action = StartOptions::Action::ShowHelp;
         result.text = helpText();
         return result;
     }
     if (parser.isSet(version)) {
-        result.action = CommandLine::Action::ShowVersion;
+        result.action = StartOptions::Action::ShowVersion;
         result.text = QStringLiteral("quillory %1\n").arg(QLatin1StringView(QUILLORY_VERSION));
         return result;
     }
@@ -95,7 +95,7 @@ CommandLine parseCommandLine(const QStringList& arguments,
         result.targets.front().place = place;
     }
     if (parser.isSet(render)) {
-        result.action = CommandLine::Action::Render;
+        result.action = StartOptions::Action::Render;
         result.renderTo = parser.value(render);
     }
     return result;

@@ -21,7 +21,7 @@ struct OpenTarget
 };
 
 /// What the user asked for when starting the editor.
-struct CommandLine
+struct StartOptions
 {
     enum class Action
     {
@@ -41,7 +41,7 @@ struct CommandLine
 /// Reads \a arguments, the first of which is the program's name. \a exists tells whether a path
 /// names something on disk: "notes:12" is a file of that name where there is one, and line 12 of
 /// "notes" otherwise.
-CommandLine parseCommandLine(const QStringList& arguments,
-                             const std::function<bool(const QString&)>& exists);
+StartOptions parseStartOptions(const QStringList& arguments,
+                               const std::function<bool(const QString&)>& exists);
 
 } // namespace quillory
