@@ -1,11 +1,15 @@
-# quillory_room(<folder> LINKS <targets...>): the static library of one folder of src/.
+# quillory_room(<folder> [EXCEPT <subfolder>] LINKS <targets...>): the static library of one folder
+# of src/, without what is built apart from it.
 # quillory_tests(<folder> LINKS <targets...>): the test program of one folder of tests/.
 # Sources are whatever stands in the folder, so that a new file needs no edit here.
 
 function(quillory_room room)
-  cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "EXCEPT" "LINKS" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp *.h)
   list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  if(ARG_EXCEPT)
+    list(FILTER sources EXCLUDE REGEX "/${room}/${ARG_EXCEPT}/")
+  endif()
   add_library(quillory_${room} STATIC ${sources})
   target_link_libraries(quillory_${room} PUBLIC quillory_flags ${ARG_LINKS})
 endfunction()

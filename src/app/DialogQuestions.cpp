@@ -90,7 +90,12 @@ void DialogQuestions::askForSavePath(QWidget* window, const QString& title,
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setFileMode(QFileDialog::AnyFile);
-    dialog->setNameFilters(nameFilters());
+    if (suggested.suffix() == QLatin1StringView("pdf")) {
+        dialog->setNameFilter(tr("PDF files") + QStringLiteral(" (*.pdf)"));
+        dialog->setDefaultSuffix(QStringLiteral("pdf"));
+    } else {
+        dialog->setNameFilters(nameFilters());
+    }
     dialog->selectFile(suggested.fileName());
     QObject::connect(
         dialog, &QFileDialog::finished, dialog, [dialog, answer = std::move(answer)](int result) {

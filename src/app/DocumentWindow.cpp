@@ -9,6 +9,7 @@
 #include "app/LoadingBar.h"
 #include "app/MainMenu.h"
 #include "app/MessageArea.h"
+#include "app/ProgramAids.h"
 #include "app/RereadFlow.h"
 #include "app/SaveFlow.h"
 #include "app/SpellingAids.h"
@@ -154,6 +155,7 @@ void DocumentWindow::connectDocument()
                 showReadProblem(*this, message, undecodable);
             });
     m_aids = std::make_unique<EditingAids>(*this);
+    m_programs = std::make_unique<ProgramAids>(*this);
 }
 
 bool DocumentWindow::isUntouched() const

@@ -20,6 +20,7 @@ class LineNumberView;
 class LoadFlow;
 class MainMenu;
 class MessageArea;
+class ProgramAids;
 class RereadFlow;
 class SaveFlow;
 class SpellingAids;
@@ -62,6 +63,8 @@ public:
     EditingAids& aids() const { return *m_aids; }
     ColourExport& colourExport() const { return *m_colourExport; }
     SpellingAids& spelling() const { return *m_spelling; }
+    ProgramAids& programs() const { return *m_programs; }
+    UserQuestions& questions() const { return m_services.questions; }
     TitleBarButtons& titleBarButtons() const { return *m_titleBarButtons; }
 
     /// True for a new document that nothing was done to, so that another may take its place.
@@ -132,6 +135,7 @@ private:
     std::unique_ptr<LoadFlow> m_loading;
     std::unique_ptr<ColourExport> m_colourExport;
     std::unique_ptr<SpellingAids> m_spelling;
+    std::unique_ptr<ProgramAids> m_programs;
     bool m_painted = false;
     bool m_asking = false;   ///< a question before closing is open
     bool m_mayClose = false; ///< it was answered

@@ -14,7 +14,7 @@ bool isThere(const DocumentWindow& window)
 
 bool isIdle(const DocumentWindow& window)
 {
-    return isThere(window) && !window.isBusy();
+    return isThere(window) && !window.isBusy() && !window.document().programs().isRunning();
 }
 
 bool hasFile(const DocumentWindow& window)

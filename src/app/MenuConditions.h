@@ -8,7 +8,7 @@ class DocumentWindow;
 
 /// The whole text has been read.
 bool isThere(const DocumentWindow& window);
-/// Nothing is being read or saved either.
+/// Nothing is being read or saved either, and no program is waited for.
 bool isIdle(const DocumentWindow& window);
 /// There is a file to read again.
 bool hasFile(const DocumentWindow& window);

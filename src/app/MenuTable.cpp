@@ -7,6 +7,7 @@
 #include "app/EncodingMenu.h"
 #include "app/LanguageMenu.h"
 #include "app/MenuConditions.h"
+#include "app/ProgramAids.h"
 #include "app/RereadFlow.h"
 #include "app/SaveFlow.h"
 #include "app/StatusLine.h"
@@ -178,6 +179,16 @@ constexpr MenuItem viewMenu[]{
     {.text = ENTRY("&Status Line"),
      .run = [](W& w) { w.statusLine().setVisible(w.statusLine().isHidden()); },
      .isChecked = [](const W& w) { return !w.statusLine().isHidden(); }},
+    {.text = ENTRY("Lo&g"),
+     .ownKeys = "F8",
+     .run = [](W& w) { w.programs().toggleLog(); },
+     .isChecked = [](const W& w) { return w.programs().isLogVisible(); }},
+    {.text = ENTRY("&PDF Preview"),
+     .ownKeys = "F9",
+     .run = [](W& w) { w.programs().showPDFPreview(); },
+     .isEnabled = [](const W& w) { return w.document().record().canUsePDFPreview; },
+     .isChecked = [](const W& w) { return w.programs().isPDFPreviewVisible(); }},
+    separator,
     {.text = ENTRY("&Full Screen"),
      .standardKey = QKeySequence::FullScreen,
      .ownKeys = "F11",

@@ -24,6 +24,7 @@ public:
         RoundTrip,
         Definitions,
         Export,
+        Programs,
     };
 
     explicit MessageArea(QWidget* parent = nullptr);

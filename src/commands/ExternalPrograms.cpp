@@ -171,8 +171,7 @@ void ExternalPrograms::tellUnknownError()
 
 void ExternalPrograms::showTypeset(const QString& pdf, const ProgramOutcome& outcome)
 {
-    if (outcome.exitStatus != 0 || !outcome.isProductNew)
-        Q_EMIT typesettingFailed(outcome.output);
+    Q_EMIT typesettingFinished(outcome);
     if (!outcome.hasProduct)
         return;
     if (m_file().canUsePDFPreview)

@@ -72,9 +72,9 @@ Q_SIGNALS:
     /// The desktop's program for it is to open \a path.
     void openRequested(const QString& path);
     void pdfPreviewRequested(const QString& path);
-    /// A LaTeX run answered with an exit status other than 0, or made no new PDF; \a log is what it
-    /// wrote. Comes before the PDF, if there is one, is shown.
-    void typesettingFailed(const quillory::TextSnapshot& log);
+    /// A LaTeX run came to its end; one that answered with an exit status other than 0, or made no
+    /// new PDF, has failed. The PDF, if there is one, is shown afterwards.
+    void typesettingFinished(const quillory::ProgramOutcome& outcome);
 
 private:
     using Then = std::function<void(const ProgramOutcome&)>;

@@ -2,23 +2,29 @@
 
 #include "text/TextBuilder.h"
 #include "text/TextDecoder.h"
+#include "text/Utf8.h"
 
-#include <QStringDecoder>
+#include <array>
 
 namespace quillory {
 
 namespace {
 
-constexpr qsizetype pieceLength = 1 << 16; // bytes
+constexpr qsizetype pieceLength = 1 << 14; // code units
+constexpr char16_t replacement = 0xfffd;
 
-TextSnapshot decodedLeniently(const QByteArray& bytes)
+TextSnapshot decodedLeniently(QByteArrayView bytes)
 {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
     TextBuilder text;
-    for (qsizetype start = 0; start < bytes.size(); start += pieceLength) {
-        const QString piece = decoder(
-            QByteArrayView(bytes).sliced(start, std::min(pieceLength, bytes.size() - start)));
-        text.append(piece);
+    std::array<char16_t, pieceLength> units{};
+    while (!bytes.isEmpty()) {
+        const Utf8Progress done = decodeUtf8(bytes, units.data(), pieceLength, bytes.size() + 1);
+        text.append(QStringView(units.data(), done.written));
+        bytes = bytes.sliced(done.read);
+        if (!done.valid && !bytes.isEmpty()) {
+            text.append(QStringView(&replacement, 1));
+            bytes = bytes.sliced(1);
+        }
     }
     return text.finish();
 }

@@ -48,16 +48,6 @@ void prepareChild(pid_t editor)
         ::_exit(1);
 }
 
-/// Lets the pool start another thread while this one only waits.
-class Idling
-{
-public:
-    Idling() { QThreadPool::globalInstance()->releaseThread(); }
-    ~Idling() { QThreadPool::globalInstance()->reserveThread(); }
-    Idling(const Idling&) = delete;
-    Idling& operator=(const Idling&) = delete;
-};
-
 /// The program and its output, on the thread that waits for it.
 class Worker : public QObject
 {
@@ -175,7 +165,7 @@ struct ProgramRun::Control
     {
         if (!start.command.program.startsWith(u'/'))
             return {};
-        const Idling idling;
+        const WaitingInPool waiting;
         Worker made(start);
         if (!setWorker(&made))
             return {};

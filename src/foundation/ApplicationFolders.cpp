@@ -42,6 +42,13 @@ QString resourcesFolder(const QProcessEnvironment& environment, const QString& e
     return QStringLiteral(QUILLORY_INSTALLED_RESOURCES);
 }
 
+QString pluginsFolder(const QString& executableFolder)
+{
+    const QString installed =
+        QDir::cleanPath(executableFolder + QStringLiteral("/../lib/quillory"));
+    return QFileInfo::exists(installed) ? installed : executableFolder;
+}
+
 } // namespace
 
 ApplicationFolders ApplicationFolders::fromEnvironment(const QProcessEnvironment& environment,
@@ -56,6 +63,7 @@ ApplicationFolders ApplicationFolders::fromEnvironment(const QProcessEnvironment
         .configuration = folder("XDG_CONFIG_HOME", ".config"),
         .state = folder("XDG_STATE_HOME", ".local/state"),
         .resources = resourcesFolder(environment, executableFolder),
+        .plugins = pluginsFolder(executableFolder),
     };
 }
 

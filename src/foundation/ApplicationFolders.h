@@ -16,10 +16,12 @@ struct ApplicationFolders
     QString configuration;
     QString state;     ///< windows of the last session, recovery records
     QString resources; ///< what is shipped: starter definitions, themes and the encoding list
+    QString plugins;   ///< parts of the program that are loaded when they are first used
 
     /// \a executableFolder is where the running program lies. The resources are in the folder that
     /// QUILLORY_RESOURCES names, else beside the program in an installation or a build tree, else
-    /// where the installation was configured to put them.
+    /// where the installation was configured to put them. The plugins are in ../lib/quillory of an
+    /// installation, and beside the program of a build tree.
     static ApplicationFolders fromEnvironment(const QProcessEnvironment& environment,
                                               const QString& executableFolder);
 

@@ -28,6 +28,14 @@ void runInBackground(QObject* context, Work work, Done done)
     });
 }
 
+/// While it lives, the pool may run another thread in the place of this one, which waits.
+struct WaitingInPool
+{
+    WaitingInPool() { QThreadPool::globalInstance()->releaseThread(); }
+    ~WaitingInPool() { QThreadPool::globalInstance()->reserveThread(); }
+    Q_DISABLE_COPY_MOVE(WaitingInPool)
+};
+
 /// Lets go of \a object on a thread of the pool: freeing a large text takes long.
 template<class Object>
 void releaseInBackground(Object object)

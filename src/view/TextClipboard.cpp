@@ -2,6 +2,7 @@
 
 #include "editing/QPTextView.h"
 #include "editing/SelectionCommands.h"
+#include "foundation/Background.h"
 #include "foundation/UserDefaults.h"
 #include "view/PendingPaste.h"
 #include "view/SnapshotMimeData.h"
@@ -18,14 +19,6 @@ namespace {
 
 constexpr qsizetype longText = 500'000; // bytes or units, made ready in a few milliseconds
 constexpr int quickAnswer = 30;         // milliseconds that another program may take with the user
-
-/// Lets the pool run another thread in the place of this one, which waits.
-struct WaitingInPool
-{
-    WaitingInPool() { QThreadPool::globalInstance()->releaseThread(); }
-    ~WaitingInPool() { QThreadPool::globalInstance()->reserveThread(); }
-    Q_DISABLE_COPY_MOVE(WaitingInPool)
-};
 
 /// The text of another program, which another thread waits for.
 class ForeignText

@@ -35,7 +35,9 @@ QAction* actionNamed(const QList<QAction*>& actions, const QString& name)
 AppFixture::AppFixture()
 {
     folders.applicationSupport = folder.filePath(QStringLiteral("support"));
+    folders.caches = folder.filePath(QStringLiteral("caches"));
     folders.resources = QStringLiteral(QUILLORY_SOURCE_DIR "/resources");
+    folders.plugins = QStringLiteral(QUILLORY_BINARY_DIR "/src/app");
 }
 
 QString AppFixture::write(const char* name, const QByteArray& bytes) const

@@ -1,0 +1,255 @@
+#include "AppFixture.h"
+
+#include "../view/EventLoopWatchdog.h"
+
+#include "app/LogWindow.h"
+#include "app/PdfPanel.h"
+#include "app/ProgramAids.h"
+#include "app/ProgressSheet.h"
+#include "document/Document.h"
+#include "view/TextViewWidget.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+#include <QToolButton>
+
+namespace quillory::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int patience = 20000; ///< milliseconds; only a failing test waits that long
+
+class ProgramsTest : public AppFixture
+{
+protected:
+    static CommandLine sh(const QString& body) { return {u"/bin/sh"_s, {u"-c"_s, body}}; }
+
+    static void run(DocumentWindow& window, const QString& body)
+    {
+        window.document().programs().performTerminalCommand(
+            sh(body), false,
+            [&window](const TextSnapshot& output) { window.programs().showInLog(output); });
+    }
+
+    static bool waitForEnd(DocumentWindow& window)
+    {
+        return QTest::qWaitFor([&] { return !window.document().programs().isRunning(); }, patience);
+    }
+
+    /// A PDF of that many pages.
+    void writePdf(const char* name, int pages) const
+    {
+        QPdfWriter writer(path(name));
+        QPainter painter(&writer);
+        for (int page = 0; page < pages; ++page) {
+            if (page > 0)
+                writer.newPage();
+            painter.drawText(500, 500, u"Page %1"_s.arg(page + 1));
+        }
+    }
+
+    static bool loads(PdfPanel& panel, const QString& path)
+    {
+        QSignalSpy loaded(&panel, &PdfPanel::loaded);
+        panel.load(path);
+        return QTest::qWaitFor([&] { return loaded.count() == 1; }, patience);
+    }
+
+    static QScrollBar& barOf(const PdfPanel& panel)
+    {
+        return *qobject_cast<QAbstractScrollArea*>(panel.viewer()->widget())->verticalScrollBar();
+    }
+};
+
+TEST_F(ProgramsTest, SheetTellsOfALongRunAndEscapeEndsIt)
+{
+    DocumentWindow& window = open(write("text", QByteArray("line\n").repeated(1000)));
+    ProgressSheet& sheet = window.programs().sheet();
+    run(window, u"sleep 300"_s);
+    EXPECT_TRUE(sheet.isHidden());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return sheet.isVisible(); }, patience));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return sheet.timeText() == u"0:02"_s; }, patience));
+    press(window, {u"'x'"_s, u"Ctrl+Z"_s, u"PgDown"_s});
+    EXPECT_TRUE(textOf(window).startsWith(u"line"_s));
+    EXPECT_GT(window.view().visibleRange().location, 0);
+    EXPECT_FALSE(command(window, u"File/Revert to Saved"_s)->isEnabled());
+    press(window, {u"Esc"_s});
+    EXPECT_FALSE(window.document().programs().isRunning());
+    EXPECT_TRUE(sheet.isHidden());
+    press(window, {u"'x'"_s});
+    EXPECT_TRUE(textOf(window).contains(u'x'));
+
+    // One that is over soon shows no sheet.
+    run(window, u"echo done"_s);
+    ASSERT_TRUE(waitForEnd(window));
+    QTest::qWait(ProgressSheet::patience + 200);
+    EXPECT_TRUE(sheet.isHidden());
+    EXPECT_EQ(window.programs().log().text().string(), u"done\n"_s);
+}
+
+TEST_F(ProgramsTest, LogIsReadSearchedCopiedAndCleared)
+{
+    DocumentWindow& window = open(write("text", "text"));
+    press(window, {u"F8"_s});
+    EXPECT_TRUE(window.programs().isLogVisible());
+    run(window, u"printf 'one\\nTwo\\nthree two\\n'"_s);
+    ASSERT_TRUE(waitForEnd(window));
+    LogWindow& log = window.programs().log();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&log));
+    const auto key = [&log](const QString& keys) {
+        const QKeyCombination combination = QKeySequence::fromString(keys)[0];
+        QTest::keyClick(log.windowHandle(), combination.key(), combination.keyboardModifiers());
+        QCoreApplication::processEvents();
+    };
+    const auto selects = [&log](TextRange range) {
+        return QTest::qWaitFor([&] { return log.logTextView().selectedRange() == range; }, 2000);
+    };
+    key(u"X"_s); // it is only for reading
+    EXPECT_EQ(log.text().string(), u"one\nTwo\nthree two\n"_s);
+
+    key(u"Ctrl+F"_s);
+    auto* field = log.findChild<QLineEdit*>();
+    ASSERT_TRUE(field->hasFocus());
+    QTest::keyClicks(field, u"two"_s);
+    key(u"Return"_s);
+    EXPECT_TRUE(selects({4, 3}));
+    key(u"F3"_s);
+    EXPECT_TRUE(selects({14, 3}));
+    key(u"F3"_s);
+    EXPECT_TRUE(selects({4, 3})) << "around the end";
+    key(u"Shift+F3"_s);
+    EXPECT_TRUE(selects({14, 3})) << "around the beginning";
+    key(u"Esc"_s);
+    EXPECT_TRUE(log.isVisible());
+    key(u"Ctrl+C"_s);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"two"_s);
+    log.logTextView().setSelectedRange({0, 0});
+    for (QToolButton* button : log.findChildren<QToolButton*>()) {
+        if (button->text() == u"Copy"_s)
+            QTest::mouseClick(button, Qt::LeftButton);
+    }
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"one\nTwo\nthree two\n"_s);
+    log.clear();
+    EXPECT_TRUE(log.text().isEmpty());
+    key(u"F8"_s);
+    EXPECT_FALSE(window.programs().isLogVisible());
+}
+
+TEST_F(ProgramsTest, LogOfAVeryLongOutputStopsNothing)
+{
+    DocumentWindow& window = open(write("text", "text"));
+    EventLoopWatchdog watchdog;
+    run(window, u"yes 'a line of output' | head -c 200000000; echo the end"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window.programs().isLogVisible(); }, 60'000));
+    LogWindow& log = window.programs().log();
+    EXPECT_EQ(log.text().length(), 200'000'008);
+    QTest::qWait(100);
+    log.openFind();
+    log.findChild<QLineEdit*>()->setText(u"THE END"_s);
+    log.findNext();
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            return log.logTextView().selectedRange() == TextRange{200'000'000, 7};
+        },
+        patience));
+    log.clear();
+    QTest::qWait(100);
+}
+
+TEST_F(ProgramsTest, FailedTypesettingOffersTheLog)
+{
+    DocumentWindow& window = open(write("paper.tex", "\\begin{document}"));
+    const auto typeset = [&](const QString& body) {
+        window.document().programs().performLaTeXCommand(sh(body), folder.path(), path("paper"));
+        return waitForEnd(window);
+    };
+    ASSERT_TRUE(typeset(u"echo 'no such class'; exit 1"_s));
+    EXPECT_TRUE(message(window, MessageArea::Subject::Programs).startsWith(u"No PDF was made"_s));
+    EXPECT_FALSE(window.programs().isLogVisible());
+    EXPECT_TRUE(pressWayOut(window, u"Show Log"_s));
+    EXPECT_TRUE(window.programs().isLogVisible());
+    EXPECT_EQ(window.programs().log().text().string(), u"no such class\n"_s);
+
+    writePdf("made.pdf", 2);
+    ASSERT_TRUE(typeset(u"cp made.pdf paper.pdf"_s));
+    EXPECT_TRUE(message(window, MessageArea::Subject::Programs).isEmpty());
+    PdfPanel& panel = window.programs().pdfPanel();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return panel.hasPdf(); }, patience));
+    EXPECT_TRUE(window.programs().isPDFPreviewVisible());
+
+    ASSERT_TRUE(typeset(u"exit 1"_s));
+    EXPECT_TRUE(message(window, MessageArea::Subject::Programs).contains(u"older"_s));
+    ASSERT_TRUE(typeset(u"cp made.pdf paper.pdf; exit 1"_s));
+    EXPECT_TRUE(message(window, MessageArea::Subject::Programs).contains(u"errors"_s));
+}
+
+TEST_F(ProgramsTest, PdfPanelShowsAndReloadsAndSaves)
+{
+    DocumentWindow& window = open(write("paper.tex", "text"));
+    press(window, {u"F9"_s});
+    PdfPanel& panel = window.programs().pdfPanel();
+    ASSERT_TRUE(panel.isVisible());
+    EXPECT_EQ(panel.windowTitle(), u"Preview"_s);
+    EXPECT_FALSE(panel.note().isEmpty());
+
+    writePdf("paper.pdf", 5);
+    ASSERT_TRUE(loads(panel, path("paper.pdf")));
+    ASSERT_TRUE(panel.hasPdf()) << panel.note().toStdString();
+    EXPECT_TRUE(panel.note().isEmpty());
+    EXPECT_EQ(panel.viewer()->pageCount(), 5);
+    ASSERT_GT(barOf(panel).maximum(), 1000);
+    barOf(panel).setValue(1000);
+    panel.viewer()->zoomIn();
+    const PdfViewer::Place before = panel.viewer()->place();
+    EXPECT_GT(before.zoom, 0);
+
+    writePdf("paper.pdf", 6);
+    ASSERT_TRUE(loads(panel, path("paper.pdf")));
+    EXPECT_EQ(panel.viewer()->pageCount(), 6);
+    EXPECT_EQ(panel.viewer()->place().y, before.y);
+    EXPECT_EQ(panel.viewer()->place().zoom, before.zoom);
+
+    // What is saved is what is shown, whatever became of the file.
+    const QByteArray shown = bytesOf(path("paper.pdf"));
+    write("paper.pdf", "overwritten");
+    questions.savePath = path("copy.pdf");
+    panel.savePDF();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return bytesOf(path("copy.pdf")) == shown; }, patience));
+    questions.savePath = path("no such folder/copy.pdf");
+    panel.savePDF();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return questions.told.size() == 1; }, patience));
+
+    for (const char* broken : {"", "no PDF", "%PDF-1.5\n1 0 obj <<"}) {
+        ASSERT_TRUE(loads(panel, write("paper.pdf", broken)));
+        EXPECT_FALSE(panel.hasPdf());
+        EXPECT_TRUE(panel.note().contains(u"damaged"_s)) << panel.note().toStdString();
+    }
+    ASSERT_TRUE(loads(panel, path("missing.pdf")));
+    EXPECT_TRUE(panel.note().contains(u"missing.pdf"_s));
+    QTest::keyClick(panel.windowHandle(), Qt::Key_F9);
+    EXPECT_FALSE(window.programs().isPDFPreviewVisible());
+
+    DocumentWindow& other = open(write("code.c", "int i;"));
+    EXPECT_FALSE(command(other, u"View/PDF Preview"_s)->isEnabled());
+}
+
+TEST_F(ProgramsTest, PreviewThatIsNotInstalledSaysSo)
+{
+    folders.plugins = folder.path();
+    DocumentWindow& window = open(write("paper.tex", "text"));
+    writePdf("paper.pdf", 1);
+    PdfPanel& panel = window.programs().pdfPanel();
+    ASSERT_TRUE(loads(panel, path("paper.pdf")));
+    EXPECT_FALSE(panel.hasPdf());
+    EXPECT_TRUE(panel.note().contains(u"not installed"_s));
+}
+
+} // namespace
+} // namespace quillory::test
