@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QPluginLoader>
 #include <QSaveFile>
+#include <QScreen>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QToolButton>
@@ -41,7 +42,7 @@ PdfPanel::PdfPanel(QString plugins, UserQuestions& questions)
       m_page(new QLabel(this)), m_bar(new QWidget(this))
 {
     setWindowTitle(tr("Preview"));
-    resize(firstSize);
+    resize(firstSize.boundedTo(screen()->availableSize() * 0.9));
     build();
     tellNote(tr("Typeset the document to see its PDF here."));
 }

@@ -10,6 +10,7 @@
 
 #include <QDesktopServices>
 #include <QDir>
+#include <QFileInfo>
 #include <QUrl>
 
 namespace quillory {
@@ -80,10 +81,15 @@ bool ProgramAids::isLogVisible() const
 
 void ProgramAids::showPDFPreview()
 {
-    if (isPDFPreviewVisible())
+    if (isPDFPreviewVisible()) {
         m_pdfPanel->close();
-    else
-        pdfPanel().present();
+        return;
+    }
+    const QFileInfo file(m_window.document().path());
+    const QString pdf = file.path() + u'/' + file.completeBaseName() + QStringLiteral(".pdf");
+    if (!pdfPanel().hasPdf() && !file.filePath().isEmpty() && QFileInfo::exists(pdf))
+        pdfPanel().load(pdf);
+    pdfPanel().present();
 }
 
 bool ProgramAids::isPDFPreviewVisible() const

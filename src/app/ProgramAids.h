@@ -34,7 +34,8 @@ public:
     /// Shows the log, or hides it.
     void toggleLog();
     bool isLogVisible() const;
-    /// Shows the PDF panel, or hides it.
+    /// Shows the PDF panel, or hides it. While it has no PDF, one that lies beside the document is
+    /// taken.
     void showPDFPreview();
     bool isPDFPreviewVisible() const;
 

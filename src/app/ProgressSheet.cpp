@@ -1,5 +1,6 @@
 #include "app/ProgressSheet.h"
 
+#include <QAccessible>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -66,7 +67,8 @@ ProgressSheet::ProgressSheet(QWidget* host)
 
 void ProgressSheet::begin(const QString& command)
 {
-    m_whole = onOneLine(command);
+    m_whole = tr("Running %1").arg(onOneLine(command));
+    setAccessibleName(m_whole);
     m_elapsed.start();
     m_patience.start();
 }
@@ -94,6 +96,8 @@ void ProgressSheet::appear()
     show();
     raise();
     window()->installEventFilter(this);
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void ProgressSheet::place()
@@ -106,7 +110,6 @@ void ProgressSheet::place()
     const int room = width - margins.left() - margins.right() - 2 * frameWidth();
     m_command->setText(m_command->fontMetrics().elidedText(m_whole, Qt::ElideMiddle, room));
     m_command->setToolTip(m_whole);
-    m_command->setAccessibleName(m_whole);
 }
 
 void ProgressSheet::showTime()

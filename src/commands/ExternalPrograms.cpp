@@ -133,16 +133,18 @@ void ExternalPrograms::run(const ProgramStart& start, const Then& then)
     m_run = std::make_unique<ProgramRun>(start);
     m_hasLocked = m_editor.isEditable();
     m_editor.setEditable(false);
-    connect(m_run.get(), &ProgramRun::finished, this, [this, then](const ProgramOutcome& outcome) {
-        endRun();
-        if (outcome.ending == ProgramOutcome::Ending::FailedToStart)
-            tellUnknownError();
-        if (outcome.ending == ProgramOutcome::Ending::WroteTooMuch)
-            Q_EMIT alertRequested(tr("Error!"),
-                                  tr("The program was ended, since it wrote more than %1 MB.")
-                                      .arg(ProgramRun::mostOutput >> 20));
-        then(outcome);
-    });
+    connect(
+        m_run.get(), &ProgramRun::finished, this,
+        [this, then, most = start.mostOutput](const ProgramOutcome& outcome) {
+            endRun();
+            if (outcome.ending == ProgramOutcome::Ending::FailedToStart)
+                tellUnknownError();
+            if (outcome.ending == ProgramOutcome::Ending::WroteTooMuch)
+                Q_EMIT alertRequested(
+                    tr("Error!"),
+                    tr("The program was ended, since it wrote more than %1 MB.").arg(most >> 20));
+            then(outcome);
+        });
     Q_EMIT editableChanged();
     Q_EMIT started(readable(start.command));
 }

@@ -124,7 +124,7 @@ void Worker::gather(QByteArray& stream, const QByteArray& bytes)
     if (m_ending)
         return;
     stream += bytes;
-    if (m_output.size() + m_error.size() <= ProgramRun::mostOutput)
+    if (m_output.size() + m_error.size() <= m_start.mostOutput)
         return;
     m_outcome.ending = ProgramOutcome::Ending::WroteTooMuch;
     end();

@@ -20,6 +20,8 @@ struct ProgramStart
     StringEncoding encoding = StringEncoding::none;
     /// A file that the program is to make; empty for none.
     QString product;
+    /// Bytes, of both streams together; a program that writes more is ended.
+    qsizetype mostOutput = qsizetype(1) << 30;
 };
 
 /// What became of a run.
@@ -28,7 +30,7 @@ struct ProgramOutcome
     enum class Ending
     {
         FailedToStart, ///< or the launch path is not absolute
-        WroteTooMuch,  ///< more than mostOutput; the program was ended
+        WroteTooMuch,  ///< and was ended
         Ran,           ///< and ended by itself, whatever it answered
     };
 
@@ -46,7 +48,6 @@ class ProgramRun : public QObject
     Q_OBJECT
 
 public:
-    static constexpr qsizetype mostOutput = qsizetype(1) << 30; ///< bytes, of both streams together
     static constexpr int grace = 1000; ///< milliseconds from asking a program to end to ending it
 
     explicit ProgramRun(const ProgramStart& start, QObject* parent = nullptr);

@@ -20,6 +20,7 @@ namespace quillory {
 namespace {
 
 constexpr int daysOfLeftovers = 3;
+constexpr int mostKept = 16;  ///< of a document's files, for programs that still read them
 constexpr int attempts = 100; ///< at a path that another editor takes first
 
 void makeFolder(const QString& folder)
@@ -121,6 +122,15 @@ void removeLeftovers(const QString& folder)
     }
 }
 
+/// Removing a large file takes long.
+void removeSoon(const QStringList& paths)
+{
+    QThreadPool::globalInstance()->start([paths] {
+        for (const QString& path : paths)
+            QFile::remove(path);
+    });
+}
+
 /// A file that goes with this, unless it was handed on.
 struct OwnedFile
 {
@@ -148,8 +158,7 @@ TemporaryTexts::TemporaryTexts(QString folder, QObject* parent)
 
 TemporaryTexts::~TemporaryTexts()
 {
-    for (const QString& path : m_written)
-        QFile::remove(path);
+    removeSoon(m_written);
 }
 
 QString TemporaryTexts::temporaryPath(const QString& mainExtension) const
@@ -173,6 +182,8 @@ void TemporaryTexts::write(const TextSnapshot& text, StringEncoding encoding,
             const Result<QString> path = written.handOn();
             if (path)
                 m_written += *path;
+            if (m_written.size() > mostKept)
+                removeSoon({m_written.takeFirst()});
             done(path);
         });
 }

@@ -12,8 +12,8 @@
 namespace quillory {
 
 /// The files in the caches folder through which a document hands its text to programs. Nobody but
-/// the user can read them, and they go when the document closes; what a crash left behind goes
-/// after some days.
+/// the user can read them, and they go when the document closes, all but the newest of many
+/// already before; what a crash left behind goes after some days.
 class TemporaryTexts : public QObject
 {
     Q_OBJECT

@@ -235,6 +235,12 @@ TEST_F(ProgramsTest, PdfPanelShowsAndReloadsAndSaves)
     EXPECT_TRUE(panel.note().contains(u"missing.pdf"_s));
     QTest::keyClick(panel.windowHandle(), Qt::Key_F9);
     EXPECT_FALSE(window.programs().isPDFPreviewVisible());
+    // One that lies beside the document is taken when there is none.
+    writePdf("paper.pdf", 2);
+    window.programs().showPDFPreview();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return panel.hasPdf(); }, patience));
+    window.programs().showPDFPreview();
+    EXPECT_FALSE(window.programs().isPDFPreviewVisible());
 
     DocumentWindow& other = open(write("code.c", "int i;"));
     EXPECT_FALSE(command(other, u"View/PDF Preview"_s)->isEnabled());

@@ -140,6 +140,22 @@ TEST_F(ExternalProgramsTest, MuchOutputOnBothStreamsStopsNeitherSide)
     EXPECT_EQ(output.at(each), u'b');
 }
 
+TEST_F(ExternalProgramsTest, OutputWithoutEndIsGivenUp)
+{
+    ProgramStart endless{.command = {QStringLiteral("/usr/bin/yes"), {}},
+                         .workingDirectory = {},
+                         .environment = QProcessEnvironment::systemEnvironment(),
+                         .product = {},
+                         .mostOutput = 1'000'000};
+    std::optional<ProgramOutcome> outcome;
+    const ProgramRun program(endless);
+    QObject::connect(&program, &ProgramRun::finished,
+                     [&](const ProgramOutcome& result) { outcome = result; });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return outcome.has_value(); }));
+    EXPECT_EQ(outcome->ending, ProgramOutcome::Ending::WroteTooMuch);
+    EXPECT_TRUE(outcome->output.isEmpty());
+}
+
 TEST_F(ExternalProgramsTest, OutputThatIsNotUtf8LosesNothing)
 {
     const struct

@@ -88,7 +88,12 @@ TEST_F(TemporaryTextsTest, HoldTheTextForTheUserAlone)
         EXPECT_EQ(modeOf(*path), 0600);
     }
     EXPECT_EQ(files().size(), 4);
+    for (int i = 0; i < 30; ++i)
+        ASSERT_TRUE(write(QStringLiteral("x")));
+    QThreadPool::globalInstance()->waitForDone();
+    EXPECT_EQ(files().size(), 16);
     texts.reset();
+    QThreadPool::globalInstance()->waitForDone();
     EXPECT_EQ(files(), QStringList());
 }
 
