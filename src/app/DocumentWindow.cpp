@@ -6,10 +6,11 @@
 #include "app/EditingAids.h"
 #include "app/GoToLineDialog.h"
 #include "app/LoadFlow.h"
-#include "app/LoadingBar.h"
 #include "app/MainMenu.h"
 #include "app/MessageArea.h"
+#include "app/PrintFlow.h"
 #include "app/ProgramAids.h"
+#include "app/ProgressBar.h"
 #include "app/RereadFlow.h"
 #include "app/SaveFlow.h"
 #include "app/SpellingAids.h"
@@ -81,8 +82,8 @@ void DocumentWindow::build()
     m_status->setObjectName(QStringLiteral("statusLine"));
     layout->addWidget(m_messages);
     layout->addWidget(m_view, 1);
-    auto* loadingBar = new LoadingBar(content);
-    layout->addWidget(loadingBar);
+    auto* progressBar = new ProgressBar(content);
+    layout->addWidget(progressBar);
     layout->addWidget(m_status);
     setCentralWidget(content);
     m_view->setFocus();
@@ -92,8 +93,10 @@ void DocumentWindow::build()
         std::make_unique<ViewAppearance>(*m_view, environment, m_document->syntaxColouring());
     m_saving = std::make_unique<SaveFlow>(*m_document, environment, m_services.questions, *this);
     m_rereading = std::make_unique<RereadFlow>(*m_document, m_services.questions, *this);
-    m_loading = std::make_unique<LoadFlow>(*m_document, *loadingBar, *this);
+    m_loading = std::make_unique<LoadFlow>(*m_document, *progressBar, *this);
     m_colourExport = std::make_unique<ColourExport>(*m_document, m_services.questions, *this);
+    m_printing = std::make_unique<PrintFlow>(*m_document, environment.defaults,
+                                             m_services.questions, *progressBar, *this);
 }
 
 void DocumentWindow::connectDocument()
@@ -143,6 +146,10 @@ void DocumentWindow::connectDocument()
     connect(m_colourExport.get(), &ColourExport::exportingChanged, this,
             &DocumentWindow::updateActivity);
     connect(m_colourExport.get(), &ColourExport::failed, this, [this](const QString& message) {
+        m_messages->show(MessageArea::Subject::Export, {Message::Kind::Problem, message});
+    });
+    connect(m_printing.get(), &PrintFlow::printingChanged, this, &DocumentWindow::updateActivity);
+    connect(m_printing.get(), &PrintFlow::failed, this, [this](const QString& message) {
         m_messages->show(MessageArea::Subject::Export, {Message::Kind::Problem, message});
     });
     connect(m_rereading.get(), &RereadFlow::readingChanged, this, &DocumentWindow::updateActivity);

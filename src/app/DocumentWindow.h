@@ -20,6 +20,7 @@ class LineNumberView;
 class LoadFlow;
 class MainMenu;
 class MessageArea;
+class PrintFlow;
 class ProgramAids;
 class RereadFlow;
 class SaveFlow;
@@ -62,6 +63,7 @@ public:
     LoadFlow& loading() const { return *m_loading; }
     EditingAids& aids() const { return *m_aids; }
     ColourExport& colourExport() const { return *m_colourExport; }
+    PrintFlow& printing() const { return *m_printing; }
     SpellingAids& spelling() const { return *m_spelling; }
     ProgramAids& programs() const { return *m_programs; }
     UserQuestions& questions() const { return m_services.questions; }
@@ -134,6 +136,7 @@ private:
     std::unique_ptr<RereadFlow> m_rereading;
     std::unique_ptr<LoadFlow> m_loading;
     std::unique_ptr<ColourExport> m_colourExport;
+    std::unique_ptr<PrintFlow> m_printing;
     std::unique_ptr<SpellingAids> m_spelling;
     std::unique_ptr<ProgramAids> m_programs;
     bool m_painted = false;

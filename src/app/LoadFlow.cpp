@@ -1,7 +1,7 @@
 #include "app/LoadFlow.h"
 
 #include "app/DocumentLoader.h"
-#include "app/LoadingBar.h"
+#include "app/ProgressBar.h"
 #include "document/Document.h"
 
 #include <QKeyEvent>
@@ -9,13 +9,16 @@
 
 namespace quillory {
 
-LoadFlow::LoadFlow(Document& document, LoadingBar& bar, QWidget& window)
+LoadFlow::LoadFlow(Document& document, ProgressBar& bar, QWidget& window)
     : m_document(document), m_bar(bar), m_window(window)
 {
     m_patience.setSingleShot(true);
     m_patience.setInterval(patience);
-    connect(&m_patience, &QTimer::timeout, this, [this] { m_bar.begin(m_document.displayName()); });
-    connect(&bar, &LoadingBar::cancelClicked, this, &LoadFlow::cancel);
+    connect(&m_patience, &QTimer::timeout, this, [this] {
+        m_bar.begin({tr("Reading “%1”; it can be edited afterwards"), m_document.displayName(),
+                     tr("Stop reading and close the file (Esc)")});
+    });
+    connect(&bar, &ProgressBar::cancelClicked, this, &LoadFlow::cancel);
 }
 
 LoadFlow::~LoadFlow()

@@ -12,7 +12,7 @@ namespace quillory {
 
 class Document;
 class DocumentLoader;
-class LoadingBar;
+class ProgressBar;
 
 /// Reads the rest of a large file while its window shows what is there. A strip tells how far it
 /// is when it takes a while; its button, or Escape in the window, cancels.
@@ -24,7 +24,7 @@ public:
     /// Takes less when nobody would see the strip.
     static constexpr std::chrono::milliseconds patience{200};
 
-    LoadFlow(Document& document, LoadingBar& bar, QWidget& window);
+    LoadFlow(Document& document, ProgressBar& bar, QWidget& window);
     /// What is being read is given up.
     ~LoadFlow() override;
 
@@ -55,7 +55,7 @@ private:
     void goOn();
 
     Document& m_document;
-    LoadingBar& m_bar;
+    ProgressBar& m_bar;
     QWidget& m_window;
     QTimer m_patience;
     std::shared_ptr<std::atomic_bool> m_cancelled; ///< null when nothing is being read

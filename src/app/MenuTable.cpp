@@ -7,6 +7,7 @@
 #include "app/EncodingMenu.h"
 #include "app/LanguageMenu.h"
 #include "app/MenuConditions.h"
+#include "app/PrintFlow.h"
 #include "app/ProgramAids.h"
 #include "app/RereadFlow.h"
 #include "app/SaveFlow.h"
@@ -39,6 +40,11 @@ void showCaret(W& w)
         selection.isCaret()
             ? editor.selectionRangeForProposedRange({selection.head, 0}, SelectionGranularity::Word)
             : selection.range());
+}
+
+bool mayPrint(const W& w)
+{
+    return isThere(w) && !w.printing().isPrinting();
 }
 
 // Submenus
@@ -138,6 +144,15 @@ constexpr MenuItem fileMenu[]{
     {.text = ENTRY("E&xport as HTML…"),
      .run = [](W& w) { w.colourExport().exportAsHtml(); },
      .isEnabled = [](const W& w) { return isThere(w) && !w.colourExport().isExporting(); }},
+    separator,
+    {.text = ENTRY("&Print…"),
+     .standardKey = QKeySequence::Print,
+     .ownKeys = "Ctrl+P",
+     .run = [](W& w) { w.printing().printTextView(); },
+     .isEnabled = mayPrint},
+    {.text = ENTRY("Save as P&DF…"),
+     .run = [](W& w) { w.printing().savePages(); },
+     .isEnabled = mayPrint},
     separator,
     {.text = ENTRY("Re&vert to Saved"),
      .run = [](W& w) { w.rereading().revert(); },

@@ -78,7 +78,11 @@ void ViewAppearance::setZoom(int points)
 
 QFont ViewAppearance::font() const
 {
-    const UserDefaults& defaults = m_environment.defaults;
+    return fontOf(m_environment.defaults);
+}
+
+QFont ViewAppearance::fontOf(const UserDefaults& defaults)
+{
     const QString name = defaults.value(keys::customFontName);
     if (defaults.value(keys::font) != customFont || name.isEmpty())
         return QFontDatabase::systemFont(QFontDatabase::FixedFont);

@@ -30,6 +30,8 @@ public:
     void resetZoom() { setZoom(0); }
     bool isZoomed() const { return m_zoom != 0; }
 
+    /// The one that \a defaults ask for.
+    static QFont fontOf(const UserDefaults& defaults);
     /// Without the zoom.
     QFont font() const;
     /// For all windows, and those to come.

@@ -1,12 +1,12 @@
 #include "view/LineNumberLook.h"
 
+#include "view/Contrast.h"
 #include "view/TextViewColours.h"
 
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 namespace quillory {
 
@@ -18,22 +18,6 @@ constexpr float labelShare = 0.6F;     ///< of the text's colour in that of its 
 
 const std::array keys{QStringLiteral("font"), QStringLiteral("textColor"),
                       QStringLiteral("alternateTextColor"), QStringLiteral("backgroundColor")};
-
-/// WCAG's relative luminance, from 0 to 1.
-double luminance(const QColor& colour)
-{
-    const auto linear = [](double value) {
-        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-           0.0722 * linear(colour.blueF());
-}
-
-double contrast(const QColor& a, const QColor& b)
-{
-    const auto [darker, lighter] = std::minmax({luminance(a), luminance(b)});
-    return (lighter + 0.05) / (darker + 0.05);
-}
 
 QColor blended(const QColor& a, const QColor& b, float share)
 {

@@ -3,7 +3,7 @@
 #include "../view/EventLoopWatchdog.h"
 
 #include "app/LoadFlow.h"
-#include "app/LoadingBar.h"
+#include "app/ProgressBar.h"
 #include "app/SaveFlow.h"
 #include "app/StatusLine.h"
 #include "document/Document.h"
@@ -109,7 +109,7 @@ protected:
         QCoreApplication::processEvents();
     }
 
-    static LoadingBar& bar(DocumentWindow& window) { return *window.findChild<LoadingBar*>(); }
+    static ProgressBar& bar(DocumentWindow& window) { return *window.findChild<ProgressBar*>(); }
 
     static void waitForBar(DocumentWindow& window)
     {

@@ -1,4 +1,4 @@
-#include "app/LoadingBar.h"
+#include "app/ProgressBar.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -13,12 +13,12 @@ constexpr int longestName = 120; ///< pixels
 
 } // namespace
 
-LoadingBar::LoadingBar(QWidget* parent) : QFrame(parent)
+ProgressBar::ProgressBar(QWidget* parent) : QFrame(parent)
 {
     hide();
 }
 
-void LoadingBar::build()
+void ProgressBar::build()
 {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(8, 3, 6, 3);
@@ -31,39 +31,40 @@ void LoadingBar::build()
     m_progress->setRange(0, 100);
     m_progress->setMinimumWidth(160);
     m_cancel = new QPushButton(tr("Cancel"), this);
-    m_cancel->setToolTip(tr("Stop reading and close the file (Esc)"));
     m_cancel->setFocusPolicy(Qt::NoFocus); // the keyboard stays with the text
-    connect(m_cancel, &QPushButton::clicked, this, &LoadingBar::cancelClicked);
+    connect(m_cancel, &QPushButton::clicked, this, &ProgressBar::cancelClicked);
     layout->addWidget(m_text, 3);
     layout->addWidget(m_progress, 2);
     layout->addWidget(m_cancel);
 }
 
-void LoadingBar::begin(const QString& name)
+void ProgressBar::begin(const Work& work)
 {
     if (!m_text)
         build();
-    const QString shown = m_text->fontMetrics().elidedText(name, Qt::ElideMiddle, longestName);
-    m_text->setText(tr("Reading “%1”; it can be edited afterwards").arg(shown));
-    m_text->setToolTip(name);
+    const QString shown = m_text->fontMetrics().elidedText(work.name, Qt::ElideMiddle, longestName);
+    m_text->setText(work.text.arg(shown));
+    m_text->setToolTip(work.name);
+    m_cancel->setToolTip(work.cancel);
     m_progress->setAccessibleName(m_text->text());
     m_progress->setValue(percent());
     show();
 }
 
-void LoadingBar::setShare(double share)
+void ProgressBar::setShare(double share)
 {
     m_share = share;
     if (m_progress)
         m_progress->setValue(percent());
 }
 
-void LoadingBar::end()
+void ProgressBar::end()
 {
     hide();
+    m_share = 0;
 }
 
-int LoadingBar::percent() const
+int ProgressBar::percent() const
 {
     return int(m_share * 100);
 }

@@ -1,0 +1,228 @@
+#include "app/PrintFlow.h"
+
+#include "app/ProgressBar.h"
+#include "app/UserQuestions.h"
+#include "app/ViewAppearance.h"
+#include "document/Document.h"
+#include "foundation/Background.h"
+#include "foundation/UserDefaults.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+#include <QPdfWriter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QSaveFile>
+#include <QVBoxLayout>
+
+namespace quillory {
+
+namespace {
+
+constexpr auto pageMargins = QPPrintableTextView::margins;
+
+/// The page of the dialog with what it knows nothing of by itself.
+class TextOptions : public QWidget
+{
+public:
+    TextOptions()
+    {
+        setWindowTitle(PrintFlow::tr("Text"));
+        auto* layout = new QVBoxLayout(this);
+        layout->addWidget(lineNumbers);
+        layout->addWidget(colours);
+        layout->addStretch(1);
+    }
+
+    QCheckBox* lineNumbers = new QCheckBox(PrintFlow::tr("Line &numbers"), this);
+    QCheckBox* colours = new QCheckBox(PrintFlow::tr("&Colours of the language"), this);
+};
+
+QPageSize::PageSizeId usualPaper()
+{
+    return QLocale().measurementSystem() == QLocale::ImperialUSSystem ? QPageSize::Letter
+                                                                      : QPageSize::A4;
+}
+
+void useRange(QPPrintableTextView::Job& job, const QPrintDialog& dialog, TextRange selection)
+{
+    switch (dialog.printRange()) {
+    case QAbstractPrintDialog::Selection:
+        job.range = selection;
+        break;
+    case QAbstractPrintDialog::PageRange:
+        job.firstPage = dialog.fromPage();
+        job.lastPage = dialog.toPage();
+        break;
+    default:
+        break;
+    }
+}
+
+} // namespace
+
+PrintAnswer writePdf(QPPrintableTextView& view, const QString& path, const QString& title,
+                     const GoOn& goOn)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return {QPPrintableTextView::Outcome::Failed, 0, 0, file.errorString()};
+    QPPrintableTextView::Outcome outcome{};
+    {
+        QPdfWriter writer(&file);
+        writer.setTitle(title);
+        writer.setCreator(QStringLiteral("Quillory"));
+        writer.setPageSize(QPageSize(usualPaper()));
+        writer.setPageMargins(pageMargins, QPageLayout::Point);
+        outcome = view.print(writer, goOn);
+    }
+    if (outcome == QPPrintableTextView::Outcome::Printed && !file.commit())
+        outcome = QPPrintableTextView::Outcome::Failed;
+    return {outcome, view.pageCount(), view.currentPage(), file.errorString()};
+}
+
+QPPrintableTextView::Job printJob(Document& document, const UserDefaults& defaults)
+{
+    return {.text = document.syntaxColouring().colouringJob(),
+            .range = document.completeString().range(),
+            .font = ViewAppearance::fontOf(defaults),
+            .footer = PrintFooter::from(defaults)};
+}
+
+PrintFlow::PrintFlow(Document& document, UserDefaults& defaults, UserQuestions& questions,
+                     ProgressBar& bar, QWidget& window)
+    : m_document(document), m_defaults(defaults), m_questions(questions), m_bar(bar),
+      m_window(window)
+{
+    connect(&bar, &ProgressBar::cancelClicked, this, &PrintFlow::cancel);
+}
+
+PrintFlow::~PrintFlow()
+{
+    cancel();
+}
+
+void PrintFlow::printTextView()
+{
+    if (isPrinting())
+        return;
+    if (!m_printer) {
+        m_printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
+        m_printer->setPageMargins(pageMargins, QPageLayout::Point);
+    }
+    m_printer->setDocName(m_document.displayName());
+    auto* dialog = new QPrintDialog(m_printer.get(), &m_window);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    const TextRange selection = m_document.textView().primarySelection().range();
+    dialog->setOption(QAbstractPrintDialog::PrintSelection, !selection.isEmpty());
+    dialog->setOption(QAbstractPrintDialog::PrintPageRange);
+    auto* options = new TextOptions;
+    dialog->setOptionTabs({options});
+    connect(dialog, &QDialog::accepted, this, [this, dialog, options, selection] {
+        QPPrintableTextView::Job job = printJob(m_document, m_defaults);
+        useRange(job, *dialog, selection);
+        job.lineNumbers = options->lineNumbers->isChecked();
+        job.colours = options->colours->isChecked();
+        start(job, m_document.displayName(),
+              [printer = m_printer](QPPrintableTextView& view, const GoOn& goOn) -> PrintAnswer {
+                  return {view.print(*printer, goOn), view.pageCount(), view.currentPage(), {}};
+              });
+    });
+    dialog->open();
+}
+
+void PrintFlow::savePages()
+{
+    if (isPrinting())
+        return;
+    const QString path = m_document.path();
+    const QString name =
+        QFileInfo(m_document.displayName()).completeBaseName() + QStringLiteral(".pdf");
+    const QDir folder = path.isEmpty() ? QDir::current() : QFileInfo(path).dir();
+    m_questions.askForSavePath(
+        &m_window, tr("Save as PDF"), folder.filePath(name), [this](const QString& chosen) {
+            if (chosen.isEmpty() || isPrinting())
+                return;
+            start(printJob(m_document, m_defaults), QDir::toNativeSeparators(chosen),
+                  [chosen, title = m_document.displayName()](QPPrintableTextView& view,
+                                                             const GoOn& goOn) {
+                      return writePdf(view, chosen, title, goOn);
+                  });
+        });
+}
+
+void PrintFlow::cancel()
+{
+    if (m_state)
+        m_state->cancelled = true;
+}
+
+void PrintFlow::start(const QPPrintableTextView::Job& job, const QString& name, const Print& print)
+{
+    m_state = std::make_shared<State>();
+    m_bar.begin({tr("Printing “%1”"), name, tr("Stop printing")});
+    Q_EMIT printingChanged();
+    runInBackground(
+        this,
+        [this_ = QPointer(this), job, print, state = m_state] {
+            QPPrintableTextView view(job);
+            return print(view, [&](QPPrintableTextView::Progress progress) {
+                // One report is under way at a time, so that they cannot pile up.
+                if (!state->isTelling.exchange(true))
+                    QMetaObject::invokeMethod(
+                        qApp,
+                        [this_, progress, state] {
+                            state->isTelling = false;
+                            if (this_)
+                                this_->show(progress);
+                        },
+                        Qt::QueuedConnection);
+                return !state->cancelled;
+            });
+        },
+        [this, name](const PrintAnswer& answer) { finish(answer, name); });
+}
+
+void PrintFlow::show(const QPPrintableTextView::Progress& progress)
+{
+    if (!m_state)
+        return;
+    m_bar.setShare(progress.share);
+    notePage(progress.page);
+}
+
+void PrintFlow::notePage(int page)
+{
+    if (page > 0)
+        m_defaults.setValue(keys::previewPageInt, page);
+}
+
+void PrintFlow::finish(const PrintAnswer& answer, const QString& name)
+{
+    m_state.reset();
+    m_bar.end();
+    notePage(answer.currentPage);
+    Q_EMIT printingChanged();
+    switch (answer.outcome) {
+    case QPPrintableTextView::Outcome::Printed:
+    case QPPrintableTextView::Outcome::Cancelled:
+        break;
+    case QPPrintableTextView::Outcome::NoSuchPages:
+        Q_EMIT failed(tr("“%1” has %Ln page(s); print others.", nullptr, answer.pageCount)
+                          .arg(m_document.displayName()));
+        break;
+    case QPPrintableTextView::Outcome::Failed:
+        Q_EMIT failed(answer.error.isEmpty()
+                          ? tr("“%1” was not printed. See whether the printer is ready, or save "
+                               "the pages as PDF.")
+                                .arg(name)
+                          : tr("“%1” was not written: %2. Save it in another place, or make room "
+                               "there.")
+                                .arg(name, answer.error));
+        break;
+    }
+}
+
+} // namespace quillory

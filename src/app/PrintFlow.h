@@ -1,0 +1,85 @@
+#pragma once
+
+#include "app/QPPrintableTextView.h"
+
+#include <QObject>
+#include <atomic>
+#include <memory>
+
+class QPrinter;
+
+namespace quillory {
+
+class Document;
+class ProgressBar;
+class UserDefaults;
+class UserQuestions;
+
+using GoOn = std::function<bool(QPPrintableTextView::Progress)>;
+
+/// What printing came to.
+struct PrintAnswer
+{
+    QPPrintableTextView::Outcome outcome;
+    int pageCount = 0;
+    int currentPage = 0; ///< the one drawn last
+    QString error = {};  ///< of a file
+};
+
+/// Writes the pages as a PDF file: entirely, or not at all. \a title is told to those who read it.
+PrintAnswer writePdf(QPPrintableTextView& view, const QString& path, const QString& title,
+                     const GoOn& goOn);
+
+/// What of \a document is printed, and how, as the user defaults have it: all of it, in black,
+/// without line numbers.
+QPPrintableTextView::Job printJob(Document& document, const UserDefaults& defaults);
+
+/// Prints the text of a window, or writes its pages as a PDF file, on another thread. What is
+/// edited meanwhile is not in it.
+class PrintFlow : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All of the arguments outlive this.
+    PrintFlow(Document& document, UserDefaults& defaults, UserQuestions& questions,
+              ProgressBar& bar, QWidget& window);
+    ~PrintFlow() override;
+
+    /// Asks for a printer and what to print.
+    void printTextView();
+    /// Asks for a place, and writes a PDF file there: entirely, or not at all.
+    void savePages();
+    void cancel();
+    bool isPrinting() const { return m_state != nullptr; }
+
+Q_SIGNALS:
+    void printingChanged();
+    /// \a message names the document or the file, and the way out.
+    void failed(const QString& message);
+
+private:
+    using Print = std::function<PrintAnswer(QPPrintableTextView&, const GoOn&)>;
+
+    /// Shared with the thread that prints.
+    struct State
+    {
+        std::atomic_bool cancelled = false;
+        std::atomic_bool isTelling = false; ///< how far it is
+    };
+
+    void start(const QPPrintableTextView::Job& job, const QString& name, const Print& print);
+    void show(const QPPrintableTextView::Progress& progress);
+    void notePage(int page);
+    void finish(const PrintAnswer& answer, const QString& name);
+
+    Document& m_document;
+    UserDefaults& m_defaults;
+    UserQuestions& m_questions;
+    ProgressBar& m_bar;
+    QWidget& m_window;
+    std::shared_ptr<QPrinter> m_printer; ///< as it was set up last
+    std::shared_ptr<State> m_state;      ///< null while nothing is printed
+};
+
+} // namespace quillory

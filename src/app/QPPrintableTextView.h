@@ -1,0 +1,70 @@
+#pragma once
+
+#include "commands/PrintFooter.h"
+#include "syntax/ColouringJob.h"
+#include "view/PrintedText.h"
+
+#include <QFont>
+#include <QMarginsF>
+#include <functional>
+
+class QPagedPaintDevice;
+class QPainter;
+
+namespace quillory {
+
+/// Prints a text, with a footer on each page. Belongs to one thread, which may be any.
+class QPPrintableTextView
+{
+public:
+    /// Of a page, as far as the user asks for no others: top and bottom, left and right.
+    static constexpr QMarginsF margins{30, 40, 30, 40}; // points
+
+    struct Job
+    {
+        ColouringJob text;
+        TextRange range; ///< what of it to print
+        QFont font;      ///< its size is in points
+        PrintFooter footer = {};
+        bool lineNumbers = false;
+        bool colours = false;
+        int firstPage = 1; ///< counted from 1
+        int lastPage = 0;  ///< 0 for the last there is
+    };
+
+    enum class Outcome
+    {
+        Printed,
+        Cancelled,
+        NoSuchPages,
+        Failed ///< by the device
+    };
+
+    explicit QPPrintableTextView(Job job) : m_job(std::move(job)) {}
+
+    struct Progress
+    {
+        double share = 0; ///< of the work, from 0 to 1
+        int page = 0;     ///< the one drawn last, counted from 1; 0 before the first
+    };
+
+    /// Prints to \a device, whose page layout tells the size of the paper and the margins. \a goOn
+    /// is told now and then how far it is, and ends it by false. Memory does not grow with the
+    /// number of pages, but for what the device keeps.
+    Outcome print(QPagedPaintDevice& device, const std::function<bool(Progress)>& goOn);
+
+    /// Of the last print(), also those that were not asked for.
+    int pageCount() const { return m_pageCount; }
+    /// The page drawn last, counted from 1; 0 before the first.
+    int currentPage() const { return m_currentPage; }
+
+private:
+    void drawPageBorderWithSize(QPainter& painter, QSizeF size, int page) const;
+    std::vector<PrintedText::Ink> inksOf(TextRange range) const;
+
+    Job m_job;
+    int m_pageCount = 0;
+    int m_currentPage = 0;
+};
+
+} // namespace quillory
