@@ -1,5 +1,6 @@
 #include "app/Application.h"
 
+#include "app/HeadlessPrint.h"
 #include "app/MessageBar.h"
 #include "app/RenderToPng.h"
 #include "syntax/Theme.h"
@@ -71,6 +72,8 @@ Application::Application()
 
 int Application::run(const StartOptions& line)
 {
+    if (line.action == StartOptions::Action::Print)
+        return printToFile(m_environment, line);
     bool opened = false;
     const auto finish = [&] {
         QCoreApplication::exit(m_controller.hasOpened() || !m_controller.hasFailed() ? 0 : 1);

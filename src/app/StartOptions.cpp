@@ -22,6 +22,8 @@ QString helpText()
                      "\n"
                      "  -                     edit what standard input delivers\n"
                      "  --line LINE[:COLUMN]  show this place of the first file\n"
+                     "  --print-to PDF        print the file to a PDF file, without a window;\n"
+                     "                        with --line-numbers, with --colours\n"
                      "  -h, --help            show this help\n"
                      "  -v, --version         show the version\n"
                      "  --                    what follows are files, whatever they begin with\n");
@@ -61,7 +63,10 @@ StartOptions parseStartOptions(const QStringList& arguments,
     const QCommandLineOption line(QStringLiteral("line"), {}, QStringLiteral("place"));
     const QCommandLineOption render(QStringLiteral("render"), {}, QStringLiteral("picture"));
     QCommandLineParser parser;
-    parser.addOptions({help, version, line, render});
+    const QCommandLineOption print(QStringLiteral("print-to"), {}, QStringLiteral("pdf"));
+    const QCommandLineOption lineNumbers(QStringLiteral("line-numbers"));
+    const QCommandLineOption colours(QStringLiteral("colours"));
+    parser.addOptions({help, version, line, render, print, lineNumbers, colours});
     const bool understood = parser.parse(arguments);
 
     StartOptions result;
@@ -97,6 +102,16 @@ StartOptions parseStartOptions(const QStringList& arguments,
     if (parser.isSet(render)) {
         result.action = StartOptions::Action::Render;
         result.renderTo = parser.value(render);
+    }
+    if (parser.isSet(print)) {
+        result.action = StartOptions::Action::Print;
+        result.printTo = parser.value(print);
+        result.printsLineNumbers = parser.isSet(lineNumbers);
+        result.printsColours = parser.isSet(colours);
+        if (result.targets.size() != 1 || result.targets.front().isStandardInput())
+            return refused(translate("--print-to wants one file to print."));
+    } else if (parser.isSet(lineNumbers) || parser.isSet(colours)) {
+        return refused(translate("--line-numbers and --colours go with --print-to."));
     }
     return result;
 }

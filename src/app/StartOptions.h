@@ -27,6 +27,7 @@ struct StartOptions
     {
         Open,
         Render,      ///< draw the window of the first target to renderTo, then quit
+        Print,       ///< write the pages of the only target to printTo, without a window
         ShowHelp,    ///< print text
         ShowVersion, ///< print text
         Refuse       ///< text says on standard error what is wrong; the exit status is 2
@@ -35,6 +36,9 @@ struct StartOptions
     Action action = Action::Open;
     std::vector<OpenTarget> targets;
     QString renderTo;
+    QString printTo;
+    bool printsLineNumbers = false;
+    bool printsColours = false;
     QString text;
 };
 

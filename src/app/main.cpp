@@ -20,7 +20,8 @@ quillory::StartOptions parse(const QStringList& arguments)
 bool answersAlone(const quillory::StartOptions& line, int& status)
 {
     using Action = quillory::StartOptions::Action;
-    if (line.action == Action::Open || line.action == Action::Render)
+    if (line.action == Action::Open || line.action == Action::Render ||
+        line.action == Action::Print)
         return false;
     const bool refuses = line.action == Action::Refuse;
     std::fputs(qUtf8Printable(line.text), refuses ? stderr : stdout);
@@ -51,6 +52,9 @@ int main(int argc, char* argv[])
          !(hasDisplay() || choosesPlatform)) &&
         answersAlone(early, status))
         return status;
+    // Nothing is shown, so that a display that cannot be reached is no hindrance.
+    if (early.action == quillory::StartOptions::Action::Print && !choosesPlatform)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     if (!hasDisplay() && !choosesPlatform) {
         std::fputs(qUtf8Printable(QCoreApplication::translate(
                        "main", "quillory: there is no display to open a window on: neither DISPLAY "

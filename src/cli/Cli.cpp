@@ -14,6 +14,8 @@ constexpr CliCommand commands[] = {
      QLatin1StringView("Write a file in another encoding, line-break format or kind."), runConvert},
     {QLatin1StringView("transform"), QLatin1StringView("trim|zap|unwrap|reformat [FILE|- [OUT]]"),
      QLatin1StringView("Clean up a file, or standard input."), runTransform},
+    {QLatin1StringView("print"), QLatin1StringView("[--line-numbers] [--colours] FILE OUT.pdf"),
+     QLatin1StringView("Print a file to a PDF file."), runPrint},
     {QLatin1StringView("definitions"), QLatin1StringView("[--format text|json]"),
      QLatin1StringView("List the installed definitions and what is wrong with them."),
      runDefinitions},
