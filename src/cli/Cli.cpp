@@ -23,6 +23,10 @@ constexpr CliCommand commands[] = {
      QLatin1StringView("[--definition TITLE|FILE] [--theme NAME|FILE] [--range LOCATION,LENGTH]\n"
                        "          [--default KEY=VALUE]... [--format ansi|html|json] FILE"),
      QLatin1StringView("Write a file's lines in the colours of its language."), runHighlight},
+    {QLatin1StringView("functions"),
+     QLatin1StringView("[--definition TITLE|FILE] [--format text|json] FILE"),
+     QLatin1StringView("List the functions of a file, as its definition describes them."),
+     runFunctions},
 };
 
 void printHelp(QTextStream& out)

@@ -1,8 +1,7 @@
-#include "cli/Cli.h"
+#include "cli/CommandArguments.h"
 #include "cli/InstalledDefinitions.h"
 #include "syntax/ColouringPreparation.h"
 
-#include <QCommandLineParser>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -61,27 +60,20 @@ void printText(const DefinitionList& list, QTextStream& out)
 
 ExitStatus runDefinitions(const QStringList& arguments, const CliStreams& streams)
 {
-    constexpr QLatin1StringView name("definitions");
-    QCommandLineParser parser;
-    parser.addOption(
-        {QStringLiteral("format"), QString(), QStringLiteral("form"), QStringLiteral("text")});
-    if (!parser.parse(QStringList(name) + arguments))
-        return usageError(streams, name, parser.errorText());
-    const QString format = parser.value(QStringLiteral("format"));
-    if (format != QLatin1StringView("text") && format != QLatin1StringView("json"))
-        return usageError(streams, name, QStringLiteral("--format takes “text” or “json”"));
-    if (!parser.positionalArguments().isEmpty())
-        return usageError(streams, name, QStringLiteral("it takes no files"));
-
-    const DefinitionList list = installedDefinitions(installedFolders());
-    if (format == QLatin1StringView("json")) {
-        printJson(list, streams.out);
-        return ExitStatus::Success;
-    }
-    printText(list, streams.out);
-    for (const DefinitionFault& fault : allFaults(list))
-        streams.error << "quillory-cli definitions: " << fault.description() << '\n';
-    return ExitStatus::Success;
+    constexpr QLatin1StringView command("definitions");
+    return answered(command, streams, [&] {
+        const CommandArguments given(command, arguments);
+        if (!given.files().isEmpty())
+            throw Refusal{ExitStatus::Usage, QStringLiteral("it takes no files")};
+        const DefinitionList list = installedDefinitions(installedFolders());
+        if (given.wantsJson()) {
+            printJson(list, streams.out);
+            return;
+        }
+        printText(list, streams.out);
+        for (const DefinitionFault& fault : allFaults(list))
+            streams.error << "quillory-cli definitions: " << fault.description() << '\n';
+    });
 }
 
 } // namespace quillory

@@ -1,11 +1,8 @@
-#include "cli/Cli.h"
+#include "cli/CommandArguments.h"
 #include "cli/HighlightOutput.h"
 #include "cli/InstalledDefinitions.h"
-#include "document/DocumentReader.h"
-#include "document/DocumentType.h"
 #include "foundation/UserDefaults.h"
 #include "syntax/ColouringPreparation.h"
-#include "syntax/PropertyListFolder.h"
 #include "syntax/RecolouringEngine.h"
 
 #include <QCommandLineParser>
@@ -16,13 +13,6 @@ namespace quillory {
 namespace {
 
 constexpr QLatin1StringView commandName("highlight");
-
-/// Thrown to end the command with a message.
-struct Refusal
-{
-    ExitStatus status;
-    QString message;
-};
 
 class Highlight
 {
@@ -49,7 +39,11 @@ public:
                           QStringLiteral("--format takes “ansi”, “html” or “json”")};
         const QString path = m_parser.positionalArguments().constFirst();
         const ColouringOptions colouringOptions = options();
-        const Definition chosen = definition(path);
+        const QString definition = QStringLiteral("definition");
+        const Definition chosen = definitionFor(
+            m_folders,
+            m_parser.isSet(definition) ? std::optional(m_parser.value(definition)) : std::nullopt,
+            path);
         ColouredText coloured;
         // Without a theme the roles in JSON are what they are, whatever they look like.
         if (format != QLatin1StringView("json") || m_parser.isSet(QStringLiteral("theme"))) {
@@ -57,7 +51,7 @@ public:
             coloured.roles = colours.roles();
             coloured.plain = colours.plainColours();
         }
-        coloured.text = text(path);
+        coloured.text = textOfFile(path);
         TextRange lines = coloured.text.lineRangeForRange(range(coloured.text));
         if (chosen.title() != Definition::plainText) {
             ColouringState state;
@@ -114,36 +108,6 @@ private:
         return options;
     }
 
-    /// The dictionary in the file that an option names; none where there is no such file.
-    static std::optional<PropertyList> listIn(const QString& path)
-    {
-        if (!QFileInfo(path).isFile())
-            return {};
-        PropertyListFile file = propertyListAt(path);
-        if (!file.problem.isEmpty())
-            throw Refusal{ExitStatus::Failure, QStringLiteral("%1: %2").arg(path, file.problem)};
-        return std::move(file.dictionary);
-    }
-
-    Definition definition(const QString& path) const
-    {
-        const DefinitionList list = installedDefinitions(m_folders);
-        const auto at = [&](qsizetype index) { return list.arrangedObjects()[size_t(index)]; };
-        if (!m_parser.isSet(QStringLiteral("definition"))) {
-            const qsizetype index = list.indexForExtension(QFileInfo(path).suffix().toLower());
-            return at(index < 0 ? list.indexOfPlainText() : index);
-        }
-        const QString name = m_parser.value(QStringLiteral("definition"));
-        if (const qsizetype index = list.indexForTitle(name); index >= 0)
-            return at(index);
-        if (std::optional<PropertyList> dictionary = listIn(name))
-            return {std::move(*dictionary), name};
-        throw Refusal{ExitStatus::Usage,
-                      QStringLiteral("“%1” is neither the title of an installed definition nor a "
-                                     "file; “quillory-cli definitions” lists the titles")
-                          .arg(name)};
-    }
-
     Theme theme() const
     {
         const QString kind = QStringLiteral("Themes");
@@ -165,25 +129,12 @@ private:
                 return each;
             names += QStringLiteral("“%1”").arg(each.name());
         }
-        if (std::optional<PropertyList> dictionary = listIn(name))
+        if (std::optional<PropertyList> dictionary = dictionaryIn(name))
             return Theme(std::move(*dictionary), name);
         throw Refusal{ExitStatus::Usage,
                       QStringLiteral("“%1” is neither an installed theme nor a file; there are %2")
                           .arg(name, names.isEmpty() ? QStringLiteral("no themes")
                                                      : names.join(QStringLiteral(", ")))};
-    }
-
-    static TextSnapshot text(const QString& path)
-    {
-        ReadResult file = readDocument(path, DocumentType::ofFile(path));
-        if (!file.answer)
-            throw Refusal{ExitStatus::Failure, file.message};
-        if (!file.text)
-            throw Refusal{ExitStatus::Failure,
-                          QStringLiteral("the encoding of “%1” is not known; write it in another "
-                                         "with “quillory-cli convert --from”")
-                              .arg(path)};
-        return *file.text;
     }
 
     TextRange range(const TextSnapshot& text) const
@@ -223,15 +174,7 @@ private:
 
 ExitStatus runHighlight(const QStringList& arguments, const CliStreams& streams)
 {
-    try {
-        Highlight(arguments, streams).run();
-        return ExitStatus::Success;
-    } catch (const Refusal& refusal) {
-        if (refusal.status == ExitStatus::Usage)
-            return usageError(streams, commandName, refusal.message);
-        streams.error << "quillory-cli " << commandName << ": " << refusal.message << '\n';
-        return refusal.status;
-    }
+    return answered(commandName, streams, [&] { Highlight(arguments, streams).run(); });
 }
 
 } // namespace quillory

@@ -1,9 +1,8 @@
-#include "cli/Cli.h"
+#include "cli/CommandArguments.h"
 #include "document/DocumentReader.h"
 #include "document/DocumentType.h"
 #include "text/EncodingTable.h"
 
-#include <QCommandLineParser>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -58,27 +57,15 @@ void printText(const ReadResult& file, QTextStream& out)
 
 ExitStatus runInfo(const QStringList& arguments, const CliStreams& streams)
 {
-    constexpr QLatin1StringView name("info");
-    QCommandLineParser parser;
-    parser.addOption(
-        {QStringLiteral("format"), QString(), QStringLiteral("form"), QStringLiteral("text")});
-    if (!parser.parse(QStringList(name) + arguments))
-        return usageError(streams, name, parser.errorText());
-    const QString format = parser.value(QStringLiteral("format"));
-    if (format != QLatin1StringView("text") && format != QLatin1StringView("json"))
-        return usageError(streams, name, QStringLiteral("--format takes “text” or “json”"));
-    if (parser.positionalArguments().size() != 1)
-        return usageError(streams, name, QStringLiteral("name one file"));
-
-    const QString path = parser.positionalArguments().constFirst();
-    const ReadResult file = readDocument(path, DocumentType::ofFile(path));
-    if (!file.answer) {
-        streams.error << "quillory-cli info: " << file.message << '\n';
-        return ExitStatus::Failure;
-    }
-    format == QLatin1StringView("json") ? printJson(file, streams.out)
-                                        : printText(file, streams.out);
-    return ExitStatus::Success;
+    constexpr QLatin1StringView command("info");
+    return answered(command, streams, [&] {
+        const CommandArguments given(command, arguments);
+        const QString& path = given.onlyFile();
+        const ReadResult file = readDocument(path, DocumentType::ofFile(path));
+        if (!file.answer)
+            throw Refusal{ExitStatus::Failure, file.message};
+        given.wantsJson() ? printJson(file, streams.out) : printText(file, streams.out);
+    });
 }
 
 } // namespace quillory

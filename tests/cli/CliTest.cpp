@@ -305,5 +305,41 @@ TEST_F(CliTest, HighlightWritesTheColoursOfALanguage)
     }
 }
 
+TEST_F(CliTest, ListsFunctions)
+{
+    qputenv("XDG_DATA_HOME", QFile::encodeName(folder.path()));
+    qputenv("QUILLORY_RESOURCES", QUILLORY_SOURCE_DIR "/resources");
+    const QString source = write("a.py", "x = 1\r\ndef f(a):\r\n    pass\r\nclass G:\r\n");
+    const QString definition = write("Tiny.plist", R"(<?xml version="1.0" encoding="UTF-8"?>
+<plist version="1.0"><dict><key>title</key><string>Tiny</string>
+<key>functionDefinition</key><string>^x.*\s+.*</string></dict></plist>)");
+    const auto functions = [&](const QStringList& arguments) {
+        return run(QStringList{QStringLiteral("functions")} + arguments);
+    };
+    const auto parsed = [&] {
+        return QString::fromUtf8(
+            QJsonDocument::fromJson(out.toUtf8()).toJson(QJsonDocument::Compact));
+    };
+    const QStringList json{QStringLiteral("--format"), QStringLiteral("json")};
+    const QStringList as{QStringLiteral("--definition")};
+    ASSERT_EQ(functions({source}), 0) << error.toStdString();
+    EXPECT_EQ(out, QStringLiteral("2\t\t f(a)\n4\t\t class G\n"));
+    ASSERT_EQ(functions(json + QStringList{source}), 0);
+    EXPECT_EQ(parsed(), QStringLiteral("[{\"lineNumber\":2,\"name\":\"f(a)\"},"
+                                       "{\"lineNumber\":4,\"name\":\"class G\"}]"));
+    ASSERT_EQ(functions(json + as + QStringList{QStringLiteral("C"), source}), 0);
+    EXPECT_EQ(parsed(), QStringLiteral("[]"));
+    ASSERT_EQ(functions(as + QStringList{definition, source}), 0);
+    EXPECT_EQ(out, QStringLiteral("1\t\t x = 1 def f(a):\n")); // of two lines
+    ASSERT_EQ(functions({write("empty.py", "")}), 0);
+    EXPECT_EQ(out, QString());
+
+    EXPECT_EQ(functions({}), 2);
+    EXPECT_EQ(functions(as + QStringList{QStringLiteral("Klingon"), source}), 2);
+    EXPECT_EQ(functions({QStringLiteral("--format"), QStringLiteral("xml"), source}), 2);
+    EXPECT_EQ(functions({path("missing.py")}), 1);
+    EXPECT_EQ(functions({write("bytes.py", QByteArray(300, '\0') + "\x01\xff\xfe\x80")}), 1);
+}
+
 } // namespace
 } // namespace quillory
