@@ -1,10 +1,12 @@
 #include "app/DialogQuestions.h"
 
+#include "app/LongAlert.h"
 #include "document/DocumentType.h"
 
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -23,8 +25,10 @@ QMessageBox* newBox(QWidget* window, QMessageBox::Icon icon, const QString& text
     auto* box =
         new QMessageBox(icon, QStringLiteral("Quillory"), text, QMessageBox::NoButton, window);
     box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setTextFormat(Qt::PlainText);
     box->setInformativeText(explanation);
+    // The explanation too, which may be what a server or a program said.
+    for (QLabel* label : box->findChildren<QLabel*>())
+        label->setTextFormat(Qt::PlainText);
     return box;
 }
 
@@ -116,6 +120,10 @@ void DialogQuestions::tell(QWidget* window, const QString& text, const QString& 
 
 void DialogQuestions::showAlert(QWidget* window, const QString& title, const QString& message)
 {
+    if (isLongAlert(message)) {
+        showLongAlert(window, title, message);
+        return;
+    }
     QMessageBox* box = newBox(window, QMessageBox::Information, title, message);
     box->setStandardButtons(QMessageBox::Ok);
     box->open();

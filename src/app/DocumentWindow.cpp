@@ -127,6 +127,10 @@ void DocumentWindow::connectDocument()
 
     connect(m_view, &TextViewWidget::filesDropped, this, &DocumentWindow::openFiles);
     connect(m_messages, &MessageArea::dismissed, m_view, [this] { m_view->setFocus(); });
+    connect(&document.serverRequests(), &ServerRequests::runningChanged, this,
+            &DocumentWindow::updateActivity);
+    connect(m_status, &StatusLine::activityCancelled, &document.serverRequests(),
+            &ServerRequests::cancel);
     connect(m_status, &StatusLine::positionClicked, this, &DocumentWindow::askForPlace);
     connect(m_status, &StatusLine::formClicked, this, [this] {
         if (m_settings && m_settings->isVisible())
@@ -191,10 +195,15 @@ void DocumentWindow::updateTitle()
 
 void DocumentWindow::updateActivity()
 {
-    m_status->setActivity(m_saving->isSaving()            ? tr("Saving…")
-                          : m_rereading->isReading()      ? tr("Reading…")
-                          : m_colourExport->isExporting() ? tr("Exporting…")
-                                                          : QString());
+    const ServerRequests& server = m_document->serverRequests();
+    const QString own = m_saving->isSaving()            ? tr("Saving…")
+                        : m_rereading->isReading()      ? tr("Reading…")
+                        : m_colourExport->isExporting() ? tr("Exporting…")
+                                                        : QString();
+    if (own.isEmpty() && server.isRunning())
+        m_status->setActivity(tr("Waiting for %1…").arg(server.hosts().join(u", ")), true);
+    else
+        m_status->setActivity(own);
     m_menu->scheduleRefresh();
 }
 

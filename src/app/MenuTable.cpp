@@ -5,6 +5,7 @@
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
 #include "app/EncodingMenu.h"
+#include "app/FunctionMenu.h"
 #include "app/LanguageMenu.h"
 #include "app/MenuConditions.h"
 #include "app/PrintFlow.h"
@@ -12,6 +13,7 @@
 #include "app/RereadFlow.h"
 #include "app/SaveFlow.h"
 #include "app/StatusLine.h"
+#include "app/TitleBarButtons.h"
 #include "app/ViewAppearance.h"
 #include "document/Document.h"
 #include "text/LineBreaks.h"
@@ -45,6 +47,15 @@ void showCaret(W& w)
 bool mayPrint(const W& w)
 {
     return isThere(w) && !w.printing().isPrinting();
+}
+
+/// \a text with the definition's own word for a function in it.
+QString withFunctionTitle(const char* text, const W& w)
+{
+    QString title = w.document().record().functionTitle;
+    if (title.isNull())
+        title = QStringLiteral("(null)");
+    return menuText(text).arg(title.replace(u'&', QStringLiteral("&&")));
 }
 
 // Submenus
@@ -234,6 +245,18 @@ constexpr MenuItem formatMenu[]{
 
 constexpr MenuItem navigateMenu[]{
     {.text = ENTRY("&Go to Line…"), .ownKeys = "Ctrl+L", .run = [](W& w) { w.askForPlace(); }},
+    {.text = ENTRY("Go to F&unction…"),
+     .ownKeys = "Ctrl+R",
+     .run = [](W& w) { w.titleBarButtons().functions().showList(); }},
+    {.text = ENTRY("&Previous Function"),
+     .ownKeys = "Alt+Up",
+     .run = [](W& w) { w.document().goToPreviousFunction(); },
+     .label = [](const W& w) { return withFunctionTitle(ENTRY("&Previous %1"), w); }},
+    {.text = ENTRY("&Next Function"),
+     .ownKeys = "Alt+Down",
+     .run = [](W& w) { w.document().goToNextFunction(); },
+     .label = [](const W& w) { return withFunctionTitle(ENTRY("&Next %1"), w); }},
+    separator,
     {.text = ENTRY("&Show Caret"), .ownKeys = "Ctrl+J", .run = showCaret},
 };
 

@@ -39,6 +39,12 @@ bool isMove(const QKeyEvent& event)
     }
 }
 
+bool isOwnKey(const QKeyEvent& event)
+{
+    return isMove(event) || event.key() == Qt::Key_Escape || event.key() == Qt::Key_Return ||
+           event.key() == Qt::Key_Enter;
+}
+
 } // namespace
 
 SearchList::SearchList(QWidget* window)
@@ -65,11 +71,15 @@ SearchList::SearchList(QWidget* window)
     m_view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_view->setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
     m_view->viewport()->installEventFilter(this);
-    m_note->setMargin(10);
+    m_note->setContentsMargins(12, 8, 12, 8);
     m_note->setForegroundRole(QPalette::PlaceholderText);
     m_note->setBackgroundRole(QPalette::Base);
     m_note->setAutoFillBackground(true);
     hide();
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        if (now && now->window() == parentWidget()->window() && !isAncestorOf(now))
+            close();
+    });
     connect(m_edit, &QLineEdit::textEdited, this, [this] {
         m_moved = false;
         filter();
@@ -88,7 +98,7 @@ void SearchList::open(const QString& prompt)
     m_view->setAccessibleName(prompt);
     m_edit->clear();
     setRows({});
-    if (!isVisible()) {
+    if (!std::exchange(m_isOpen, true)) {
         m_focusBefore = QApplication::focusWidget();
         show();
         raise();
@@ -99,7 +109,7 @@ void SearchList::open(const QString& prompt)
 
 void SearchList::close()
 {
-    if (!isVisible())
+    if (!std::exchange(m_isOpen, false))
         return;
     qApp->removeEventFilter(this);
     const bool hadFocus = isAncestorOf(QApplication::focusWidget());
@@ -230,8 +240,8 @@ bool SearchList::eventFilter(QObject* watched, QEvent* event)
             return true;
         break;
     case QEvent::ShortcutOverride:
-        // Ctrl+Home and the like are keys of this list, whatever the menus make of them.
-        if (watched == m_edit && isMove(*static_cast<QKeyEvent*>(event)))
+        // Whatever the menus make of these keys.
+        if (watched == m_edit && isOwnKey(*static_cast<QKeyEvent*>(event)))
             event->accept();
         break;
     case QEvent::Resize:

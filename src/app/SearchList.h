@@ -36,7 +36,7 @@ public:
     /// searched. Rows may be set before or, while it is open, at any time.
     void open(const QString& prompt);
     void close();
-    bool isOpen() const { return isVisible(); }
+    bool isOpen() const { return m_isOpen; }
 
     /// What is typed stays; so does the current row, where the user went to it. \a current is the
     /// row to begin at while nothing is typed.
@@ -72,6 +72,7 @@ private:
     SearchFilter m_filter;
     QPointer<QWidget> m_focusBefore;
     QString m_busy;
+    bool m_isOpen = false;
     int m_first = 0;      ///< the row to begin at
     bool m_moved = false; ///< the user went to another row
 };

@@ -54,11 +54,16 @@ StatusLine::StatusLine(QWidget* parent) : QWidget(parent)
     layout->addWidget(m_selection);
     layout->addStretch(1);
     layout->addWidget(m_activity);
+    m_cancel = addField(tr("Cancel"));
+    m_cancel->setText(QStringLiteral("✕"));
+    m_cancel->setAccessibleName(tr("Cancel"));
+    m_cancel->hide();
     layout->addStretch(1);
     m_definition = addField(tr("Language"));
     m_lineBreaks = addField(tr("Line breaks with which the file is saved"));
     m_encoding = addField(tr("Encoding in which the file is saved"));
     connect(m_position, &QToolButton::clicked, this, &StatusLine::positionClicked);
+    connect(m_cancel, &QToolButton::clicked, this, &StatusLine::activityCancelled);
     for (QToolButton* field : {m_definition, m_lineBreaks, m_encoding})
         connect(field, &QToolButton::clicked, this, &StatusLine::formClicked);
 }
@@ -110,9 +115,10 @@ void StatusLine::showForm(const Document& document)
     m_lineBreaks->setAccessibleName(tr("Line breaks: %1").arg(lineBreaksText()));
 }
 
-void StatusLine::setActivity(const QString& activity)
+void StatusLine::setActivity(const QString& activity, bool canCancel)
 {
     m_activity->setText(activity);
+    m_cancel->setVisible(canCancel);
 }
 
 QString StatusLine::positionText() const

@@ -22,8 +22,9 @@ public:
     void showPosition(Document& document);
     /// Shows how \a document is kept on disk.
     void showForm(const Document& document);
-    /// What goes on in the background; empty for nothing.
-    void setActivity(const QString& activity);
+    /// What goes on in the background; empty for nothing. A button beside it gives it up where that
+    /// is possible.
+    void setActivity(const QString& activity, bool canCancel = false);
 
     QString positionText() const;
     QString selectionText() const;
@@ -35,6 +36,7 @@ public:
 Q_SIGNALS:
     void positionClicked();
     void formClicked();
+    void activityCancelled();
 
 private:
     QToolButton* addField(const QString& toolTip);
@@ -42,6 +44,7 @@ private:
     QToolButton* m_position;
     QLabel* m_selection;
     QLabel* m_activity;
+    QToolButton* m_cancel;
     QToolButton* m_definition;
     QToolButton* m_lineBreaks;
     QToolButton* m_encoding;

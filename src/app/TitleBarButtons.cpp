@@ -9,19 +9,34 @@
 #include <QHBoxLayout>
 #include <QKeySequence>
 #include <QMenu>
+#include <QStyleOptionToolButton>
 #include <QToolButton>
 
 namespace quillory {
 
 namespace {
 
+/// Has no arrow, which would cover the icon.
+class PullDownButton : public QToolButton
+{
+public:
+    using QToolButton::QToolButton;
+
+protected:
+    void initStyleOption(QStyleOptionToolButton* option) const override
+    {
+        QToolButton::initStyleOption(option);
+        option->features &= ~QStyleOptionToolButton::HasMenu;
+    }
+};
+
 /// The menu of \a button, made when it is first needed.
-QMenu& menuOf(QToolButton& button, DocumentWindow& window, void (*fill)(QMenu&, DocumentWindow&))
+QMenu& menuOf(QToolButton& button, const std::function<void(QMenu&)>& fill)
 {
     if (!button.menu()) {
         auto* menu = new QMenu(&button);
         menu->setToolTipsVisible(true);
-        refillOnShow(*menu, [&window, fill](QMenu& opening) { fill(opening, window); });
+        refillOnShow(*menu, fill);
         button.setMenu(menu);
     }
     return *button.menu();
@@ -61,7 +76,7 @@ TitleBarButtons::TitleBarButtons(DocumentWindow& window) : QWidget(&window), m_w
 QToolButton* TitleBarButtons::addButton(const QString& icon, const QString& name,
                                         const QString& toolTip)
 {
-    auto* button = new QToolButton(this);
+    auto* button = new PullDownButton(this);
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::NoFocus);
     button->setPopupMode(QToolButton::InstantPopup);
@@ -74,12 +89,20 @@ QToolButton* TitleBarButtons::addButton(const QString& icon, const QString& name
 
 QMenu& TitleBarButtons::navigationMenu()
 {
-    return menuOf(*m_navigationButton, m_window, fillFunctionMenu);
+    return menuOf(*m_navigationButton,
+                  [this](QMenu& menu) { functions().generateFunctions(menu); });
 }
 
 QMenu& TitleBarButtons::actionMenu()
 {
-    return menuOf(*m_actionButton, m_window, fillActionMenu);
+    return menuOf(*m_actionButton, [this](QMenu& menu) { fillActionMenu(menu, m_window); });
+}
+
+FunctionMenu& TitleBarButtons::functions()
+{
+    if (!m_functions)
+        m_functions = new FunctionMenu(m_window, *m_navigationButton);
+    return *m_functions;
 }
 
 } // namespace quillory

@@ -8,6 +8,7 @@ class QToolButton;
 namespace quillory {
 
 class DocumentWindow;
+class FunctionMenu;
 
 /// The pull-down buttons at the right end of a window's menu bar: the places in the text that one
 /// can go to, and the actions of its definition. Their menus are made when they are first asked
@@ -23,6 +24,7 @@ public:
     QToolButton& actionButton() const { return *m_actionButton; }
     QMenu& navigationMenu();
     QMenu& actionMenu();
+    FunctionMenu& functions();
 
 private:
     QToolButton* addButton(const QString& icon, const QString& name, const QString& toolTip);
@@ -30,6 +32,7 @@ private:
     DocumentWindow& m_window;
     QToolButton* m_navigationButton;
     QToolButton* m_actionButton;
+    FunctionMenu* m_functions = nullptr; ///< made when first needed
 };
 
 } // namespace quillory

@@ -60,6 +60,7 @@ Document::Document(const DocumentEnvironment& environment, QObject* parent)
     connect(this, &Document::recordChanged, this, &Document::editedChanged);
     connect(&m_blockCommands, &BlockCommands::editableChanged, this, &Document::recordChanged);
     connect(&m_blockCommands, &BlockCommands::alertRequested, this, &Document::alertRequested);
+    connect(&m_serverRequests, &ServerRequests::alertRequested, this, &Document::alertRequested);
     m_settingsTimer.setSingleShot(true);
     m_settingsTimer.setInterval(textViewSettingsDelay);
     connect(&m_settingsTimer, &QTimer::timeout, this, &Document::textViewSettings);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "commands/ExternalPrograms.h"
+#include "commands/FunctionNavigation.h"
+#include "commands/ServerRequests.h"
 #include "document/DocumentEnvironment.h"
 #include "document/DocumentReader.h"
 #include "document/DocumentRecord.h"
@@ -134,6 +136,13 @@ public:
     CurrentLineHighlight& currentLineHighlight() { return m_highlight; }
     LineNavigation& lineNavigation() { return m_lineNavigation; }
     void goToLineVoid(qint64 number) { m_lineNavigation.goToLineVoid(number); }
+    FunctionNavigation& functionNavigation() { return m_navigation; }
+    NavigationItems allNavigationItems() const { return m_navigation.allNavigationItems(); }
+    qint64 currentLineNumber() const { return m_navigation.currentLineNumber(); }
+    void goToItemOnLine(qint64 lineNumber) { m_navigation.goToItemOnLine(lineNumber); }
+    void goToPreviousFunction() { m_navigation.goToPreviousFunction(); }
+    void goToNextFunction() { m_navigation.goToNextFunction(); }
+    ServerRequests& serverRequests() { return m_serverRequests; }
     void loadDefinitions() { m_colouring.loadDefinitions(m_path); }
     void setDefinitionWithTitle(const QString& title) { m_colouring.setDefinitionWithTitle(title); }
     void applyDefinition() { m_colouring.applyDefinition(); }
@@ -205,6 +214,7 @@ private:
         ByteLayout layout;
         bool operator==(const SavedForm&) const = default;
     };
+    LineBreakFormat lineBreakFormat() const { return LineBreakFormat(m_record.lbFormat); }
     SavedForm form() const { return {m_record.encoding, m_record.lbFormat, m_layout}; }
 
     /// The last to go, so that a long text is freed on another thread.
@@ -228,6 +238,11 @@ private:
     Completion m_completion;
     CurrentLineHighlight m_highlight;
     LineNavigation m_lineNavigation{m_textView};
+    FunctionNavigation m_navigation{m_textView, m_colouring, m_lineNavigation};
+    ServerRequests m_serverRequests{
+        m_environment.folders.plugins, [this] {
+            return ServerRequests::TextForm{m_record.encoding, lineBreakFormat()};
+        }};
     TextReplacement m_replacement;
     ExternalPrograms m_programs{m_textView, m_environment.folders.caches,
                                 [this]() -> ExternalPrograms::File {

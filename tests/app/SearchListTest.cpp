@@ -141,6 +141,10 @@ TEST_F(SearchListTest, KeysMoveChooseAndPutAway)
     list.open(QStringLiteral("Rows"));
     QTest::mouseClick(&text, Qt::LeftButton);
     EXPECT_FALSE(list.isOpen());
+    list.open(QStringLiteral("Rows"));
+    text.setFocus();
+    EXPECT_FALSE(list.isOpen());
+    EXPECT_TRUE(text.hasFocus());
     EXPECT_EQ(chosen.count(), 1);
 }
 
