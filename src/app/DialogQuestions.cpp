@@ -1,5 +1,6 @@
 #include "app/DialogQuestions.h"
 
+#include "app/ExactQuestion.h"
 #include "app/LongAlert.h"
 #include "document/DocumentType.h"
 
@@ -62,6 +63,10 @@ void DialogQuestions::askToSave(QWidget* window, const QString& name,
 void DialogQuestions::confirm(QWidget* window, const Question& question,
                               std::function<void(bool)> answer)
 {
+    if (!question.exact.isEmpty()) {
+        (new ExactQuestion(window, question, std::move(answer)))->open();
+        return;
+    }
     QMessageBox* box = newBox(window, QMessageBox::Question, question.text, question.explanation);
     QPushButton* yes = box->addButton(question.yes, QMessageBox::AcceptRole);
     box->setDefaultButton(box->addButton(QMessageBox::Cancel));

@@ -1,6 +1,7 @@
 #include "app/DocumentWindow.h"
 
 #include "app/ColourExport.h"
+#include "app/CommandActions.h"
 #include "app/DocumentController.h"
 #include "app/DocumentMessages.h"
 #include "app/EditingAids.h"
@@ -53,6 +54,7 @@ DocumentWindow::DocumentWindow(std::unique_ptr<Document> document, const WindowS
     menuBar()->setCornerWidget(m_titleBarButtons);
     m_document->textView().setContextMenu(m_menu->newContextMenu());
     m_spelling = std::make_unique<SpellingAids>(*this, m_services.controller.spellChecker());
+    m_actions = std::make_unique<CommandActions>(*this, m_services.questions);
     m_status->showPosition(*m_document);
     updateTitle();
     showStateMessages(*this);

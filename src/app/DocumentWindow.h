@@ -14,6 +14,7 @@ namespace quillory {
 
 class Document;
 class ColourExport;
+class CommandActions;
 class DocumentController;
 class EditingAids;
 class LineNumberView;
@@ -67,6 +68,7 @@ public:
     SpellingAids& spelling() const { return *m_spelling; }
     ProgramAids& programs() const { return *m_programs; }
     UserQuestions& questions() const { return m_services.questions; }
+    CommandActions& actions() const { return *m_actions; }
     TitleBarButtons& titleBarButtons() const { return *m_titleBarButtons; }
 
     /// True for a new document that nothing was done to, so that another may take its place.
@@ -139,6 +141,7 @@ private:
     std::unique_ptr<PrintFlow> m_printing;
     std::unique_ptr<SpellingAids> m_spelling;
     std::unique_ptr<ProgramAids> m_programs;
+    std::unique_ptr<CommandActions> m_actions;
     bool m_painted = false;
     bool m_asking = false;   ///< a question before closing is open
     bool m_mayClose = false; ///< it was answered

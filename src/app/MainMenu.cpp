@@ -12,23 +12,6 @@
 
 namespace quillory {
 
-namespace {
-
-/// The program's own keys come first, so that the menus show the same on every desktop.
-QList<QKeySequence> keysOf(const MenuItem& item)
-{
-    QList<QKeySequence> keys;
-    if (item.ownKeys)
-        keys = QKeySequence::listFromString(QLatin1StringView(item.ownKeys));
-    for (const QKeySequence& key : QKeySequence::keyBindings(item.standardKey)) {
-        if (!keys.contains(key))
-            keys.append(key);
-    }
-    return keys;
-}
-
-} // namespace
-
 MainMenu::MainMenu(DocumentWindow& window) : QObject(&window), m_window(window)
 {
     for (const MenuDefinition& definition : menuTable()) {

@@ -1,7 +1,9 @@
 #include "app/MenuTable.h"
 
 #include "app/AboutBox.h"
+#include "app/ActionMenu.h"
 #include "app/ColourExport.h"
+#include "app/CommandActions.h"
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
 #include "app/EncodingMenu.h"
@@ -260,6 +262,16 @@ constexpr MenuItem navigateMenu[]{
     {.text = ENTRY("&Show Caret"), .ownKeys = "Ctrl+J", .run = showCaret},
 };
 
+constexpr MenuItem actionsMenu[]{
+    {.text = ENTRY("&All Commands…"),
+     .ownKeys = "Ctrl+Shift+P",
+     .run = [](W& w) { w.actions().showPalette(); }},
+    {.text = ENTRY("&Show Actions"),
+     .ownKeys = "Ctrl+Shift+A",
+     .run = [](W& w) { w.actions().showActionsMenu(); }},
+    separator,
+};
+
 constexpr MenuItem windowMenu[]{
     {.text = ENTRY("&Minimise"), .ownKeys = "Ctrl+M", .run = [](W& w) { w.showMinimized(); }},
     {.text = ENTRY("&Next Window"),
@@ -289,10 +301,23 @@ std::span<const MenuDefinition> menuTable()
         MenuDefinition{ENTRY("&Text"), textMenu()},
         MenuDefinition{ENTRY("F&ormat"), formatMenu},
         MenuDefinition{ENTRY("&Navigate"), navigateMenu},
+        MenuDefinition{ENTRY("&Actions"), actionsMenu, fillActionMenu},
         MenuDefinition{ENTRY("&Window"), windowMenu, listWindows},
         MenuDefinition{ENTRY("&Help"), helpMenu},
     };
     return menus;
+}
+
+QList<QKeySequence> keysOf(const MenuItem& item)
+{
+    QList<QKeySequence> keys;
+    if (item.ownKeys)
+        keys = QKeySequence::listFromString(QLatin1StringView(item.ownKeys));
+    for (const QKeySequence& key : QKeySequence::keyBindings(item.standardKey)) {
+        if (!keys.contains(key))
+            keys.append(key);
+    }
+    return keys;
 }
 
 QString menuText(const char* text)

@@ -50,6 +50,9 @@ std::span<const MenuDefinition> menuTable();
 std::span<const MenuItem> editMenu();
 std::span<const MenuItem> textMenu();
 
+/// The program's own keys first, so that the menus show the same on every desktop.
+QList<QKeySequence> keysOf(const MenuItem& item);
+
 /// \a text of the menu table in the user's language.
 QString menuText(const char* text);
 

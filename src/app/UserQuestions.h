@@ -27,6 +27,8 @@ public:
         QString text;
         QString explanation;
         QString yes; ///< the label of the button that goes on
+        /// Shown as it stands, in a fixed width, where what is asked about is exactly this.
+        QString exact = {};
     };
 
     virtual ~UserQuestions() = default;

@@ -22,12 +22,14 @@ qsizetype endOfQuoted(const QString& line, qsizetype start, QChar quote)
 
 } // namespace
 
-QStringList divideIntoArrayFromString(const QString& commandLine)
+std::vector<CommandWord> commandWords(const QString& commandLine)
 {
-    if (std::none_of(commandLine.begin(), commandLine.end(), isQuote))
-        return commandLine.split(u' ');
-
-    QStringList words;
+    std::vector<CommandWord> words;
+    if (std::none_of(commandLine.begin(), commandLine.end(), isQuote)) {
+        for (const QString& word : commandLine.split(u' '))
+            words.push_back({word});
+        return words;
+    }
     qsizetype place = 0;
     while (place < commandLine.size()) {
         const QChar unit = commandLine[place];
@@ -41,10 +43,18 @@ QStringList divideIntoArrayFromString(const QString& commandLine)
             end = endOfQuoted(commandLine, start, unit);
         else if (end = commandLine.indexOf(u' ', start); end < 0)
             end = commandLine.size();
-        words.append(commandLine.sliced(start, end - start));
+        words.push_back({commandLine.sliced(start, end - start), isQuote(unit)});
         place = end + 1;
     }
     return words;
+}
+
+QStringList divideIntoArrayFromString(const QString& commandLine)
+{
+    QStringList texts;
+    for (const CommandWord& word : commandWords(commandLine))
+        texts.append(word.text);
+    return texts;
 }
 
 } // namespace quillory

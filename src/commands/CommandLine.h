@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QStringList>
+#include <vector>
 
 namespace quillory {
 
@@ -18,5 +19,13 @@ struct CommandLine
 /// with one is the text up to the next quote of that kind that no backslash precedes, or to the
 /// end, as it stands; "" is an empty word, and any number of spaces separates words.
 QStringList divideIntoArrayFromString(const QString& commandLine);
+
+/// The same words, with how they were written.
+struct CommandWord
+{
+    QString text;
+    bool isQuoted = false;
+};
+std::vector<CommandWord> commandWords(const QString& commandLine);
 
 } // namespace quillory

@@ -6,7 +6,7 @@
 #include "document/FirstStart.h"
 #include "document/RecoveryStore.h"
 #include "document/TextConversion.h"
-#include "foundation/ApplicationFolders.h"
+#include "editing/SelectionLines.h"
 #include "foundation/Background.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/UserDefaults.h"

@@ -3,6 +3,7 @@
 #include "commands/ExternalPrograms.h"
 #include "commands/FunctionNavigation.h"
 #include "commands/ServerRequests.h"
+#include "document/DocumentCommands.h"
 #include "document/DocumentEnvironment.h"
 #include "document/DocumentReader.h"
 #include "document/DocumentRecord.h"
@@ -162,6 +163,16 @@ public:
     void reformat() { m_blockCommands.reformat(); }
     void closeCurrentTag() { m_blockCommands.closeCurrentTag(); }
 
+    // Actions of the definition; CommandExecution says what they do
+
+    DocumentCommands& commands() { return m_commands; }
+    void generateCommandsMenu() { m_commands.menu().generateCommandsMenu(); }
+    void commandAction(const ActionEntry& sender) { m_commands.execution().commandAction(sender); }
+    void insertOrReplaceTags(const QString& templateText)
+    {
+        m_commands.execution().insertOrReplaceTags(templateText);
+    }
+
     /// What the document's commands run.
     ExternalPrograms& programs() { return m_programs; }
     const ExternalPrograms& programs() const { return m_programs; }
@@ -247,6 +258,10 @@ private:
     ExternalPrograms m_programs{m_textView, m_environment.folders.caches,
                                 [this]() -> ExternalPrograms::File {
                                     return {m_path, m_record.encoding, m_record.canUsePDFPreview};
+                                }};
+    DocumentCommands m_commands{m_textView, m_colouring, m_programs, m_environment.folders,
+                                [this]() -> CommandSurroundings::File {
+                                    return {m_path, m_record.mainExtension, m_record.encoding};
                                 }};
     EncodingList m_encodings;
     QTimer m_settingsTimer;

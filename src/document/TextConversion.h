@@ -1,20 +1,13 @@
 #pragma once
 
-#include "text/Selection.h"
 #include "text/StringEncoding.h"
 #include "text/TextSnapshot.h"
 
 #include <optional>
-#include <vector>
 
 namespace quillory {
 
 /// \a text encoded in \a encoding and decoded again; nothing when a character does not fit.
 std::optional<TextSnapshot> thereAndBack(const TextSnapshot& text, StringEncoding encoding);
-
-/// \a selections of \a before on the same lines and columns of \a after, whose lines may end
-/// otherwise; columns past a line's end go to its end.
-std::vector<Selection> onSameLines(const std::vector<Selection>& selections,
-                                   const TextSnapshot& before, const TextSnapshot& after);
 
 } // namespace quillory

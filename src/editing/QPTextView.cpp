@@ -404,7 +404,7 @@ bool QPTextView::replaceCharacters(std::span<const TextEdit> edits,
     announceSelections(std::move(merged.selections), merged.primary);
     m_undo.endUndoGrouping(m_selections);
     m_storage.endEditing();
-    Q_EMIT textDidChange();
+    didChangeText();
     return true;
 }
 

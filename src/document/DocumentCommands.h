@@ -1,0 +1,30 @@
+#pragma once
+
+#include "commands/ActionsMenu.h"
+#include "commands/CommandExecution.h"
+#include "commands/CommandTrust.h"
+
+namespace quillory {
+
+class ExternalPrograms;
+struct ApplicationFolders;
+
+/// The actions of a document: what its definition lists, which of it may run, and running it.
+class DocumentCommands
+{
+public:
+    /// All of them outlive this; \a file answers what holds now.
+    DocumentCommands(QPTextView& editor, SyntaxColouring& colouring, ExternalPrograms& programs,
+                     const ApplicationFolders& folders,
+                     const std::function<CommandSurroundings::File()>& file);
+
+    ActionsMenu& menu() { return m_menu; }
+    CommandExecution& execution() { return m_execution; }
+
+private:
+    ActionsMenu m_menu;
+    CommandTrust m_trust;
+    CommandExecution m_execution;
+};
+
+} // namespace quillory
