@@ -14,6 +14,7 @@ public:
     QString savePath;
 
     QStringList asked; ///< what each question was about, oldest first
+    QString exact;     ///< what the last one showed as it stands
     QStringList told;
 
     void askToSave(QWidget*, const QString& name,
@@ -26,6 +27,7 @@ public:
     void confirm(QWidget*, const Question& question, std::function<void(bool)> answer) override
     {
         asked += question.yes;
+        exact = question.exact;
         answer(agrees);
     }
 
