@@ -4,12 +4,12 @@
 #include "app/ClipboardText.h"
 #include "app/CommandPalette.h"
 #include "app/DocumentWindow.h"
+#include "app/ProgramAids.h"
 #include "app/TitleBarButtons.h"
 #include "app/UserQuestions.h"
 #include "commands/CommandException.h"
 #include "commands/Sandbox.h"
 #include "document/Document.h"
-#include "foundation/Background.h"
 
 #include <QAction>
 #include <QDesktopServices>
@@ -19,13 +19,27 @@
 
 namespace quillory {
 
-CommandActions::CommandActions(DocumentWindow& window, UserQuestions& questions)
-    : QObject(&window), m_window(window), m_questions(questions)
+namespace {
+
+constexpr int longestName = 60; // characters
+
+/// What somebody else wrote, short enough to leave room for what is asked about.
+QString nameOf(const QString& written)
+{
+    const QString name = withVisibleCharacters(written.simplified());
+    return name.size() > longestName ? name.left(longestName - 1) + u'…' : name;
+}
+
+} // namespace
+
+CommandActions::CommandActions(DocumentWindow& window) : QObject(&window), m_window(window)
 {
     Document& document = window.document();
     const CommandExecution& execution = document.commands().execution();
     connect(&execution, &CommandExecution::alertRequested, &document, &Document::alertRequested);
     connect(&execution, &CommandExecution::editableChanged, &document, &Document::recordChanged);
+    connect(&execution, &CommandExecution::logRequested, this,
+            [&window](const TextSnapshot& output) { window.programs().showInLog(output); });
     connectDesktop();
 
     m_renewal.setSingleShot(true);
@@ -45,17 +59,25 @@ void CommandActions::connectDesktop()
     surroundings.openUrl = [this](const QUrl& url) {
         // Finding out which program is for it may take the desktop some time.
         QMetaObject::invokeMethod(
-            this, [url] { QDesktopServices::openUrl(url); }, Qt::QueuedConnection);
+            this,
+            [this, url] {
+                if (!QDesktopServices::openUrl(url))
+                    m_window.questions().showAlert(
+                        &m_window, tr("Error!"),
+                        tr("No program of this desktop opens “%1”.").arg(url.toDisplayString()));
+            },
+            Qt::QueuedConnection);
     };
     surroundings.isSandboxed = isSandboxed;
     surroundings.askForTrust = [this](const TrustQuestion& question, const auto& answer) {
         const bool isServer = question.item.kind == CommandKind::Server;
         const bool isProgram =
             question.item.kind == CommandKind::Terminal || question.item.kind == CommandKind::LaTeX;
-        m_questions.confirm(
+        m_window.questions().confirm(
             &m_window,
             {.text = tr("Allow “%1” of the language “%2”?")
-                         .arg(question.item.title.value_or(QString()), question.definition),
+                         .arg(nameOf(question.item.title.value_or(QString())),
+                              nameOf(question.definition)),
              .explanation =
                  (isProgram  ? tr("This action did not come with Quillory. It runs the following "
                                    "program, which can do whatever you can. Allow it only if you "
@@ -78,7 +100,7 @@ void CommandActions::run(const ActionEntry& entry)
     try {
         m_window.document().commandAction(entry);
     } catch (const CommandException& exception) {
-        m_questions.showAlert(&m_window, tr("Error!"), exception.reason());
+        m_window.questions().showAlert(&m_window, tr("Error!"), exception.reason());
     }
 }
 

@@ -9,7 +9,6 @@ namespace quillory {
 
 class CommandPalette;
 class DocumentWindow;
-class UserQuestions;
 struct ActionEntry;
 
 /// The actions of a window's definition, run by menu, by key or by name: what they ask for beyond
@@ -20,8 +19,8 @@ class CommandActions : public QObject
     Q_OBJECT
 
 public:
-    /// For a window with its document and its menus. Both outlive this.
-    CommandActions(DocumentWindow& window, UserQuestions& questions);
+    /// For a window with its document, its menus and its log.
+    explicit CommandActions(DocumentWindow& window);
 
     /// Runs the entry, and tells what the text refuses.
     void run(const ActionEntry& entry);
@@ -36,7 +35,6 @@ private:
     void renewKeys();
 
     DocumentWindow& m_window;
-    UserQuestions& m_questions;
     QTimer m_renewal;
     QList<QAction*> m_keys;              ///< in no menu
     CommandPalette* m_palette = nullptr; ///< made when first shown

@@ -54,7 +54,7 @@ DocumentWindow::DocumentWindow(std::unique_ptr<Document> document, const WindowS
     menuBar()->setCornerWidget(m_titleBarButtons);
     m_document->textView().setContextMenu(m_menu->newContextMenu());
     m_spelling = std::make_unique<SpellingAids>(*this, m_services.controller.spellChecker());
-    m_actions = std::make_unique<CommandActions>(*this, m_services.questions);
+    m_actions = std::make_unique<CommandActions>(*this);
     m_status->showPosition(*m_document);
     updateTitle();
     showStateMessages(*this);
