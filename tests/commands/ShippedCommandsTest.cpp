@@ -40,9 +40,9 @@ TEST(ShippedCommands, CanBeRun)
     int programs = 0;
     for (const PropertyListFile& file : propertyListsBelow(shipped)) {
         for (const CommandItem& item : itemsOf(file)) {
-            const std::string name =
-                (file.path.section(u'/', -1) + u": " + item.title.value_or(QString()))
-                    .toStdString();
+            const QString title =
+                file.path.section(u'/', -1) + u": " + item.title.value_or(QString());
+            const std::string name = title.toStdString();
             const QString body = item.string.value_or(QString());
             EXPECT_FALSE(body.isEmpty()) << name;
             switch (item.kind) {
