@@ -51,7 +51,7 @@ QString ServerRequests::urlEncodeValue(const QString& text)
                          .value_or(QString());
 }
 
-void ServerRequests::urlRequestWithURL(const QString& url, const QString& andWithString,
+void ServerRequests::urlRequestWithURL(const QString& url, const TextSnapshot& andWithString,
                                        bool asData)
 {
     if (asData) {
@@ -61,15 +61,15 @@ void ServerRequests::urlRequestWithURL(const QString& url, const QString& andWit
     const QLatin1StringView placeholder("TEXTORCODE");
     QString address = url;
     if (url.contains(placeholder)) {
-        if (andWithString.size() > m_limits.text) {
+        if (andWithString.length() > m_limits.text) {
             const QLocale locale;
             fail(tr("The text is too long to be sent: it has %1 characters, and an address can "
                     "take %2 at most. Select less of it.")
-                     .arg(locale.toString(andWithString.size()), locale.toString(m_limits.text)));
+                     .arg(locale.toString(andWithString.length()), locale.toString(m_limits.text)));
             return;
         }
         // In one pass: what is sent may hold the word itself.
-        address.replace(placeholder, urlEncodeValue(andWithString));
+        address.replace(placeholder, urlEncodeValue(andWithString.string()));
     }
     const QUrl target(address, QUrl::StrictMode);
     const QString scheme = target.scheme();
@@ -122,16 +122,16 @@ void ServerRequests::send(const QUrl& url)
 }
 
 /// As the document is saved; how that comes out is all that is told of it.
-void ServerRequests::prepareData(const QString& text)
+void ServerRequests::prepareData(const TextSnapshot& text)
 {
     const auto prepared = [text, form = m_form()] {
-        return encoded(converted(TextSnapshot(text), form.lineBreaks), form.encoding).has_value();
+        return encoded(converted(text, form.lineBreaks), form.encoding).has_value();
     };
     const auto tell = [this](bool fits) {
         if (!fits)
             fail(tr("Could not create data."));
     };
-    if (text.size() <= quickLength)
+    if (text.length() <= quickLength)
         tell(prepared());
     else
         runInBackground(this, prepared, tell);

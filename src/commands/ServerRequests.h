@@ -3,6 +3,7 @@
 #include "commands/WebClient.h"
 #include "text/LineBreaks.h"
 #include "text/StringEncoding.h"
+#include "text/TextSnapshot.h"
 
 #include <QObject>
 #include <chrono>
@@ -46,7 +47,7 @@ public:
     /// andWithString. What comes back is shown, as is what goes wrong. As data, \a andWithString is
     /// only put into the form in which the document is saved, and it is told when it does not fit:
     /// nothing is sent.
-    void urlRequestWithURL(const QString& url, const QString& andWithString, bool asData);
+    void urlRequestWithURL(const QString& url, const TextSnapshot& andWithString, bool asData);
 
     bool isRunning() const { return !m_connections.empty(); }
     /// The servers that are waited for.
@@ -67,7 +68,7 @@ private:
     };
 
     WebClient* client();
-    void prepareData(const QString& text);
+    void prepareData(const TextSnapshot& text);
     void send(const QUrl& url);
     void connectionDidReceiveData(int connection, const QByteArray& data);
     void connectionDidFinishLoading(int connection);

@@ -259,7 +259,11 @@ private:
                                 [this]() -> ExternalPrograms::File {
                                     return {m_path, m_record.encoding, m_record.canUsePDFPreview};
                                 }};
-    DocumentCommands m_commands{m_textView, m_colouring, m_programs, m_environment.folders,
+    DocumentCommands m_commands{m_textView,
+                                m_colouring,
+                                m_programs,
+                                m_serverRequests,
+                                m_environment.folders,
                                 [this]() -> CommandSurroundings::File {
                                     return {m_path, m_record.mainExtension, m_record.encoding};
                                 }};

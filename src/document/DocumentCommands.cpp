@@ -1,12 +1,14 @@
 #include "document/DocumentCommands.h"
 
 #include "commands/ExternalPrograms.h"
+#include "commands/ServerRequests.h"
 #include "foundation/ApplicationFolders.h"
 
 namespace quillory {
 
 DocumentCommands::DocumentCommands(QPTextView& editor, SyntaxColouring& colouring,
-                                   ExternalPrograms& programs, const ApplicationFolders& folders,
+                                   ExternalPrograms& programs, ServerRequests& servers,
+                                   const ApplicationFolders& folders,
                                    const std::function<CommandSurroundings::File()>& file)
     : m_menu(colouring), m_trust(folders.resources + QStringLiteral("/Definitions"), folders.state),
       m_execution(editor, colouring, m_trust, {})
@@ -27,6 +29,10 @@ DocumentCommands::DocumentCommands(QPTextView& editor, SyntaxColouring& colourin
     surroundings.performLaTeXCommand = [&programs](const CommandLine& line, const QString& folder,
                                                    const QString& title) {
         programs.performLaTeXCommand(line, folder, title);
+    };
+    surroundings.urlRequestWithURL = [&servers](const QString& url, const TextSnapshot& text,
+                                                bool asData) {
+        servers.urlRequestWithURL(url, text, asData);
     };
 }
 

@@ -7,6 +7,7 @@
 namespace quillory {
 
 class ExternalPrograms;
+class ServerRequests;
 struct ApplicationFolders;
 
 /// The actions of a document: what its definition lists, which of it may run, and running it.
@@ -15,7 +16,7 @@ class DocumentCommands
 public:
     /// All of them outlive this; \a file answers what holds now.
     DocumentCommands(QPTextView& editor, SyntaxColouring& colouring, ExternalPrograms& programs,
-                     const ApplicationFolders& folders,
+                     ServerRequests& servers, const ApplicationFolders& folders,
                      const std::function<CommandSurroundings::File()>& file);
 
     ActionsMenu& menu() { return m_menu; }

@@ -142,7 +142,7 @@ TEST_F(ServerRequestsTest, AsksForTheAddressAndShowsTheAnswer)
         ServerRequests requests(
             plugins, [this] { return form; }, limits);
         QSignalSpy running(&requests, &ServerRequests::runningChanged);
-        requests.urlRequestWithURL(server.url(c.path), c.text, false);
+        requests.urlRequestWithURL(server.url(c.path), TextSnapshot(c.text), false);
         EXPECT_TRUE(requests.isRunning());
         EXPECT_EQ(requests.hosts(), QStringList(u"127.0.0.1"_qs));
         const Alert alert = nextAlert(requests);
@@ -333,7 +333,7 @@ TEST_F(ServerRequestsTest, DataIsCheckedAndNotSent)
         ServerRequests requests(
             plugins, [this] { return form; }, limits);
         QSignalSpy alerts(&requests, &ServerRequests::alertRequested);
-        requests.urlRequestWithURL(server.url(u"TEXTORCODE"_qs), c.text, true);
+        requests.urlRequestWithURL(server.url(u"TEXTORCODE"_qs), TextSnapshot(c.text), true);
         EXPECT_FALSE(requests.isRunning());
         (void)QTest::qWaitFor([&] { return !alerts.isEmpty(); }, c.fits ? 100 : 5'000);
         ASSERT_EQ(alerts.count(), c.fits ? 0 : 1);
@@ -362,10 +362,11 @@ TEST_F(ServerRequestsTest, TooLongATextIsNotSent)
     ServerRequests requests(
         plugins, [this] { return form; }, limits);
     QSignalSpy alerts(&requests, &ServerRequests::alertRequested);
-    requests.urlRequestWithURL(server.url(u"TEXTORCODE"_qs), QString(101, u'x'), false);
+    requests.urlRequestWithURL(server.url(u"TEXTORCODE"_qs), TextSnapshot(QString(101, u'x')),
+                               false);
     ASSERT_EQ(alerts.count(), 1);
     EXPECT_TRUE(alerts[0][1].toString().contains(u"has 101 characters"));
-    requests.urlRequestWithURL(server.url({}), QString(101, u'x'), false);
+    requests.urlRequestWithURL(server.url({}), TextSnapshot(QString(101, u'x')), false);
     EXPECT_TRUE(requests.isRunning()); // where it is not asked for it does not matter
 }
 
