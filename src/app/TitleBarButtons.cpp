@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QKeySequence>
 #include <QMenu>
+#include <QProxyStyle>
 #include <QStyleOptionToolButton>
 #include <QToolButton>
 
@@ -30,12 +31,26 @@ protected:
     }
 };
 
+/// Has menus that do not fit the screen scroll, where the desktop's style would go on beside it.
+class ScrollingMenuStyle : public QProxyStyle
+{
+public:
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override
+    {
+        return hint == SH_Menu_Scrollable ? 1 : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
 /// The menu of \a button, made when it is first needed.
 QMenu& menuOf(QToolButton& button, const std::function<void(QMenu&)>& fill)
 {
     if (!button.menu()) {
         auto* menu = new QMenu(&button);
         menu->setToolTipsVisible(true);
+        auto* style = new ScrollingMenuStyle;
+        style->setParent(menu);
+        menu->setStyle(style);
         refillOnShow(*menu, fill);
         button.setMenu(menu);
     }

@@ -13,6 +13,7 @@
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QMenu>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -124,7 +125,7 @@ TEST_F(FunctionNavigationTest, thePullDownListsTheFunctionsAndTicksTheFirst)
     });
     EXPECT_EQ(window.document().textView().selectedRange(),
               window.document().completeString().line(LineIndex(6)));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return window.view().hasFocus(); }));
+    EXPECT_EQ(window.focusWidget(), &window.view());
     EXPECT_TRUE(window.view().findChild<FindIndicator*>()->isShowing());
 }
 
@@ -228,6 +229,8 @@ TEST_F(FunctionNavigationTest, aLargeSourceNeverFreezesTheWindow)
     openMenu(window, [&](const QMenu& menu) {
         EXPECT_EQ(menu.actions().size(), qsizetype(FunctionMenu::mostEntries) + 3);
         EXPECT_TRUE(shown(menu).constLast().startsWith(u"All "));
+        // In one column, which scrolls.
+        EXPECT_LT(menu.width(), menu.screen()->availableSize().width() / 2);
     });
     press(window, {u"Alt+Down"_qs, u"Alt+Down"_qs, u"Alt+Down"_qs});
     EXPECT_TRUE(QTest::qWaitFor([&] { return caretLine(window) == 22; }, 20'000));
