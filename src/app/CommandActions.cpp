@@ -79,9 +79,11 @@ void CommandActions::connectDesktop()
                          .arg(nameOf(question.item.title.value_or(QString())),
                               nameOf(question.definition)),
              .explanation =
-                 (isProgram  ? tr("This action did not come with Quillory. It runs the following "
-                                   "program, which can do whatever you can. Allow it only if you "
-                                   "know what it does.")
+                 (isProgram
+                      ? tr("This action did not come with Quillory. It runs the following "
+                           "program, which can do whatever you can; TEXTORCODEASFILE and "
+                           "TEXTORCODEASSSTRING stand for the text. Allow it only if you know "
+                           "what it does.")
                   : isServer ? tr("This action did not come with Quillory. It sends the text to "
                                   "the following address.")
                              : tr("This action did not come with Quillory. It opens the following "
