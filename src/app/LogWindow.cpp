@@ -152,9 +152,11 @@ void LogWindow::setDocumentName(const QString& name)
 void LogWindow::setText(const TextSnapshot& text)
 {
     TextSnapshot before = this->text();
-    m_editor.setSelectedRange({0, 0});
     m_storage.replaceCharactersInRange(before.range(), text);
     m_undo.removeAllActions();
+    m_editor.setSelectedRange({0, 0});
+    m_view->textViewport().scrollToX(0);
+    m_view->textViewport().scrollToY(0);
     if (before.length() > quickLength)
         releaseInBackground(std::move(before));
     ++m_search;

@@ -99,9 +99,19 @@ TEST_F(ProgramsTest, LogIsReadSearchedCopiedAndCleared)
     DocumentWindow& window = open(write("text", "text"));
     press(window, {u"F8"_s});
     EXPECT_TRUE(window.programs().isLogVisible());
+    LogWindow& log = window.programs().log();
+    run(window, u"seq -s ' ' 10000"_s);
+    ASSERT_TRUE(waitForEnd(window));
+    auto* text = log.findChild<TextViewWidget*>();
+    QCoreApplication::processEvents();
+    text->horizontalScrollBar()->setValue(500);
+    ASSERT_GT(text->horizontalScrollBar()->value(), 0);
+    log.logTextView().setSelectedRange({log.text().length(), 0});
     run(window, u"printf 'one\\nTwo\\nthree two\\n'"_s);
     ASSERT_TRUE(waitForEnd(window));
-    LogWindow& log = window.programs().log();
+    QTest::qWait(50);
+    EXPECT_EQ(text->horizontalScrollBar()->value(), 0);
+    EXPECT_EQ(log.logTextView().selectedRange(), (TextRange{0, 0}));
     ASSERT_TRUE(QTest::qWaitForWindowActive(&log));
     const auto key = [&log](const QString& keys) {
         const QKeyCombination combination = QKeySequence::fromString(keys)[0];
@@ -170,12 +180,16 @@ TEST_F(ProgramsTest, FailedTypesettingOffersTheLog)
         window.document().programs().performLaTeXCommand(sh(body), folder.path(), path("paper"));
         return waitForEnd(window);
     };
-    ASSERT_TRUE(typeset(u"echo 'no such class'; exit 1"_s));
+    ASSERT_TRUE(typeset(u"seq -s ' ' 300; exit 1"_s));
     EXPECT_TRUE(message(window, MessageArea::Subject::Programs).startsWith(u"No PDF was made"_s));
     EXPECT_FALSE(window.programs().isLogVisible());
     EXPECT_TRUE(pressWayOut(window, u"Show Log"_s));
     EXPECT_TRUE(window.programs().isLogVisible());
-    EXPECT_EQ(window.programs().log().text().string(), u"no such class\n"_s);
+    EXPECT_TRUE(window.programs().log().text().string().endsWith(u" 300\n"_s));
+    QTest::qWait(50);
+    TextViewport& shown = window.programs().log().findChild<TextViewWidget*>()->textViewport();
+    EXPECT_EQ(shown.x(), 0);
+    EXPECT_EQ(shown.y(), 0);
 
     writePdf("made.pdf", 2);
     ASSERT_TRUE(typeset(u"cp made.pdf paper.pdf"_s));
