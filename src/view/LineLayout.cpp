@@ -11,6 +11,9 @@ namespace {
 // Wider than any piece of text, within what the layout's 26.6 fixed-point numbers hold.
 constexpr double unlimitedWidth = 16'000'000;
 
+// In text of both directions, finding the places of so many characters one by one would be felt.
+constexpr int costlyLength = 256;
+
 bool isRightToLeftUnit(QChar unit)
 {
     // Nothing below U+0590 is; the scripts of the upper planes that are have these surrogates.
@@ -22,12 +25,45 @@ bool isRightToLeftUnit(QChar unit)
            (code >= 0xD802 && code <= 0xD803) || (code >= 0xD83A && code <= 0xD83B);
 }
 
+/// Takes no room, and is passed over rather than asked for: text may be full of them.
+bool isDirectionControl(QChar unit)
+{
+    const char16_t code = unit.unicode();
+    return (code >= 0x200E && code <= 0x200F) || (code >= 0x202A && code <= 0x202E) ||
+           (code >= 0x2066 && code <= 0x2069) || code == 0x061C;
+}
+
+/// Whether a letter is one of a script that is written from right to left; none for what is no
+/// letter, and for half of one.
+std::optional<bool> isRightToLeftLetter(QChar unit)
+{
+    if (unit.isSurrogate() || isDirectionControl(unit))
+        return {};
+    const QChar::Direction direction = unit.direction();
+    if (direction == QChar::DirL)
+        return false;
+    return direction == QChar::DirR || direction == QChar::DirAL ? std::optional(true)
+                                                                 : std::nullopt;
+}
+
+/// Where the letters of one direction that begin at \a index end, at most at \a end. They stand
+/// side by side, whatever is around them.
+int endOfLetters(const QString& text, int index, int end)
+{
+    const auto first = isRightToLeftLetter(text.at(index));
+    int next = index + 1;
+    while (first && next < end && isRightToLeftLetter(text.at(next)) == first)
+        ++next;
+    return next;
+}
+
 } // namespace
 
 LineLayout::LineLayout(const QString& text, const TextFont& font, const Style& style)
-    : m_layout(text, font.font()), m_rightToLeft(style.direction == Qt::LayoutDirectionAuto
-                                                     ? text.isRightToLeft()
-                                                     : style.direction == Qt::RightToLeft),
+    : m_layout(text, font.font()), m_length(int(text.size())),
+      m_rightToLeft(style.direction == Qt::LayoutDirectionAuto
+                        ? text.isRightToLeft()
+                        : style.direction == Qt::RightToLeft),
       m_hasRightToLeft(m_rightToLeft || std::any_of(text.begin(), text.end(), isRightToLeftUnit))
 {
     // Rows of a given width end flush on the side at which their line begins; without one, the
@@ -60,12 +96,23 @@ LineLayout::LineLayout(const QString& text, const TextFont& font, const Style& s
         line.setPosition({0, font.baseline() - line.ascent()});
     }
     m_layout.endLayout();
+    m_rowCount = m_layout.lineCount();
+    if (m_rowCount == 1)
+        m_width = widthOf(0);
+}
+
+void LineLayout::dropLastRow()
+{
+    if (m_rowCount < 2)
+        return;
+    m_length = rowStart(--m_rowCount);
+    m_glyphs.clear();
 }
 
 int LineLayout::rowOf(int index) const
 {
     const QTextLine line = m_layout.lineForTextPosition(index);
-    return line.isValid() ? line.lineNumber() : rowCount() - 1;
+    return line.isValid() ? std::min(line.lineNumber(), m_rowCount - 1) : m_rowCount - 1;
 }
 
 int LineLayout::rowStart(int row) const
@@ -85,6 +132,11 @@ double LineLayout::rowLeft(int row) const
 }
 
 double LineLayout::rowWidth(int row) const
+{
+    return m_layout.lineCount() == 1 ? m_width : widthOf(row);
+}
+
+double LineLayout::widthOf(int row) const
 {
     const QTextLine line = m_layout.lineAt(row);
     return m_hasRightToLeft ? line.naturalTextWidth() : line.cursorToX(rowEnd(row));
@@ -107,8 +159,15 @@ LineLayout::Character LineLayout::characterFrom(int row, int index) const
 {
     const QTextLine line = m_layout.lineAt(row);
     const double leading = line.cursorToX(index, QTextLine::Leading);
-    const double trailing = line.cursorToX(index, QTextLine::Trailing);
-    if (leading != trailing || index >= m_layout.text().size())
+    double trailing = line.cursorToX(index, QTextLine::Trailing);
+    // Of letters that share a glyph, Qt answers for the trailing edge where the glyph ends.
+    const int after = leading == trailing ? index : m_layout.nextCursorPosition(index);
+    if (after > index && after < rowEnd(row)) {
+        const double divide = line.cursorToX(after, QTextLine::Leading);
+        if (std::min(leading, trailing) < divide && divide < std::max(leading, trailing))
+            trailing = divide;
+    }
+    if (leading != trailing || index >= m_length)
         return {std::min(leading, trailing), std::max(leading, trailing), trailing < leading};
     if (m_layout.text().at(index) == u'\t') { // of which Qt knows one edge; it runs as its line
         const double next = line.cursorToX(index + 1);
@@ -175,9 +234,31 @@ int LineLayout::indexAt(int row, double x) const
     // Of a row that goes on below, Qt answers the place before the last character.
     const int end = rowEnd(row);
     const bool isEndNearer =
-        index < end && row + 1 < rowCount() && m_layout.nextCursorPosition(index) >= end &&
+        index < end && row + 1 < m_layout.lineCount() &&
+        m_layout.nextCursorPosition(index) >= end &&
         std::abs(x - line.cursorToX(end)) < std::abs(x - line.cursorToX(index));
     return isEndNearer ? end : index;
+}
+
+/// Between which all of \a row stands, the blanks at its end included, which the row's width may
+/// leave out.
+std::pair<double, double> LineLayout::edges(int row) const
+{
+    double left = rowLeft(row);
+    double right = left + rowWidth(row);
+    const QString text = m_layout.text();
+    const int end = rowEnd(row);
+    int blanks = end;
+    while (blanks > rowStart(row) && text.at(blanks - 1).isSpace())
+        --blanks;
+    for (const int index : {blanks, end - 1}) {
+        if (index < blanks || index >= end)
+            continue;
+        const Character blank = characterFrom(row, index);
+        left = std::min(left, blank.left);
+        right = std::max(right, blank.right);
+    }
+    return {left, right};
 }
 
 void LineLayout::forEachStretch(int row, int start, int end,
@@ -188,15 +269,32 @@ void LineLayout::forEachStretch(int row, int start, int end,
         visit(line.cursorToX(start), line.cursorToX(end));
         return;
     }
+    const QString text = m_layout.text();
+    if (end - start >= costlyLength && start == rowStart(row) && end == rowEnd(row)) {
+        const auto [first, last] = edges(row);
+        visit(first, last);
+        return;
+    }
     double left = 0;
     double right = 0;
     for (int index = start; index < end;) {
-        const int next = std::clamp(m_layout.nextCursorPosition(index), index + 1, end);
-        const Character place = characterFrom(row, index);
-        if (index > start && (place.left == right || place.right == left)) {
+        if (isDirectionControl(text.at(index))) {
+            ++index;
+            continue;
+        }
+        const int letters = endOfLetters(text, index, end);
+        const int next = std::clamp(m_layout.nextCursorPosition(letters - 1), letters, end);
+        Character place = characterFrom(row, index);
+        const int last = m_layout.previousCursorPosition(next);
+        if (last > index) {
+            const Character other = characterFrom(row, last);
+            place.left = std::min(place.left, other.left);
+            place.right = std::max(place.right, other.right);
+        }
+        if (right > left && (place.left == right || place.right == left)) {
             left = std::min(left, place.left);
             right = std::max(right, place.right);
-        } else {
+        } else if (place.right > place.left) {
             if (right > left)
                 visit(left, right);
             left = place.left;

@@ -8,6 +8,7 @@
 #include <QString>
 #include <QTextLayout>
 #include <functional>
+#include <utility>
 #include <vector>
 
 class QPainter;
@@ -43,13 +44,15 @@ public:
 
     LineLayout(const QString& text, const TextFont& font, const Style& style);
 
-    int length() const { return int(m_layout.text().size()); }
-    int rowCount() const { return m_layout.lineCount(); }
+    int length() const { return m_length; }
+    int rowCount() const { return m_rowCount; }
     int rowOf(int index) const; ///< an index where two rows meet is on the later one
     int rowStart(int row) const;
     int rowEnd(int row) const;
     double rowLeft(int row) const;
     double rowWidth(int row) const;
+    /// Leaves the last of several rows out, as if the text ended before it.
+    void dropLastRow();
 
     /// Whether the line is written from right to left.
     bool isRightToLeft() const { return m_rightToLeft; }
@@ -93,8 +96,13 @@ private:
     };
 
     Character characterFrom(int row, int index) const;
+    double widthOf(int row) const;
+    std::pair<double, double> edges(int row) const;
 
     QTextLayout m_layout;
+    int m_length;
+    int m_rowCount = 0;
+    double m_width = 0; ///< of a single row
     bool m_rightToLeft;
     bool m_hasRightToLeft;
     std::vector<ColourRun> m_colours;

@@ -166,9 +166,12 @@ void LineSegments::endWithFullRow(TextRange content, LineChunks& chunks, size_t 
 {
     chunks.restoreCut(index + 1);
     const TextRange range = rangeOf(content, chunks, index);
-    const TextOffset row = rowStartAt(content, range.location, range.end());
-    const bool isLong = row - range.location > range.length / 2;
-    chunks.settle(index + 1, isLong ? range.end() - row : 0);
+    const QString shown = displayText(text(), range, font().hasControlPictures(), counters());
+    const TextOffset rest = range.length - m_cache.layoutOfFullRows(shown, chunkStyle(content));
+    chunks.settle(index + 1,
+                  rest > 0 ? rest
+                           : unitsToCut(text(), TextRange::between(range.location, content.end()),
+                                        range.end()));
 }
 
 /// Where the reader came from below, the chunk after is in sight and stays as it is; so a start is

@@ -32,10 +32,29 @@ std::shared_ptr<LineLayout> TextLayoutCache::layout(const QString& text, const S
     const Key key{text, style};
     if (const auto* known = m_layouts.object(key))
         return *known;
-
-    std::shared_ptr<LineLayout> layout(new LineLayout(passingLayout(text, style)));
-    m_layouts.insert(key, new std::shared_ptr<LineLayout>(layout), int(text.size()) + layoutCost);
+    auto layout = laidOut(text, style);
+    keep(key, layout);
     return layout;
+}
+
+int TextLayoutCache::layoutOfFullRows(const QString& text, const Style& style)
+{
+    auto layout = laidOut(text, style);
+    if (layout->rowStart(layout->rowCount() - 1) > layout->length() / 2)
+        layout->dropLastRow();
+    keep({text.left(layout->length()), style}, layout);
+    return layout->length();
+}
+
+std::shared_ptr<LineLayout> TextLayoutCache::laidOut(const QString& text, const Style& style)
+{
+    return std::shared_ptr<LineLayout>(new LineLayout(passingLayout(text, style)));
+}
+
+void TextLayoutCache::keep(const Key& key, const std::shared_ptr<LineLayout>& layout)
+{
+    m_layouts.insert(key, new std::shared_ptr<LineLayout>(layout),
+                     int(key.text.size()) + layoutCost);
 }
 
 LineLayout TextLayoutCache::passingLayout(const QString& text, const Style& style)

@@ -34,7 +34,12 @@ public:
     /// The layout of \a text, a display text. Stays valid as long as the pointer is kept.
     std::shared_ptr<LineLayout> layout(const QString& text, const Style& style);
 
-    /// The same, of a text that is asked for once and not kept.
+    /// Wrapped, lays \a text out and keeps its rows but the last, as the layout of what they show.
+    /// Answers how many units that is; all of them where the last row takes half of them or more,
+    /// and then all is kept.
+    int layoutOfFullRows(const QString& text, const Style& style);
+
+    /// The same as layout(), of a text that is asked for once and not kept.
     LineLayout passingLayout(const QString& text, const Style& style);
 
     WorkCounters& counters() { return m_counters; }
@@ -47,6 +52,9 @@ private:
         bool operator==(const Key&) const = default;
         friend size_t qHash(const Key& key, size_t seed) { return ::qHash(key.text, seed); }
     };
+
+    std::shared_ptr<LineLayout> laidOut(const QString& text, const Style& style);
+    void keep(const Key& key, const std::shared_ptr<LineLayout>& layout);
 
     TextFont m_font;
     double m_wrapWidth = 0;

@@ -29,6 +29,7 @@ const ClusterCase clusterCases[] = {
     {"thai", QStringLiteral("\u0E01\u0E33\u0E19\u0E49"), 2},
     {"jamo", QStringLiteral("\u1112\u1161\u11AB\u1100\u1173\u11AF"), 2},
     {"hebrewPoints", QStringLiteral("\u05E9\u05C1\u05B8\u05DC"), 2},
+    {"lamAlef", QStringLiteral("\u0633\u0644\u0627\u0645"), 4},
     {"nonJoiner", QStringLiteral("\u0645\u06CC\u200C\u062E"), 3},
 };
 
@@ -49,6 +50,11 @@ TEST_P(CharacterStops, areTheSameForKeysAndClicks)
         stops.push_back(head());
     }
     EXPECT_EQ(stops.size(), size_t(GetParam().characters) + 1);
+    const QString back = rightToLeft ? QStringLiteral("Right") : QStringLiteral("Left");
+    for (size_t stop = stops.size() - 1; stop-- > 0;) {
+        harness.press({back});
+        EXPECT_EQ(head(), stops[stop]);
+    }
     const auto isStop = [&](TextOffset offset) {
         return std::find(stops.begin(), stops.end(), offset) != stops.end();
     };

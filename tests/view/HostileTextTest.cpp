@@ -35,6 +35,18 @@ QString noise(qsizetype units)
     return text;
 }
 
+QString directions(qsizetype units)
+{
+    const QString controls = QStringLiteral(
+        "\u200E\u200F\u202A\u202B\u202C\u202D\u202E\u2066\u2067\u2068\u2069a\u05D01 ");
+    std::mt19937 random(7);
+    QString text;
+    text.reserve(units);
+    while (text.size() < units)
+        text += controls[qsizetype(random() % uint(controls.size()))];
+    return text;
+}
+
 const HostileCase hostileCases[] = {
     {"hundredMillionUnitsInOneLine", repeated(QStringLiteral("{\"key\": 12345}, "), 1'000'000),
      100},
@@ -57,6 +69,18 @@ const HostileCase hostileCases[] = {
     {"rightToLeft", repeated(QStringLiteral("\u05e9\u05dc\u05d5\u05dd "), 500'000)},
     {"noise", noise(1'000'000)},
 };
+
+TEST(HostileSelection, inBothDirectionsNeverStopsTheEventLoop)
+{
+    for (const bool wraps : {false, true}) {
+        ViewHarness harness(directions(500'000));
+        harness.view.setWrapLines(wraps);
+        harness.settle();
+        EventLoopWatchdog watchdog;
+        for (const char* key : {"Shift+Down", "Left", "Right", "Ctrl+Home", "Shift+End", "Ctrl+A"})
+            watchdog.watch(key, [&] { harness.press({QString::fromLatin1(key)}); });
+    }
+}
 
 class HostileText : public testing::TestWithParam<std::tuple<HostileCase, bool /*wraps*/>>
 {};

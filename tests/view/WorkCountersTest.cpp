@@ -108,6 +108,27 @@ TEST_P(LongLineWork, jumpingInAChunkedLineLaysOutWhatIsInSight)
     EXPECT_LE(done().unitsShaped, (most + 6) * LineChunks::longLine);
 }
 
+TEST(WorkCounters, aJumpInWrappedLinesLaysOutEachChunkOnce)
+{
+    for (const QString& line : {QStringLiteral("{\"key\": 12345}, "), QStringLiteral("\u0301")}) {
+        ViewHarness harness(repeated(line, 3'000'000));
+        harness.view.setWrapLines(true);
+        harness.settle();
+        WorkDone done(harness);
+        harness.press({QStringLiteral("Ctrl+End")});
+        // Rows of marks, which take no room, hold a chunk each; and a few chunks are laid out
+        // above.
+        const size_t rows = harness.view.textViewport().rows().size();
+        EXPECT_LE(done().chunksLaidOut, qint64(rows) + 12);
+        EXPECT_LE(done().unitsShaped, (qint64(rows) + 12) * LineChunks::chunkLength);
+        for (const int width : {700, 801}) {
+            WorkDone resized(harness);
+            harness.view.resize(width, 400);
+            EXPECT_LE(resized().unitsShaped, (qint64(rows) + 12) * LineChunks::chunkLength);
+        }
+    }
+}
+
 TEST_P(LongLineWork, resizingLaysOutWhatIsInSight)
 {
     ViewHarness harness(repeated(QStringLiteral("{\"key\": 12345}, "), 3'000'000));
