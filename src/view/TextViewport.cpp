@@ -33,9 +33,15 @@ const std::vector<TextViewport::VisibleRow>& TextViewport::rows()
 
 void TextViewport::invalidateWidths()
 {
+    forgetWidths();
+    invalidate();
+}
+
+void TextViewport::forgetWidths()
+{
     m_widestSeen = 0;
     m_leftmostSeen = 0;
-    invalidate();
+    m_longestSeen = 0;
 }
 
 void TextViewport::followEdit(const TextChange& change)
@@ -54,7 +60,7 @@ void TextViewport::followEdit(const TextChange& change)
         m_top.offset = std::min(mapped(m_top.offset, change), text.length());
     }
     if (!change.replaced.isEmpty())
-        m_widestSeen = m_leftmostSeen = 0; // they may have gone
+        forgetWidths(); // they may have gone
     invalidate();
 }
 
@@ -268,24 +274,48 @@ void TextViewport::scrollToY(qint64 y)
 
 // Scrolling sideways
 
+void TextViewport::noteWidths()
+{
+    rows();
+    if (std::exchange(m_widthsNoted, true))
+        return;
+    for (const VisibleRow& visible : rows()) {
+        const TextGeometry::Edges edges = m_geometry.edgesOf(visible.row);
+        m_widestSeen = std::max(m_widestSeen, edges.right);
+        m_leftmostSeen = std::min(m_leftmostSeen, edges.left);
+        m_longestSeen = std::max(m_longestSeen, visible.row.content.length);
+    }
+}
+
+/// How wide the longest line is by its length, where that is all that is known of it, and it is
+/// written as asked; else 0.
+double TextViewport::estimatedReach(bool rightToLeft)
+{
+    const TextSnapshot& text = m_geometry.text();
+    const double reach = double(text.longestLine()) * m_geometry.font().advance();
+    if (text.longestLine() <= m_longestSeen || reach <= m_geometry.rightEdge())
+        return 0;
+    m_longest.follow(text);
+    return m_longest.isRightToLeft() == rightToLeft ? reach : 0;
+}
+
 double TextViewport::contentWidth()
 {
     if (m_geometry.wraps())
         return 0;
-    for (const VisibleRow& visible : rows())
-        m_widestSeen = std::max(m_widestSeen, m_geometry.edgesOf(visible.row).right);
-    const double longest = double(m_geometry.text().longestLine()) * m_geometry.font().advance();
+    noteWidths();
     // Room for a caret behind the last character.
-    return std::max(longest, m_widestSeen) + 2 * textMargin;
+    return std::max(estimatedReach(false), m_widestSeen) + 2 * textMargin;
 }
 
 double TextViewport::minimumX()
 {
     if (m_geometry.wraps())
         return 0;
-    for (const VisibleRow& visible : rows())
-        m_leftmostSeen = std::min(m_leftmostSeen, m_geometry.edgesOf(visible.row).left);
-    return std::floor(m_leftmostSeen);
+    noteWidths();
+    const double reach = estimatedReach(true);
+    const double left = reach > 0 ? m_geometry.rightEdge() - reach : 0;
+    return std::floor(std::min(left, m_leftmostSeen));
 }
 
 void TextViewport::scrollToX(double x)
@@ -296,6 +326,7 @@ void TextViewport::scrollToX(double x)
 bool TextViewport::settle()
 {
     const double left = m_scrollX;
+    m_widthsNoted = false; // of a long line, more may become known
     for (const VisibleRow& visible : rows())
         m_geometry.forEachSegment(visible.row, m_scrollX - textMargin, m_scrollX + m_size.width(),
                                   [](const auto&) {});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "text/Selection.h"
+#include "view/LongestLine.h"
 #include "view/TextGeometry.h"
 
 #include <QRect>
@@ -36,7 +37,11 @@ public:
     /// The rows that are wholly or partly in sight, from the top; at least one.
     const std::vector<VisibleRow>& rows();
     /// Forgets the rows, which an edit or another layout made wrong.
-    void invalidate() { m_rows.clear(); }
+    void invalidate()
+    {
+        m_rows.clear();
+        m_widthsNoted = false;
+    }
     /// The same where the widths of rows are others, too.
     void invalidateWidths();
     /// To be called after the geometry followed the edit.
@@ -104,6 +109,9 @@ private:
     bool isAtEnd();
     int roomBelow() const;
     void showSideways(double x);
+    void noteWidths();
+    void forgetWidths();
+    double estimatedReach(bool rightToLeft);
     double estimatedRow(TextOffset offset) const;
     TextOffset offsetOfEstimatedRow(double row) const;
     double unitsPerRow() const;
@@ -117,8 +125,11 @@ private:
     qsizetype m_lineCount = 0;    ///< of the text then
     bool m_scrollsPastEnd = false;
     double m_scrollX = 0;
+    LongestLine m_longest;
     double m_widestSeen = 0;
     double m_leftmostSeen = 0;
+    TextOffset m_longestSeen = 0;   ///< units of a line whose width is known
+    bool m_widthsNoted = false;     ///< of the rows in sight
     std::vector<VisibleRow> m_rows; ///< empty when not known
 };
 

@@ -217,6 +217,34 @@ TEST(ScrollBars, doNotCoverTheCaretsRowWhenTheyAppear)
     EXPECT_TRUE(harness.view.viewport()->rect().contains(harness.view.caretRect()));
 }
 
+TEST(Scrolling, theHorizontalBarFollowsTheSideToWhichTheLongestLineRuns)
+{
+    const QString latin = QStringLiteral("one ").repeated(100);
+    const QString hebrew = QStringLiteral("\u05e9\u05dc\u05d5\u05dd ").repeated(100);
+    const QString below = QStringLiteral("\n").repeated(100);
+    for (const auto& [longest, text] : {std::pair<QString, QString>(hebrew, hebrew + below),
+                                        {hebrew, below + hebrew},
+                                        {latin, latin + below},
+                                        {latin, below + latin}}) {
+        ViewHarness harness(text);
+        const QScrollBar& bar = *harness.view.horizontalScrollBar();
+        ASSERT_TRUE(bar.isVisible());
+        // The bar's extent goes in steps of a quarter of the page.
+        const int step = harness.view.viewport()->width() / 4;
+        const auto roomBeside = [&, rightToLeft = longest == hebrew] {
+            return rightToLeft ? bar.maximum() - bar.value() : bar.value();
+        };
+        EXPECT_LT(roomBeside(), step);
+        EXPECT_GT(bar.maximum(), 1000);
+        // The same once the line was in sight.
+        const int unseen = bar.maximum();
+        harness.view.scrollBy(0, text == below + longest ? 100'000 : 0);
+        harness.settle();
+        EXPECT_LT(roomBeside(), step);
+        EXPECT_NEAR(bar.maximum(), unseen, unseen / 2);
+    }
+}
+
 TEST(Resizing, leavesTheTextAtTheTopInItsPlace)
 {
     QString text;
