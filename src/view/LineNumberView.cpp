@@ -239,18 +239,21 @@ void LineNumberView::drawHashMarksAndLabelsInRect(QPainter& painter, const QRect
 {
     painter.fillRect(rect, m_look.backgroundColor.value_or(palette().color(QPalette::Window)));
     painter.fillRect(width() - 1, rect.top(), 1, rect.height(), separatorColour);
+    std::vector<NumberFont::Placed> plain;
+    std::vector<NumberFont::Placed> marked;
     for (const Label& label : labels()) {
         if (!label.row.intersects(rect))
             continue;
         const LineNumberMarker* marker = markerAtLine(label.line);
         if (marker)
             drawMarker(painter, *marker, label.row);
-        const TextAttributes attributes = marker ? markerTextAttributes() : textAttributes();
-        painter.setFont(attributes.font);
-        painter.setPen(attributes.color);
-        painter.drawText(QPointF(label.rect.x(), label.baseline),
-                         QString::number(label.line.value() + 1));
+        (marker ? marked : plain)
+            .push_back({label.line.value() + 1, QPointF(label.rect.x(), label.baseline)});
     }
+    painter.setPen(m_look.textColor);
+    m_font.draw(painter, plain);
+    painter.setPen(m_look.alternateTextColor);
+    m_font.draw(painter, marked);
     painter.drawTiledPixmap(this->rect(), grainTile(devicePixelRatioF()));
 }
 

@@ -1,7 +1,11 @@
 #pragma once
 
 #include <QFont>
+#include <QRawFont>
 #include <array>
+#include <span>
+
+class QPainter;
 
 namespace quillory {
 
@@ -26,8 +30,19 @@ public:
     /// Of so many digits "8".
     double widthOfDigits(int count) const { return m_digits[8] * count; }
 
+    struct Placed
+    {
+        qsizetype number;
+        QPointF baseline; ///< where its first digit begins
+    };
+    /// Paints \a numbers in the painter's pen, all in one go: a page of them is shaped no more
+    /// often than their ten digits.
+    void draw(QPainter& painter, std::span<const Placed> numbers) const;
+
 private:
     QFont m_font;
+    QRawFont m_rawFont;
+    QList<quint32> m_glyphs; ///< of the ten digits; empty where the font has none of its own
     double m_height;
     double m_ascent;
     std::array<double, 10> m_digits; ///< widths
