@@ -122,8 +122,10 @@ std::vector<DefinitionFault> prepareColoring(const Definition& definition,
     prepareWords(definition, options, state);
     prepareDelimiters(definition, state);
     state.colorNumbers = definition.flag("colorNumbers"_L1).value_or(false);
-    const auto patternFaults = prepareRegularExpressions(definition, options, state);
-    faults.insert(faults.end(), patternFaults.begin(), patternFaults.end());
+    if (definition.title() != Definition::plainText) { // which is never coloured
+        const auto patternFaults = prepareRegularExpressions(definition, options, state);
+        faults.insert(faults.end(), patternFaults.begin(), patternFaults.end());
+    }
     if (!state.functionDefinition.isEmpty())
         (void)compiled(state.functionDefinition, definition, "functionDefinition"_L1, faults);
     return faults;

@@ -31,7 +31,9 @@ QColor blended(const QColor& a, const QColor& b, float share)
 QFont LineNumberLook::defaultFont()
 {
     QFont font = QFontDatabase::systemFont(QFontDatabase::SmallestReadableFont);
-    font.setPointSizeF(std::min(miniSize, QFontInfo(font).pointSizeF()));
+    // The font itself is loaded only where its size is told in pixels.
+    const double size = font.pointSizeF() > 0 ? font.pointSizeF() : QFontInfo(font).pointSizeF();
+    font.setPointSizeF(std::min(miniSize, size));
     return font;
 }
 
