@@ -120,8 +120,10 @@ void PdfPanel::load(const QString& path)
             return read;
         },
         [this](const Read& read) {
-            if (read.number == m_reading)
-                take(read);
+            if (read.number != m_reading)
+                return;
+            take(read);
+            Q_EMIT loaded();
         });
 }
 
@@ -160,7 +162,6 @@ void PdfPanel::take(const Read& read)
         m_bar->show();
         showPage();
     }
-    Q_EMIT loaded();
 }
 
 void PdfPanel::tellNote(const QString& note)
