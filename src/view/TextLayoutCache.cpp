@@ -9,6 +9,15 @@ namespace {
 constexpr int layoutCost = 64;
 constexpr int maximumCost = 96 * 1024;
 
+/// How \a text is to be laid out, which is counted.
+LineLayout::Style counted(const QString& text, const TextLayoutCache::Style& style,
+                          double wrapWidth, WorkCounters& counters)
+{
+    ++(style.isChunk ? counters.chunksLaidOut : counters.linesLaidOut);
+    counters.unitsShaped += text.size();
+    return {wrapWidth, style.direction, style.tabPhase};
+}
+
 } // namespace
 
 TextLayoutCache::TextLayoutCache(TextFont font) : m_font(std::move(font)), m_layouts(maximumCost) {}
@@ -48,7 +57,8 @@ int TextLayoutCache::layoutOfFullRows(const QString& text, const Style& style)
 
 std::shared_ptr<LineLayout> TextLayoutCache::laidOut(const QString& text, const Style& style)
 {
-    return std::shared_ptr<LineLayout>(new LineLayout(passingLayout(text, style)));
+    return std::make_shared<LineLayout>(text, m_font,
+                                        counted(text, style, m_wrapWidth, m_counters));
 }
 
 void TextLayoutCache::keep(const Key& key, const std::shared_ptr<LineLayout>& layout)
@@ -59,9 +69,7 @@ void TextLayoutCache::keep(const Key& key, const std::shared_ptr<LineLayout>& la
 
 LineLayout TextLayoutCache::passingLayout(const QString& text, const Style& style)
 {
-    ++(style.isChunk ? m_counters.chunksLaidOut : m_counters.linesLaidOut);
-    m_counters.unitsShaped += text.size();
-    return {text, m_font, LineLayout::Style{m_wrapWidth, style.direction, style.tabPhase}};
+    return {text, m_font, counted(text, style, m_wrapWidth, m_counters)};
 }
 
 } // namespace quillory
