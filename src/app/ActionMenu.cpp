@@ -13,8 +13,8 @@ namespace quillory {
 namespace {
 
 constexpr int longestTitle = 80; // characters
-constexpr int toolTipLines = 24;
-constexpr int toolTipColumns = 100;
+constexpr qsizetype toolTipLines = 24;
+constexpr qsizetype toolTipColumns = 100;
 
 QString titleOf(const ActionEntry& entry)
 {
