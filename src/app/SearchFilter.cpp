@@ -63,8 +63,14 @@ void SearchFilter::setRows(const QStringList& rows)
     for (const QString& row : rows)
         m_folded.append(row.toCaseFolded());
     m_typed.clear();
-    m_found.resize(size_t(rows.size()));
-    std::iota(m_found.begin(), m_found.end(), 0);
+    listAll();
+}
+
+void SearchFilter::listAll()
+{
+    m_candidates.resize(size_t(m_folded.size()));
+    std::iota(m_candidates.begin(), m_candidates.end(), 0);
+    m_found = m_candidates;
 }
 
 const std::vector<int>& SearchFilter::find(const QString& typed)
@@ -72,25 +78,29 @@ const std::vector<int>& SearchFilter::find(const QString& typed)
     const QString folded = typed.toCaseFolded();
     if (folded == m_typed)
         return m_found;
-    if (!folded.startsWith(m_typed)) {
-        m_found.resize(size_t(m_folded.size()));
-        std::iota(m_found.begin(), m_found.end(), 0);
-    }
+    if (!folded.startsWith(m_typed))
+        listAll();
     m_typed = folded;
     const QList<QStringView> words = QStringView(folded).split(u' ', Qt::SkipEmptyParts);
     if (words.isEmpty())
         return m_found;
 
     std::vector<std::pair<int, int>> ranked; // the row second, so that equals keep their order
-    ranked.reserve(m_found.size());
-    for (const int row : m_found) {
+    ranked.reserve(m_candidates.size());
+    for (const int row : m_candidates) {
         if (const std::optional<int> found = rank(m_folded[row], folded, words))
             ranked.emplace_back(*found, row);
     }
     std::sort(ranked.begin(), ranked.end());
-    m_found.resize(ranked.size());
-    std::transform(ranked.begin(), ranked.end(), m_found.begin(),
+    m_candidates.resize(ranked.size());
+    std::transform(ranked.begin(), ranked.end(), m_candidates.begin(),
                    [](const auto& entry) { return entry.second; });
+    const auto whole =
+        std::partition_point(ranked.begin(), ranked.end(),
+                             [](const auto& entry) { return entry.first < scattered; }) -
+        ranked.begin();
+    m_found.assign(m_candidates.begin(),
+                   whole > 0 ? m_candidates.begin() + whole : m_candidates.end());
     return m_found;
 }
 

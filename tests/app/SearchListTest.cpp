@@ -58,8 +58,8 @@ TEST_F(SearchListTest, FindsTheBestRowsFirst)
     filter.setRows(rows);
     for (const Case& c : std::vector<Case>{{"", {0, 1, 2, 3, 4, 5}},
                                            {"  ", {0, 1, 2, 3, 4, 5}},
-                                           {"LINE", {2, 1, 0, 3, 5}},
-                                           {"line ()", {2, 1, 0}},
+                                           {"LINE", {2, 1, 0, 3}},
+                                           {"line ()", {2, 1}},
                                            {"() line", {2, 1}},
                                            {"gtl", {0}},
                                            {"GRÖSS", {}},
