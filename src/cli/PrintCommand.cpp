@@ -16,7 +16,7 @@ QString editorPath()
 {
     const QString folder = QCoreApplication::applicationDirPath();
     for (const char* place : {"/quillory", "/../app/quillory"}) {
-        const QString path = folder + QLatin1StringView(place);
+        QString path = folder + QLatin1StringView(place);
         if (QFileInfo(path).isExecutable())
             return path;
     }
