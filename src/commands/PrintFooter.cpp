@@ -18,8 +18,11 @@ QString translate(const char* text)
 PrintFooter PrintFooter::from(const UserDefaults& defaults)
 {
     PrintFooter footer;
-    footer.title = defaults.value(keys::footerTitle);
-    footer.author = defaults.value(keys::footerAuthor);
+    const auto written = [&](const DefaultsKey<QString>& key) {
+        return defaults.isWritten(key) ? defaults.value(key) : QStringLiteral("(null)");
+    };
+    footer.title = written(keys::footerTitle);
+    footer.author = written(keys::footerAuthor);
     footer.includesTitle = defaults.value(keys::footerIncludeTitle);
     footer.includesAuthor = defaults.value(keys::footerIncludeAuthor);
     const int numbers = defaults.value(keys::prefsPrintNumbers);

@@ -11,8 +11,8 @@ struct PrintFooter
 {
     static constexpr int fontSize = 9; ///< points
 
-    QString title;  ///< empty for none
-    QString author; ///< empty for none
+    QString title; ///< "(null)" where none was ever written; so is the author
+    QString author;
     bool includesTitle = false;
     bool includesAuthor = false;
     bool includesNumber = false;

@@ -19,9 +19,10 @@ TEST_F(PrintFooterTest, isMadeOfWhatTheUserAsksFor)
 {
     EXPECT_EQ(PrintFooter::from(defaults).text(2, 5), QString());
 
+    defaults.setValue(keys::footerIncludeTitle, true);
+    EXPECT_EQ(PrintFooter::from(defaults).text(2, 5), QStringLiteral("(null) | "));
     defaults.setValue(keys::footerTitle, QStringLiteral("Notes"));
     defaults.setValue(keys::footerAuthor, QStringLiteral("Ann"));
-    defaults.setValue(keys::footerIncludeTitle, true);
     EXPECT_EQ(PrintFooter::from(defaults).text(2, 5), QStringLiteral("Notes | "));
     defaults.setValue(keys::footerIncludeAuthor, true);
     defaults.setValue(keys::prefsPrintNumbers, 1);
