@@ -227,13 +227,8 @@ void CommandExecution::sendToServer(const CommandItem& item)
     const std::optional<TextSnapshot> text = textFor(item);
     if (!text)
         return;
-    const QString url = item.string.value_or(QString());
-    if (!item.sendAsData && url.contains(placeholders::text) && text->length() > longestArgument) {
-        tell(tr("The text is too long for an address. Select a part of it."));
-        return;
-    }
-    whenTrusted(item, [this, item, url, text] {
-        m_surroundings.urlRequestWithURL(url, *text, item.sendAsData);
+    whenTrusted(item, [this, item, text] {
+        m_surroundings.urlRequestWithURL(item.string.value_or(QString()), *text, item.sendAsData);
     });
 }
 

@@ -257,8 +257,6 @@ TEST(CommandExecution, TellsWhatCannotBeDone)
          "open https://a.org/%E9"},
         {tooLong + "|", item(4, "https://a.org/TEXTORCODE"), StringEncoding::utf8,
          "alert Error! The text is too long for an address. Select a part of it."},
-        {tooLong + "|", item(5, "https://a.org/TEXTORCODE"), StringEncoding::utf8,
-         "alert Error! The text is too long for an address. Select a part of it."},
         {tooLong + "|", item(6, "/bin/echo TEXTORCODEASSSTRING"), StringEncoding::utf8,
          "alert Error! The text is too long for a command line. Use TEXTORCODEASFILE in the "
          "command, or select a part of the text."},
