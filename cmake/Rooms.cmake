@@ -20,8 +20,7 @@ function(quillory_tests room)
   list(FILTER sources EXCLUDE REGEX "/golden/") # samples to be coloured, not to be built
   add_executable(${room}_tests ${sources})
   target_link_libraries(${room}_tests PRIVATE quillory_test_support ${ARG_LINKS})
-  target_compile_definitions(${room}_tests PRIVATE
-    QUILLORY_SOURCE_DIR="${PROJECT_SOURCE_DIR}" QUILLORY_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  target_precompile_headers(${room}_tests REUSE_FROM quillory_test_support)
   gtest_discover_tests(${room}_tests
     TEST_PREFIX ${room}. NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
     PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8" TIMEOUT 900)

@@ -1,4 +1,5 @@
 #include "AppFixture.h"
+#include "support/Folders.h"
 
 #include "app/SaveFlow.h"
 #include "document/Document.h"

@@ -1,4 +1,5 @@
 #include "cli/Cli.h"
+#include "support/Folders.h"
 
 #include <QBuffer>
 #include <QDir>

@@ -1,4 +1,5 @@
 #include "commands/ServerRequests.h"
+#include "support/Folders.h"
 
 #include <QLocale>
 #include <QPointer>

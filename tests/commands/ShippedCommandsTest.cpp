@@ -3,6 +3,7 @@
 #include "commands/CommandTrust.h"
 #include "commands/ExternalPrograms.h"
 #include "editing/QPTextView.h"
+#include "support/Folders.h"
 #include "syntax/PropertyListFolder.h"
 
 #include <QDir>

@@ -7,6 +7,7 @@
 #include "foundation/ApplicationFolders.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/UserDefaults.h"
+#include "support/Folders.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,5 @@
 #include "document/DocumentFixture.h"
+#include "support/Folders.h"
 
 #include "document/CharsetProbe.h"
 #include "document/DocumentWindowHost.h"

@@ -1,4 +1,5 @@
 #include "editing/ChangeTracking.h"
+#include "support/Folders.h"
 
 #include "MarkedEditor.h"
 #include "foundation/ApplicationFolders.h"

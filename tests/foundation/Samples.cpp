@@ -1,4 +1,5 @@
 #include "Samples.h"
+#include "support/Folders.h"
 
 #include "foundation/PropertyListScalars.h"
 #include "foundation/XmlPropertyListWriter.h"

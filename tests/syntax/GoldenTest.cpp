@@ -1,3 +1,4 @@
+#include "support/Folders.h"
 #include "syntax/ColouringPreparation.h"
 #include "syntax/DefinitionList.h"
 #include "syntax/RoleLetters.h"

@@ -1,3 +1,4 @@
+#include "support/Folders.h"
 #include "syntax/Theme.h"
 
 #include "foundation/PropertyListReader.h"

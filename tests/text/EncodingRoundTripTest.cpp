@@ -1,3 +1,4 @@
+#include "support/Folders.h"
 #include "text/ByteTable.h"
 #include "text/EncodingTable.h"
 #include "text/TextDecoder.h"

@@ -1,4 +1,5 @@
 #include "editing/spelling/SpellingWords.h"
+#include "support/Folders.h"
 
 #include "foundation/ApplicationFolders.h"
 #include "foundation/UserDefaults.h"
