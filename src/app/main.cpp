@@ -65,7 +65,7 @@ int main(int argc, char* argv[])
 
     QCoreApplication::setApplicationName(QStringLiteral("Quillory"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLORY_VERSION));
-    QGuiApplication::setDesktopFileName(QStringLiteral("quillory"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.quillory.Quillory"));
     QApplication qtApplication(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
 
