@@ -27,6 +27,11 @@ constexpr CliCommand commands[] = {
      QLatin1StringView("[--definition TITLE|FILE] [--format text|json] FILE"),
      QLatin1StringView("List the functions of a file, as its definition describes them."),
      runFunctions},
+    {QLatin1StringView("statistics"),
+     QLatin1StringView("[--range LOCATION,LENGTH] [--format text|json] FILE"),
+     QLatin1StringView("Count the characters, words and lines of a file."), runStatistics},
+    {QLatin1StringView("sniff"), QLatin1StringView("[--format text|json] FILE"),
+     QLatin1StringView("Guess a file's encoding; the likeliest comes first."), runSniff},
 };
 
 void printHelp(QTextStream& out)

@@ -40,6 +40,8 @@ ExitStatus runPrint(const QStringList& arguments, const CliStreams& streams);
 ExitStatus runTransform(const QStringList& arguments, const CliStreams& streams);
 ExitStatus runHighlight(const QStringList& arguments, const CliStreams& streams);
 ExitStatus runFunctions(const QStringList& arguments, const CliStreams& streams);
+ExitStatus runSniff(const QStringList& arguments, const CliStreams& streams);
+ExitStatus runStatistics(const QStringList& arguments, const CliStreams& streams);
 
 /// Says what is wrong with the arguments of \a command and how to learn more.
 ExitStatus usageError(const CliStreams& streams, QLatin1StringView command, const QString& what);

@@ -59,4 +59,20 @@ TextSnapshot textOfFile(const QString& path)
     return *file.text;
 }
 
+TextRange rangeIn(const TextSnapshot& text, const QString& value)
+{
+    const QStringList parts = value.split(u',');
+    bool isLocation = false;
+    bool isLength = false;
+    const TextRange range{parts.value(0).toLongLong(&isLocation),
+                          parts.value(1).toLongLong(&isLength)};
+    if (parts.size() != 2 || !isLocation || !isLength || range.location < 0 || range.length < 0 ||
+        range.location > text.length() || range.length > text.length() - range.location)
+        throw Refusal{ExitStatus::Usage,
+                      QStringLiteral("--range takes LOCATION,LENGTH in UTF-16 code units, inside "
+                                     "the text, which has %1")
+                          .arg(text.length())};
+    return range;
+}
+
 } // namespace quillory

@@ -43,4 +43,7 @@ private:
 /// The text of the file at \a path; refuses what cannot be read, or decoded.
 TextSnapshot textOfFile(const QString& path);
 
+/// The range of \a text that \a value, "LOCATION,LENGTH", names; refuses others.
+TextRange rangeIn(const TextSnapshot& text, const QString& value);
+
 } // namespace quillory

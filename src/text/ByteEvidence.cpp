@@ -6,8 +6,6 @@
 
 #include <QRegularExpression>
 #include <QtEndian>
-#include <memory>
-#include <unicode/ucsdet.h>
 
 namespace quillory {
 
@@ -85,26 +83,6 @@ bool hasHzShifts(QByteArrayView bytes)
     return hasShifted && !isShifted;
 }
 
-/// The beginning of \a bytes, and lines with bytes above 0x7F from all over them. Lines are whole
-/// where they are not too long, since no multi-byte encoding has a line break inside a character.
-QByteArray sampleFor(QByteArrayView bytes)
-{
-    constexpr qsizetype stretches = 64;
-    constexpr qsizetype stretchBytes = sampleBytes / stretches;
-    if (bytes.size() <= sampleBytes)
-        return bytes.toByteArray();
-    QByteArray sample = beginning(bytes, stretchBytes).toByteArray();
-    for (qsizetype at = stretchBytes; at < bytes.size();) {
-        at += asciiPrefixLength(bytes.sliced(at));
-        const qsizetype back = std::max<qsizetype>(0, at - stretchBytes / 2);
-        const qsizetype lineStart = bytes.sliced(back, at - back).lastIndexOf('\n');
-        sample += '\n';
-        sample += beginning(bytes.sliced(lineStart < 0 ? at : back + lineStart + 1), stretchBytes);
-        at += bytes.size() / stretches;
-    }
-    return sample;
-}
-
 } // namespace
 
 StringEncoding utf16WithZeroBytes(QByteArrayView bytes)
@@ -168,26 +146,22 @@ StringEncoding declaredEncoding(QByteArrayView bytes)
     return encodingForIanaName(declaration.match(start).capturedView(1));
 }
 
-QList<StringEncoding> likelyEncodings(QByteArrayView bytes)
+QByteArray sampleOf(QByteArrayView bytes)
 {
-    constexpr int leastConfidence = 11; // of 100; 10 is for what ICU merely can not rule out
-    const QByteArray sample = sampleFor(bytes);
-    UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<UCharsetDetector, decltype(&ucsdet_close)> detector(ucsdet_open(&status),
-                                                                              &ucsdet_close);
-    ucsdet_setText(detector.get(), sample.constData(), int32_t(sample.size()), &status);
-    int32_t count = 0;
-    const UCharsetMatch** matches = ucsdet_detectAll(detector.get(), &count, &status);
-    QList<StringEncoding> result;
-    for (int32_t i = 0; U_SUCCESS(status) && i < count; ++i) {
-        if (ucsdet_getConfidence(matches[i], &status) < leastConfidence)
-            break;
-        const auto name = QString::fromLatin1(ucsdet_getName(matches[i], &status));
-        const StringEncoding encoding = encodingForIanaName(name);
-        if (encoding != StringEncoding::none)
-            result.append(encoding);
+    constexpr qsizetype stretches = 16;
+    constexpr qsizetype stretchBytes = 256;
+    if (bytes.size() <= stretches * stretchBytes)
+        return bytes.toByteArray();
+    QByteArray sample = beginning(bytes, stretchBytes).toByteArray();
+    for (qsizetype at = stretchBytes; at < bytes.size();) {
+        at += asciiPrefixLength(bytes.sliced(at));
+        const qsizetype back = std::max<qsizetype>(0, at - stretchBytes / 2);
+        const qsizetype lineStart = bytes.sliced(back, at - back).lastIndexOf('\n');
+        sample += '\n';
+        sample += beginning(bytes.sliced(lineStart < 0 ? at : back + lineStart + 1), stretchBytes);
+        at += bytes.size() / stretches;
     }
-    return result;
+    return sample;
 }
 
 } // namespace quillory

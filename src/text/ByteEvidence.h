@@ -4,7 +4,6 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
-#include <QList>
 
 namespace quillory {
 
@@ -28,7 +27,9 @@ bool lookLikeBinary(QByteArrayView bytes);
 /// The encoding that \a bytes themselves declare near their beginning; or none.
 StringEncoding declaredEncoding(QByteArrayView bytes);
 
-/// The encodings that ICU's statistics find, the likeliest first.
-QList<StringEncoding> likelyEncodings(QByteArrayView bytes);
+/// The beginning of \a bytes, and lines with bytes above 0x7F from all over them; all of them where
+/// they are few. Lines are whole where they are not too long, since no multi-byte encoding has a
+/// line break inside a character.
+QByteArray sampleOf(QByteArrayView bytes);
 
 } // namespace quillory

@@ -2,6 +2,7 @@
 
 #include "text/ByteEvidence.h"
 #include "text/EncodingNames.h"
+#include "text/EncodingRanking.h"
 #include "text/EncodingTable.h"
 #include "text/TextDecoder.h"
 
@@ -42,6 +43,29 @@ StringEncoding plausible(StringEncoding encoding)
     return isWide(encoding) ? StringEncoding::none : encoding;
 }
 
+/// What the bytes may be by how plausible they are as text; the likeliest first, and none that is
+/// far less likely. None at all where the likeliest has faults: then nothing speaks for those that
+/// have none.
+std::vector<StringEncoding> likelyEncodings(QByteArrayView bytes)
+{
+    constexpr double farLess = 50; // in the logarithm
+    std::vector<StringEncoding> candidates;
+    for (const EncodingInfo& info : knownEncodings()) {
+        if (plausible(info.encoding) == info.encoding)
+            candidates.push_back(info.encoding);
+    }
+    EncodingRanking ranking(candidates);
+    ranking.take(bytes);
+    const std::vector<RankedEncoding> ranked = ranking.ranked();
+    std::vector<StringEncoding> likely;
+    for (const RankedEncoding& each : ranked) {
+        if (each.errors > 0 || each.plausibility < ranked.front().plausibility - farLess)
+            break;
+        likely.push_back(each.encoding);
+    }
+    return likely;
+}
+
 } // namespace
 
 DetectedText detectEncoding(const ByteBuffer& bytes, QByteArrayView textEncodingAttribute,
@@ -68,7 +92,7 @@ DetectedText detectEncoding(const ByteBuffer& bytes, QByteArrayView textEncoding
     if (isIt(plausible(declaredEncoding(view))))
         return result;
     for (const StringEncoding encoding : likelyEncodings(view)) {
-        if (isIt(plausible(encoding)))
+        if (isIt(encoding))
             return result;
     }
     if (!isIt(StringEncoding::windowsLatin1))

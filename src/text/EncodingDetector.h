@@ -35,7 +35,7 @@ struct KnownText
 ///  4. complete escape sequences of ISO-2022-JP, ISO-2022-KR or HZ
 ///  5. UTF-8, and so ASCII
 ///  6. a name declared in the first kilobyte, as XML, HTML and many editors write it
-///  7. ICU's statistics of samples
+///  7. the encodings in which samples are the most plausible (EncodingRanking)
 ///  8. Windows Latin 1, then ISO Latin 1
 ///
 /// From step 6 on, bytes with zero bytes or many control characters are taken for no text.

@@ -342,5 +342,58 @@ TEST_F(CliTest, ListsFunctions)
     EXPECT_EQ(functions({write("bytes.py", QByteArray(300, '\0') + "\x01\xff\xfe\x80")}), 1);
 }
 
+TEST_F(CliTest, StatisticsCountsAFileOrARangeOfIt)
+{
+    const QString file = write("a.txt", "a, b\r\n"
+                                        "caf\xC3\xA9 1,000\n");
+    const auto told = [&](const QStringList& options) {
+        EXPECT_EQ(run(QStringList(QStringLiteral("statistics")) + options + QStringList(file)), 0)
+            << error.toStdString();
+        return QJsonDocument::fromJson(out.toUtf8()).object();
+    };
+    const auto counts = [](int characters, int withoutSpaces, int words, const QJsonValue& lines) {
+        return QJsonObject{{QStringLiteral("characters"), characters},
+                           {QStringLiteral("charactersWithoutSpaces"), withoutSpaces},
+                           {QStringLiteral("words"), words},
+                           {QStringLiteral("lines"), lines}};
+    };
+    const QStringList json{QStringLiteral("--format"), QStringLiteral("json")};
+    const auto range = [](const char* value) {
+        return QStringList{QStringLiteral("--range"), QString::fromLatin1(value)};
+    };
+    EXPECT_EQ(told(json), counts(17, 15, 4, 3));
+    EXPECT_EQ(told(json + range("3,5")), counts(5, 5, 2, QJsonValue()));
+    EXPECT_EQ(told(json + range("17,0")), counts(0, 0, 0, QJsonValue()));
+    told({});
+    EXPECT_EQ(out, u"Characters:     17\nWithout spaces: 15\nWords:          4\n"
+                   u"Lines:          3\n");
+    told(range("0,4"));
+    EXPECT_EQ(out, u"Characters:     4\nWithout spaces: 3\nWords:          2\n");
+    for (const char* wrong : {"", "3", "0,18", "-1,2", "a,b", "1,2,3"})
+        EXPECT_EQ(run(QStringList(QStringLiteral("statistics")) + range(wrong) + QStringList(file)),
+                  2)
+            << wrong;
+    EXPECT_EQ(run({QStringLiteral("statistics"), path("none.txt")}), 1);
+}
+
+TEST_F(CliTest, SniffRanksEncodings)
+{
+    const QString file = write("a.txt", "\xF0\xD2\xC9\xD7\xC5\xD4, \xCD\xC9\xD2!");
+    EXPECT_EQ(run({QStringLiteral("sniff"), file}), 0);
+    EXPECT_TRUE(out.startsWith(u"2147486210 (Cyrillic (KOI8-R))\n")) << out.toStdString();
+    EXPECT_TRUE(out.contains(u"4 (Unicode (UTF-8)), 9 errors\n")) << out.toStdString();
+    EXPECT_EQ(
+        run({QStringLiteral("sniff"), QStringLiteral("--format"), QStringLiteral("json"), file}),
+        0);
+    const QJsonArray list = QJsonDocument::fromJson(out.toUtf8()).array();
+    EXPECT_EQ(list.first().toObject(),
+              (QJsonObject{{QStringLiteral("encoding"), 2147486210LL},
+                           {QStringLiteral("encodingName"), QStringLiteral("Cyrillic (KOI8-R)")},
+                           {QStringLiteral("errors"), 0}}));
+    EXPECT_GT(list.size(), 50);
+    EXPECT_EQ(run({QStringLiteral("sniff"), path("none.txt")}), 1);
+    EXPECT_TRUE(error.contains(QStringLiteral("none.txt"))) << error.toStdString();
+}
+
 } // namespace
 } // namespace quillory
