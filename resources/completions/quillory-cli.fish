@@ -1,5 +1,5 @@
 # Completes the arguments of quillory-cli in fish.
-set -l commands info convert transform print definitions highlight functions
+set -l commands info convert transform print definitions highlight functions statistics sniff
 
 function __quillory_cli_command
     __fish_seen_subcommand_from $argv
@@ -15,8 +15,10 @@ complete -c quillory-cli -n "not __quillory_cli_command $commands" -a print -d '
 complete -c quillory-cli -n "not __quillory_cli_command $commands" -a definitions -d 'List the installed definitions'
 complete -c quillory-cli -n "not __quillory_cli_command $commands" -a highlight -d 'Write in colours'
 complete -c quillory-cli -n "not __quillory_cli_command $commands" -a functions -d 'List the functions'
+complete -c quillory-cli -n "not __quillory_cli_command $commands" -a statistics -d 'Count characters, words and lines'
+complete -c quillory-cli -n "not __quillory_cli_command $commands" -a sniff -d 'Guess the encoding'
 
-complete -c quillory-cli -n '__quillory_cli_command info definitions functions' -l format -x -a 'text json' -d 'Form of the answer'
+complete -c quillory-cli -n '__quillory_cli_command info definitions functions statistics sniff' -l format -x -a 'text json' -d 'Form of the answer'
 complete -c quillory-cli -n '__quillory_cli_command highlight' -l format -x -a 'ansi html json' -d 'Form of the answer'
 complete -c quillory-cli -n '__quillory_cli_command convert' -l from -x -d 'Encoding of the file'
 complete -c quillory-cli -n '__quillory_cli_command convert' -l encoding -x -d 'Encoding to write'
@@ -27,5 +29,5 @@ complete -c quillory-cli -n '__quillory_cli_command print' -l line-numbers -d 'P
 complete -c quillory-cli -n '__quillory_cli_command print' -l colours -d 'Print in colours'
 complete -c quillory-cli -n '__quillory_cli_command highlight functions' -l definition -r -d 'Title or file of the language'
 complete -c quillory-cli -n '__quillory_cli_command highlight' -l theme -r -d 'Name or file of the theme'
-complete -c quillory-cli -n '__quillory_cli_command highlight' -l range -x -d 'LOCATION,LENGTH in UTF-16 code units'
+complete -c quillory-cli -n '__quillory_cli_command highlight statistics' -l range -x -d 'LOCATION,LENGTH in UTF-16 code units'
 complete -c quillory-cli -n '__quillory_cli_command highlight' -l default -x -d 'KEY=VALUE of the user defaults'

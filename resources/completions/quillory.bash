@@ -30,7 +30,7 @@ _quillory_cli() {
     COMPREPLY=()
     if ((COMP_CWORD == 1)); then
         mapfile -t COMPREPLY < <(compgen -W \
-            "info convert transform print definitions highlight functions --help --version" \
+            "info convert transform print definitions highlight functions statistics sniff --help --version" \
             -- "$current")
         return
     fi
@@ -48,11 +48,12 @@ _quillory_cli() {
     --range | --default | --from | --encoding) return ;;
     esac
     case $command in
-    info | definitions) options="--format" ;;
+    info | definitions | sniff) options="--format" ;;
     convert) options="--from --encoding --line-breaks --as" ;;
     print) options="--line-numbers --colours" ;;
     highlight) options="--definition --theme --range --default --format" ;;
     functions) options="--definition --format" ;;
+    statistics) options="--range --format" ;;
     transform)
         if ((COMP_CWORD == 2)); then
             _quillory_words $'trim\nzap\nunwrap\nreformat' "$current"

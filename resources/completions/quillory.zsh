@@ -21,6 +21,8 @@ _quillory_cli() {
         'definitions:list the installed definitions'
         'highlight:write a file in the colours of its language'
         'functions:list the functions of a file'
+        'statistics:count characters, words and lines'
+        'sniff:guess the encoding of a file'
     )
     _arguments -C '--help[print the commands]' '--version[print the version]' \
         '1:command:->command' '*::argument:->argument'
@@ -28,7 +30,7 @@ _quillory_cli() {
     command) _describe command commands ;;
     argument)
         case $words[1] in
-        info) _arguments '--format[form of the answer]:form:(text json)' '*:file:_files' ;;
+        info | sniff) _arguments '--format[form of the answer]:form:(text json)' '*:file:_files' ;;
         convert)
             _arguments '--from[encoding of the file]:encoding:' \
                 '--encoding[encoding to write]:encoding:' \
@@ -46,6 +48,10 @@ _quillory_cli() {
                 '--theme[theme]:name or file:_files' \
                 '--range[part to write]:location,length:' '*--default[user default]:key=value:' \
                 '--format[form of the answer]:form:(ansi html json)' '*:file:_files'
+            ;;
+        statistics)
+            _arguments '--range[part to count]:location,length:' \
+                '--format[form of the answer]:form:(text json)' '*:file:_files'
             ;;
         functions)
             _arguments '--definition[language]:title or file:_files' \
