@@ -9,7 +9,7 @@ _quillory() {
     esac
     if [[ $current == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W \
-            "--line --print-to --line-numbers --colours --help --version" -- "$current")
+            "--line --wait --new-instance --print-to --line-numbers --colours --help --version" -- "$current")
     else
         compopt -o default
     fi

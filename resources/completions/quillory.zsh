@@ -3,6 +3,8 @@
 _quillory_editor() {
     _arguments -s \
         '--line[show this place of the first file]:line or line\:column:' \
+        '--wait[return when the windows of the files are closed]' \
+        '--new-instance[do not leave the files to the one that runs]' \
         '--print-to[print the file to a PDF file]:PDF file:_files -g "*.pdf"' \
         '--line-numbers[print the numbers of the lines]' \
         '--colours[print in colours]' \

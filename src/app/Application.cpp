@@ -1,5 +1,6 @@
 #include "app/Application.h"
 
+#include "app/HandoverServer.h"
 #include "app/HeadlessPrint.h"
 #include "app/MessageBar.h"
 #include "app/RenderToPng.h"
@@ -10,6 +11,7 @@
 #include <QIcon>
 #include <QPalette>
 #include <QProcessEnvironment>
+#include <QTimer>
 #include <algorithm>
 
 // A static library's resources are linked in only when they are asked for.
@@ -21,6 +23,8 @@ static void initialiseResources()
 namespace quillory {
 
 namespace {
+
+constexpr std::chrono::seconds patienceWithoutWindow{10};
 
 /// Waits for the first paint, which drawing the icon would delay.
 void setIcon()
@@ -70,7 +74,7 @@ Application::Application()
     installMessageAccessibility();
 }
 
-int Application::run(const StartOptions& line)
+int Application::run(const StartOptions& line, int listeningSocket)
 {
     if (line.action == StartOptions::Action::Print)
         return printToFile(m_environment, line);
@@ -89,7 +93,10 @@ int Application::run(const StartOptions& line)
                 QObject::connect(window, &DocumentWindow::firstPainted, qApp, setIcon);
             opened = true;
         });
-    if (line.targets.empty())
+    const HandoverServer server(listeningSocket, m_controller);
+    if (line.serves)
+        QTimer::singleShot(patienceWithoutWindow, &m_controller, &DocumentController::settle);
+    else if (line.targets.empty())
         m_controller.newDocument();
     else
         m_controller.open(line.targets);

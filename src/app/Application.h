@@ -21,7 +21,8 @@ public:
     Application();
 
     /// Does what \a line asks for until the last window is closed; the answer is the exit status.
-    int run(const StartOptions& line);
+    /// \a listeningSocket: see HandoverServer.
+    int run(const StartOptions& line, int listeningSocket);
 
 private:
     ApplicationFolders m_folders;

@@ -106,6 +106,11 @@ DocumentWindow* DocumentController::windowShowing(const QString& path) const
     return it == m_windows.end() ? nullptr : *it;
 }
 
+bool DocumentController::isOpening(const QString& path) const
+{
+    return m_reading.contains(canonical(path));
+}
+
 // Opening
 
 void DocumentController::askForFiles(DocumentWindow& window)
@@ -279,6 +284,7 @@ void DocumentController::quit()
 /// Without a window there is no way back into the program, so it ends with its last one.
 void DocumentController::settle()
 {
+    Q_EMIT settled();
     if (m_windows.empty() && m_underway == 0)
         Q_EMIT finished();
 }

@@ -37,9 +37,15 @@ public:
 
     /// In the order in which they were opened.
     const std::vector<DocumentWindow*>& windows() const { return m_windows; }
+    /// Null where none does.
+    DocumentWindow* windowShowing(const QString& path) const;
+    /// Whether the file is being read and has no window yet.
+    bool isOpening(const QString& path) const;
     void raise(DocumentWindow& window);
     /// Raises the window \a steps after \a window in windows(), in a circle.
     void raiseNeighbour(DocumentWindow& window, int steps);
+    /// Says that all is over where it is.
+    void settle();
     void rememberSize(const DocumentWindow& window);
 
     DocumentLoader& loader() { return *m_loader; }
@@ -56,6 +62,8 @@ public:
 
 Q_SIGNALS:
     void windowOpened(quillory::DocumentWindow* window);
+    /// A window was closed, or something that was asked for has been opened or could not be.
+    void settled();
     /// No window is open, none is about to be, and nothing is left to tell.
     void finished();
 
@@ -68,9 +76,7 @@ private:
     void giveUp(DocumentWindow& loading, std::optional<int> untitled, const QString& message);
     DocumentWindow* newUntitled(int number);
     DocumentWindow* show(std::unique_ptr<Document> document, DocumentWindow* inPlaceOf);
-    DocumentWindow* windowShowing(const QString& path) const;
     void fail(const QString& message, DocumentWindow* window);
-    void settle();
 
     const DocumentEnvironment& m_environment;
     UserQuestions& m_questions;

@@ -22,6 +22,8 @@ QString helpText()
                      "\n"
                      "  -                     edit what standard input delivers\n"
                      "  --line LINE[:COLUMN]  show this place of the first file\n"
+                     "  --wait                return when the windows of the files are closed\n"
+                     "  --new-instance        do not leave the files to the Quillory that runs\n"
                      "  --print-to PDF        print the file to a PDF file, without a window;\n"
                      "                        with --line-numbers, with --colours\n"
                      "  -h, --help            show this help\n"
@@ -66,7 +68,10 @@ StartOptions parseStartOptions(const QStringList& arguments,
     const QCommandLineOption print(QStringLiteral("print-to"), {}, QStringLiteral("pdf"));
     const QCommandLineOption lineNumbers(QStringLiteral("line-numbers"));
     const QCommandLineOption colours(QStringLiteral("colours"));
-    parser.addOptions({help, version, line, render, print, lineNumbers, colours});
+    const QCommandLineOption wait(QStringLiteral("wait"));
+    const QCommandLineOption newInstance(QStringLiteral("new-instance"));
+    parser.addOptions(
+        {help, version, line, wait, newInstance, render, print, lineNumbers, colours});
     const bool understood = parser.parse(arguments);
 
     StartOptions result;
@@ -99,6 +104,10 @@ StartOptions parseStartOptions(const QStringList& arguments,
             return refused(translate("--line wants a file to show the line of."));
         result.targets.front().place = place;
     }
+    result.newInstance = parser.isSet(newInstance);
+    result.waits = parser.isSet(wait);
+    if (result.waits && result.targets.empty())
+        return refused(translate("--wait wants a file to wait for."));
     if (parser.isSet(render)) {
         result.action = StartOptions::Action::Render;
         result.renderTo = parser.value(render);

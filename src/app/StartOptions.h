@@ -39,6 +39,9 @@ struct StartOptions
     QString printTo;
     bool printsLineNumbers = false;
     bool printsColours = false;
+    bool newInstance = false; ///< whether or not the program runs already
+    bool waits = false;       ///< for the windows of the targets to be closed
+    bool serves = false;      ///< opens nothing before another start hands something over
     QString text;
 };
 

@@ -1,4 +1,6 @@
 #include "app/Application.h"
+#include "app/RunningInstance.h"
+#include "app/StartHandover.h"
 #include "app/StartOptions.h"
 
 #include <QApplication>
@@ -35,6 +37,24 @@ bool hasDisplay()
            qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
 }
 
+/// Programs on different screens do not know of each other.
+QString screenName()
+{
+    QStringList names;
+    for (const char* variable : {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"})
+        names += qEnvironmentVariable(variable);
+    return names.join(u'-');
+}
+
+bool canBeHandedOver(const quillory::StartOptions& line)
+{
+    const auto isStandardInput = [](const quillory::OpenTarget& target) {
+        return target.isStandardInput();
+    };
+    return line.action == quillory::StartOptions::Action::Open && !line.newInstance &&
+           std::none_of(line.targets.begin(), line.targets.end(), isStandardInput);
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -63,15 +83,30 @@ int main(int argc, char* argv[])
         return 1;
     }
 
+    const auto folders =
+        quillory::ApplicationFolders::fromEnvironment(QProcessEnvironment::systemEnvironment(), {});
+    std::optional<quillory::RunningInstance> instance;
+    bool serves = false;
+    if (canBeHandedOver(early)) {
+        instance.emplace(folders.runtime, screenName());
+        quillory::StartOptions handed = early;
+        if (const std::optional<int> exitStatus = handOver(handed, *instance))
+            return *exitStatus;
+        serves = handed.serves;
+    }
+
     QCoreApplication::setApplicationName(QStringLiteral("Quillory"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLORY_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.quillory.Quillory"));
     QApplication qtApplication(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
 
-    const quillory::StartOptions line = parse(QCoreApplication::arguments());
+    quillory::StartOptions line = parse(QCoreApplication::arguments());
     if (answersAlone(line, status))
         return status;
+    if (serves)
+        line.targets.clear();
+    line.serves = serves;
     quillory::Application application;
-    return application.run(line);
+    return application.run(line, instance ? instance->takeListeningSocket() : -1);
 }

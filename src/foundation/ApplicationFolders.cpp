@@ -57,11 +57,14 @@ ApplicationFolders ApplicationFolders::fromEnvironment(const QProcessEnvironment
     const auto folder = [&environment](const char* variable, const char* belowHome) {
         return userFolder(environment, QLatin1String(variable), QLatin1String(belowHome));
     };
+    const QString runtime = environment.value(QStringLiteral("XDG_RUNTIME_DIR"));
     return {
         .applicationSupport = folder("XDG_DATA_HOME", ".local/share"),
         .caches = folder("XDG_CACHE_HOME", ".cache"),
         .configuration = folder("XDG_CONFIG_HOME", ".config"),
         .state = folder("XDG_STATE_HOME", ".local/state"),
+        .runtime =
+            QDir::isAbsolutePath(runtime) ? runtime + QStringLiteral("/Quillory") : QString(),
         .resources = resourcesFolder(environment, executableFolder),
         .plugins = pluginsFolder(executableFolder),
     };

@@ -15,6 +15,7 @@ struct ApplicationFolders
     QString caches;
     QString configuration;
     QString state;     ///< windows of the last session, recovery records
+    QString runtime;   ///< what is there while the program runs; empty without XDG_RUNTIME_DIR
     QString resources; ///< what is shipped: starter definitions, themes and the encoding list
     QString plugins;   ///< parts of the program that are loaded when they are first used
 

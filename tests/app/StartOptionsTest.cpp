@@ -70,6 +70,7 @@ TEST(StartOptionsTest, answersAndRefuses)
         {"--line 0 notes", Action::Refuse, "“0”"},
         {"--line 4:0 notes", Action::Refuse, "“4:0”"},
         {"--line 4", Action::Refuse, "file"},
+        {"--wait", Action::Refuse, "file"},
         {"--render out.png notes", Action::Render, ""},
     };
     for (const auto& c : cases) {

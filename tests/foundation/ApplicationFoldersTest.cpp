@@ -24,6 +24,7 @@ TEST(ApplicationFolders, FollowTheBaseDirectories)
     EXPECT_EQ(byDefault.caches, u"/home/ann/.cache/Quillory");
     EXPECT_EQ(byDefault.configuration, u"/home/ann/.config/Quillory");
     EXPECT_EQ(byDefault.state, u"/home/ann/.local/state/Quillory");
+    EXPECT_EQ(byDefault.runtime, QString());
     EXPECT_EQ(byDefault.defaultsFile(), u"/home/ann/.config/Quillory/Quillory.conf");
 
     const auto set = ApplicationFolders::fromEnvironment(
@@ -31,12 +32,14 @@ TEST(ApplicationFolders, FollowTheBaseDirectories)
                      {"XDG_DATA_HOME", QStringLiteral("/data/")},
                      {"XDG_CACHE_HOME", QStringLiteral("relative")},
                      {"XDG_CONFIG_HOME", QString()},
+                     {"XDG_RUNTIME_DIR", QStringLiteral("/run/user/7")},
                      {"XDG_STATE_HOME", QStringLiteral("/state")}}),
         QStringLiteral("/opt/bin"));
     EXPECT_EQ(set.applicationSupport, u"/data/Quillory");
     EXPECT_EQ(set.caches, u"/home/ann/.cache/Quillory");
     EXPECT_EQ(set.configuration, u"/home/ann/.config/Quillory");
     EXPECT_EQ(set.state, u"/state/Quillory");
+    EXPECT_EQ(set.runtime, u"/run/user/7/Quillory");
 }
 
 TEST(ApplicationFolders, FindTheResources)
