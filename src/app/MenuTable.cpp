@@ -14,6 +14,7 @@
 #include "app/ProgramAids.h"
 #include "app/RereadFlow.h"
 #include "app/SaveFlow.h"
+#include "app/StatisticsPopover.h"
 #include "app/StatusLine.h"
 #include "app/TitleBarButtons.h"
 #include "app/ViewAppearance.h"
@@ -171,6 +172,10 @@ constexpr MenuItem fileMenu[]{
      .run = [](W& w) { w.rereading().revert(); },
      .isEnabled = hasFile},
     {.text = ENTRY("Reopen with &Encoding"), .isEnabled = hasFile, .fill = fillReopen},
+    separator,
+    {.text = ENTRY("&Information"),
+     .ownKeys = "Alt+Return",
+     .run = [](W& w) { w.titleBarButtons().information().showInfoPopOver(); }},
     separator,
     {.text = ENTRY("&Close"),
      .standardKey = QKeySequence::Close,

@@ -5,13 +5,10 @@
 #include "foundation/UserDefaults.h"
 #include "text/LineBreaks.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
-#include <QKeyEvent>
 #include <QLabel>
-#include <QPainter>
 #include <QSignalBlocker>
 
 namespace quillory {
@@ -22,17 +19,19 @@ constexpr int margin = 8; ///< between the pop-over and the window's edges, in p
 constexpr std::array formats{LineBreakFormat::unixLf, LineBreakFormat::macCr,
                              LineBreakFormat::windowsCrLf};
 
+QWidget* statusLineOf(const QWidget* window)
+{
+    return window->findChild<QWidget*>(QStringLiteral("statusLine"));
+}
+
 } // namespace
 
 SettingsPopover::SettingsPopover(Document& document, const DocumentEnvironment& environment,
                                  QWidget* window)
-    : QFrame(window), m_document(document), m_environment(environment)
+    : Popover(window), m_document(document), m_environment(environment)
 {
-    setAutoFillBackground(true);
-    setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(tr("Document settings"));
     build();
-    hide();
     connect(&document, &Document::recordChanged, this, &SettingsPopover::showRecord);
     connect(&document, &Document::settingsPopoverShouldClose, this, &SettingsPopover::close);
 }
@@ -100,24 +99,10 @@ void SettingsPopover::open(Reason reason)
 {
     showRecord();
     m_dontAsk->setVisible(reason == Reason::NewDocument);
-    if (!isVisible()) {
-        place();
-        show();
-        raise();
-        qApp->installEventFilter(this);
-    }
+    setOpener(statusLineOf(parentWidget()));
+    appear();
     if (reason == Reason::Asked)
         (m_encoding->isEnabled() ? m_encoding : m_lineBreaks)->setFocus(Qt::PopupFocusReason);
-}
-
-void SettingsPopover::close()
-{
-    if (!isVisible())
-        return;
-    qApp->removeEventFilter(this);
-    const bool hadFocus = isAncestorOf(QApplication::focusWidget()) || hasFocus();
-    hide();
-    Q_EMIT closed(hadFocus);
 }
 
 void SettingsPopover::place()
@@ -125,41 +110,9 @@ void SettingsPopover::place()
     resize(sizeHint());
     const QRect room = parentWidget()->rect();
     int bottom = room.height() - margin;
-    if (const auto* status = parentWidget()->findChild<QWidget*>(QStringLiteral("statusLine"));
-        status && status->isVisible())
+    if (const QWidget* status = statusLineOf(parentWidget()); status && status->isVisible())
         bottom = status->mapTo(parentWidget(), QPoint(0, 0)).y() - margin;
     move(std::max(0, room.width() - width() - margin), std::max(0, bottom - height()));
-}
-
-/// Sees what happens in the window around: its size, clicks beside the pop-over, and typing.
-bool SettingsPopover::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched == parentWidget() && event->type() == QEvent::Resize)
-        place();
-    const auto* widget = qobject_cast<QWidget*>(watched);
-    // The status line opens and closes it.
-    const auto* status = parentWidget()->findChild<QWidget*>(QStringLiteral("statusLine"));
-    const bool isOutside = widget && widget->window() == window() && widget != this &&
-                           !isAncestorOf(widget) && !(status && status->isAncestorOf(widget));
-    if (isOutside && (event->type() == QEvent::MouseButtonPress ||
-                      event->type() == QEvent::KeyPress || event->type() == QEvent::InputMethod))
-        close();
-    return QFrame::eventFilter(watched, event);
-}
-
-void SettingsPopover::keyPressEvent(QKeyEvent* event)
-{
-    if (event->key() == Qt::Key_Escape)
-        close();
-    else
-        QFrame::keyPressEvent(event);
-}
-
-void SettingsPopover::paintEvent(QPaintEvent*)
-{
-    QPainter painter(this);
-    painter.setPen(palette().color(QPalette::Mid));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 void SettingsPopover::chooseLanguage(int index)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QFrame>
+#include "app/Popover.h"
 
 class QCheckBox;
 class QComboBox;
@@ -11,8 +11,8 @@ class Document;
 struct DocumentEnvironment;
 
 /// Shows and changes the form in which a document is saved. Lies over the lower right corner of
-/// its window and is put away by Escape, by a click elsewhere, and by typing.
-class SettingsPopover : public QFrame
+/// its window.
+class SettingsPopover : public Popover
 {
     Q_OBJECT
 
@@ -26,23 +26,17 @@ public:
     SettingsPopover(Document& document, const DocumentEnvironment& environment, QWidget* window);
 
     void open(Reason reason);
-    /// Puts it away; the keyboard goes back to the text when it was here.
-    void close();
 
 Q_SIGNALS:
     /// The user chose the encoding that the document now has.
     void encodingChosen();
-    void closed(bool hadFocus);
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
-    void paintEvent(QPaintEvent* event) override;
+    void place() override;
 
 private:
     void build();
     void showRecord();
-    void place();
     void chooseLanguage(int index);
     void chooseEncoding(int index);
     void chooseLineBreaks(int index);

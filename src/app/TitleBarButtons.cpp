@@ -4,7 +4,9 @@
 #include "app/DocumentWindow.h"
 #include "app/FunctionMenu.h"
 #include "app/RefillingMenu.h"
+#include "app/StatisticsPopover.h"
 #include "app/TintedIcon.h"
+#include "view/TextViewWidget.h"
 
 #include <QHBoxLayout>
 #include <QKeySequence>
@@ -21,7 +23,10 @@ namespace {
 class PullDownButton : public QToolButton
 {
 public:
-    using QToolButton::QToolButton;
+    explicit PullDownButton(QWidget* parent) : QToolButton(parent)
+    {
+        setPopupMode(QToolButton::InstantPopup);
+    }
 
 protected:
     void initStyleOption(QStyleOptionToolButton* option) const override
@@ -59,7 +64,9 @@ QMenu& menuOf(QToolButton& button, const std::function<void(QMenu&)>& fill)
 
 } // namespace
 
-TitleBarButtons::TitleBarButtons(DocumentWindow& window) : QWidget(&window), m_window(window)
+TitleBarButtons::TitleBarButtons(DocumentWindow& window)
+    : QWidget(&window), m_window(window), m_infoButton(new QToolButton(this)),
+      m_navigationButton(new PullDownButton(this)), m_actionButton(new PullDownButton(this))
 {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 2, 0);
@@ -67,12 +74,13 @@ TitleBarButtons::TitleBarButtons(DocumentWindow& window) : QWidget(&window), m_w
     const auto list = [](const char* key) {
         return QKeySequence(QLatin1StringView(key)).toString(QKeySequence::NativeText);
     };
-    m_navigationButton =
-        addButton(QStringLiteral("navigation"), tr("Functions"),
-                  tr("Go to a function (%1 for a list to search)").arg(list("Ctrl+R")));
-    m_actionButton =
-        addButton(QStringLiteral("actions"), tr("Actions"),
-                  tr("Actions on this text (%1 for a list to search)").arg(list("Ctrl+Shift+P")));
+    add(*m_infoButton, QStringLiteral("information"), tr("Information"),
+        tr("The file, and the characters, words and lines in it (%1)").arg(list("Alt+Return")));
+    add(*m_navigationButton, QStringLiteral("navigation"), tr("Functions"),
+        tr("Go to a function (%1 for a list to search)").arg(list("Ctrl+R")));
+    add(*m_actionButton, QStringLiteral("actions"), tr("Actions"),
+        tr("Actions on this text (%1 for a list to search)").arg(list("Ctrl+Shift+P")));
+    connect(m_infoButton, &QToolButton::clicked, this, [this] { information().showInfoPopOver(); });
     // The button's own answer to the press, which came before, found no menu the first time.
     const auto openFirst = [](QToolButton* button, QMenu& (TitleBarButtons::*menu)()) {
         return [button, menu, this_ = static_cast<TitleBarButtons*>(button->parentWidget())] {
@@ -88,18 +96,15 @@ TitleBarButtons::TitleBarButtons(DocumentWindow& window) : QWidget(&window), m_w
             openFirst(m_actionButton, &TitleBarButtons::actionMenu));
 }
 
-QToolButton* TitleBarButtons::addButton(const QString& icon, const QString& name,
-                                        const QString& toolTip)
+void TitleBarButtons::add(QToolButton& button, const QString& icon, const QString& name,
+                          const QString& toolTip)
 {
-    auto* button = new PullDownButton(this);
-    button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::NoFocus);
-    button->setPopupMode(QToolButton::InstantPopup);
-    button->setIcon(tintedIcon(icon));
-    button->setToolTip(toolTip);
-    button->setAccessibleName(name);
-    layout()->addWidget(button);
-    return button;
+    button.setAutoRaise(true);
+    button.setFocusPolicy(Qt::NoFocus);
+    button.setIcon(tintedIcon(icon));
+    button.setToolTip(toolTip);
+    button.setAccessibleName(name);
+    layout()->addWidget(&button);
 }
 
 QMenu& TitleBarButtons::navigationMenu()
@@ -118,6 +123,18 @@ FunctionMenu& TitleBarButtons::functions()
     if (!m_functions)
         m_functions = new FunctionMenu(m_window, *m_navigationButton);
     return *m_functions;
+}
+
+StatisticsPopover& TitleBarButtons::information()
+{
+    if (!m_information) {
+        m_information = new StatisticsPopover(m_window, *m_infoButton);
+        connect(m_information, &Popover::closed, &m_window, [this](bool hadFocus) {
+            if (hadFocus)
+                m_window.view().setFocus();
+        });
+    }
+    return *m_information;
 }
 
 } // namespace quillory

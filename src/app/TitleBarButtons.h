@@ -9,10 +9,11 @@ namespace quillory {
 
 class DocumentWindow;
 class FunctionMenu;
+class StatisticsPopover;
 
-/// The pull-down buttons at the right end of a window's menu bar: the places in the text that one
-/// can go to, and the actions of its definition. Their menus are made when they are first asked
-/// for, and filled each time that they open.
+/// The buttons at the right end of a window's menu bar: what there is to know of the document, the
+/// places in the text that one can go to, and the actions of its definition. What they open is made
+/// when it is first asked for, and filled each time that it opens.
 class TitleBarButtons : public QWidget
 {
     Q_OBJECT
@@ -20,19 +21,23 @@ class TitleBarButtons : public QWidget
 public:
     explicit TitleBarButtons(DocumentWindow& window);
 
+    QToolButton& infoButton() const { return *m_infoButton; }
     QToolButton& navigationButton() const { return *m_navigationButton; }
     QToolButton& actionButton() const { return *m_actionButton; }
     QMenu& navigationMenu();
     QMenu& actionMenu();
     FunctionMenu& functions();
+    StatisticsPopover& information();
 
 private:
-    QToolButton* addButton(const QString& icon, const QString& name, const QString& toolTip);
+    void add(QToolButton& button, const QString& icon, const QString& name, const QString& toolTip);
 
     DocumentWindow& m_window;
+    QToolButton* m_infoButton;
     QToolButton* m_navigationButton;
     QToolButton* m_actionButton;
-    FunctionMenu* m_functions = nullptr; ///< made when first needed
+    FunctionMenu* m_functions = nullptr;        ///< made when first needed
+    StatisticsPopover* m_information = nullptr; ///< made when first needed
 };
 
 } // namespace quillory

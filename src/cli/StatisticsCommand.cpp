@@ -12,7 +12,7 @@ void printJson(const TextStatistics& statistics, QTextStream& out)
 {
     const QJsonObject object{
         {QStringLiteral("characters"), statistics.characters},
-        {QStringLiteral("charactersWithoutSpaces"), statistics.charactersWithoutSpaces()},
+        {QStringLiteral("charactersWithoutSpaces"), statistics.charactersWithoutSpaces},
         {QStringLiteral("words"), statistics.words},
         {QStringLiteral("lines"), statistics.lines ? QJsonValue(*statistics.lines) : QJsonValue()},
     };
@@ -23,7 +23,7 @@ void printText(const TextStatistics& statistics, QTextStream& out)
 {
     out << "Characters:     " << thousandFormatedStringFromNumber(statistics.characters) << '\n'
         << "Without spaces: "
-        << thousandFormatedStringFromNumber(statistics.charactersWithoutSpaces()) << '\n'
+        << thousandFormatedStringFromNumber(statistics.charactersWithoutSpaces) << '\n'
         << "Words:          " << statistics.words << '\n';
     if (statistics.lines)
         out << "Lines:          " << thousandFormatedStringFromNumber(*statistics.lines) << '\n';

@@ -30,7 +30,8 @@ bool StatisticsCount::step()
     if (!m_words->isAtEnd()) {
         const TextRange seen = m_words->step();
         m_seen += seen.length;
-        m_statistics.spaces += whitespaceCountForString(m_text, seen);
+        m_statistics.charactersWithoutSpaces +=
+            seen.length - whitespaceCountForString(m_text, seen);
         m_statistics.words = m_wordsBefore + m_words->words();
     }
     return !m_ranges.empty() || !m_words->isAtEnd();

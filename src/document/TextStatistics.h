@@ -11,12 +11,11 @@ namespace quillory {
 /// How much a text holds, or what is selected of it.
 struct TextStatistics
 {
-    qint64 characters = 0;       ///< UTF-16 code units
-    qint64 spaces = 0;           ///< U+0020 and nothing else
-    qint64 words = 0;            ///< those of WordCount
-    std::optional<qint64> lines; ///< as the line numbers count them; nothing for a selection
+    qint64 characters = 0;              ///< UTF-16 code units
+    qint64 charactersWithoutSpaces = 0; ///< without U+0020, and nothing else
+    qint64 words = 0;                   ///< those of WordCount
+    std::optional<qint64> lines;        ///< as the line numbers count them; nothing for a selection
 
-    qint64 charactersWithoutSpaces() const { return characters - spaces; }
     bool operator==(const TextStatistics&) const = default;
 };
 
@@ -30,7 +29,8 @@ public:
     /// Counts on, a small part of a second; false once all is counted.
     bool step();
 
-    /// What is known so far: all but the words and the spaces from the start.
+    /// What is known so far: the characters and the lines from the start, the others
+    /// of what was looked at.
     const TextStatistics& statistics() const { return m_statistics; }
     bool isOfSelection() const { return !m_statistics.lines; }
     /// How much of the text was looked at, from 0 to 1.

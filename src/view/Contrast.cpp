@@ -33,4 +33,15 @@ QColor darkenedForPaper(QColor colour, double least)
     return colour;
 }
 
+QColor lightenedFor(const QColor& ground, QColor colour, double least)
+{
+    constexpr int step = 110; // per cent, as QColor::lighter() has it
+    if (luminance(ground) > luminance(colour) &&
+        contrast(ground, colour) >= contrast(ground, Qt::white))
+        return colour;
+    while (contrast(colour, ground) < least && colour != QColor(Qt::white))
+        colour = colour.lighter(step);
+    return colour;
+}
+
 } // namespace quillory
