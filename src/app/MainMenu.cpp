@@ -16,7 +16,11 @@ MainMenu::MainMenu(DocumentWindow& window) : QObject(&window), m_window(window)
 {
     for (const MenuDefinition& definition : menuTable()) {
         QMenu* menu = window.menuBar()->addMenu(menuText(definition.title));
-        connect(menu, &QMenu::aboutToShow, this, &MainMenu::refresh);
+        connect(menu, &QMenu::aboutToShow, this, [this] {
+            refresh();
+            makeOffers();
+        });
+        connect(menu, &QMenu::aboutToHide, this, &MainMenu::withdrawOffers);
         m_menus.push_back(menu);
     }
     connect(&window, &DocumentWindow::firstPainted, this, &MainMenu::refresh);
@@ -92,6 +96,27 @@ void MainMenu::refresh()
         if (command.item->label)
             command.action->setText(command.item->label(m_window));
     }
+}
+
+void MainMenu::makeOffers()
+{
+    for (const Command& command : m_commands) {
+        if (!command.item->offer)
+            continue;
+        const Offer offer = command.item->offer(m_window);
+        command.action->setEnabled(offer == Offer::Enabled);
+        if (offer == Offer::Unavailable)
+            command.action->setText(tr("Unavailable"));
+    }
+}
+
+void MainMenu::withdrawOffers()
+{
+    for (const Command& command : m_commands) {
+        if (command.item->offer)
+            command.action->setEnabled(true);
+    }
+    scheduleRefresh();
 }
 
 std::shared_ptr<QMenu> MainMenu::newContextMenu()

@@ -43,6 +43,8 @@ private:
     void addContextCommands(QMenu& menu);
     void setPreference(const DefaultsKey<bool>& key, bool on);
     void refresh();
+    void makeOffers();
+    void withdrawOffers();
 
     DocumentWindow& m_window;
     std::vector<QMenu*> m_menus;

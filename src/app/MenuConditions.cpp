@@ -1,6 +1,7 @@
 #include "app/MenuConditions.h"
 
 #include "app/DocumentWindow.h"
+#include "app/MenuTable.h"
 #include "document/Document.h"
 
 #include <algorithm>
@@ -44,6 +45,27 @@ bool canCloseTag(const DocumentWindow& window)
     Document& document = window.document();
     return document.textView().isEditable() && document.record().canCloseTags &&
            !document.completeString().isEmpty();
+}
+
+Offer offerOfFunctions(const DocumentWindow& window)
+{
+    return window.document().record().functionTitle.isEmpty() ? Offer::Unavailable : Offer::Enabled;
+}
+
+Offer offerOfNeighbours(const DocumentWindow& window)
+{
+    if (offerOfFunctions(window) == Offer::Unavailable)
+        return Offer::Unavailable;
+    const FunctionNavigation& navigation = window.document().functionNavigation();
+    if (navigation.currentLineNumber() == 0)
+        return Offer::Disabled;
+    const FunctionScan scan = navigation.scan();
+    if (scan.text.length() > FunctionNavigation::quickLength)
+        return Offer::Enabled;
+    using Clock = std::chrono::steady_clock;
+    const auto items = scan.run(
+        [end = Clock::now() + FunctionNavigation::quickTime] { return Clock::now() > end; });
+    return items && items->empty() ? Offer::Disabled : Offer::Enabled;
 }
 
 } // namespace quillory

@@ -3,6 +3,7 @@
 namespace quillory {
 
 class DocumentWindow;
+enum class Offer;
 
 // When commands of the menus can be used.
 
@@ -20,5 +21,9 @@ bool hasSelection(const DocumentWindow& window);
 bool canDelete(const DocumentWindow& window);
 /// There may be tags to close: the language has them.
 bool canCloseTag(const DocumentWindow& window);
+/// The definition has a word for what one can go to.
+Offer offerOfFunctions(const DocumentWindow& window);
+/// The caret is in a line, and there are such. Not looked for in a long text.
+Offer offerOfNeighbours(const DocumentWindow& window);
 
 } // namespace quillory

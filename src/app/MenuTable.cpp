@@ -56,8 +56,8 @@ bool mayPrint(const W& w)
 QString withFunctionTitle(const char* text, const W& w)
 {
     QString title = w.document().record().functionTitle;
-    if (title.isNull())
-        title = QStringLiteral("(null)");
+    if (title.isEmpty())
+        title = menuText(ENTRY("Function"));
     return menuText(text).arg(title.replace(u'&', QStringLiteral("&&")));
 }
 
@@ -252,16 +252,20 @@ constexpr MenuItem formatMenu[]{
 
 constexpr MenuItem navigateMenu[]{
     {.text = ENTRY("&Go to Line…"), .ownKeys = "Ctrl+L", .run = [](W& w) { w.askForPlace(); }},
-    {.text = ENTRY("Go to F&unction…"),
+    {.text = ENTRY("&Functions"),
      .ownKeys = "Ctrl+R",
-     .run = [](W& w) { w.titleBarButtons().functions().showList(); }},
+     .run = [](W& w) { w.titleBarButtons().functions().showList(); },
+     .offer = offerOfFunctions,
+     .label = [](const W& w) { return withFunctionTitle(ENTRY("&%1s"), w); }},
     {.text = ENTRY("&Previous Function"),
      .ownKeys = "Alt+Up",
      .run = [](W& w) { w.document().goToPreviousFunction(); },
+     .offer = offerOfNeighbours,
      .label = [](const W& w) { return withFunctionTitle(ENTRY("&Previous %1"), w); }},
     {.text = ENTRY("&Next Function"),
      .ownKeys = "Alt+Down",
      .run = [](W& w) { w.document().goToNextFunction(); },
+     .offer = offerOfNeighbours,
      .label = [](const W& w) { return withFunctionTitle(ENTRY("&Next %1"), w); }},
     separator,
     {.text = ENTRY("&Show Caret"), .ownKeys = "Ctrl+J", .run = showCaret},

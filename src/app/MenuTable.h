@@ -16,6 +16,14 @@ namespace quillory {
 
 class DocumentWindow;
 
+/// What a command is while its menu is open.
+enum class Offer
+{
+    Enabled,
+    Disabled,
+    Unavailable ///< disabled, and called so
+};
+
 /// One line of a menu. Without a text it is a separator.
 struct MenuItem
 {
@@ -26,6 +34,8 @@ struct MenuItem
     const char* ownKeys = nullptr;
     void (*run)(DocumentWindow&) = nullptr;
     bool (*isEnabled)(const DocumentWindow&) = nullptr; ///< always, without one
+    /// Asked when the menu opens, for what its keys are not to be taken away: they beep.
+    Offer (*offer)(const DocumentWindow&) = nullptr;
     bool (*isChecked)(const DocumentWindow&) = nullptr; ///< has no check mark, without one
     /// Makes it a check mark that shows and turns this switch, for all windows and those to come.
     const DefaultsKey<bool>* preference = nullptr;

@@ -13,6 +13,7 @@
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
@@ -191,8 +192,48 @@ TEST_F(FunctionNavigationTest, menusNameWhatIsGoneTo)
     EXPECT_TRUE(becomes(u"&Previous Function"_qs, u"&Next Function"_qs));
     window.document().record().functionTitle = u"Rhythm & Blues"_qs;
     EXPECT_TRUE(becomes(u"&Previous Rhythm && Blues"_qs, u"&Next Rhythm && Blues"_qs));
-    window.document().record().functionTitle = QString();
-    EXPECT_TRUE(becomes(u"&Previous (null)"_qs, u"&Next (null)"_qs));
+}
+
+TEST_F(FunctionNavigationTest, theMenuOffersWhatCanBeGoneTo)
+{
+    struct Case
+    {
+        const char* name;
+        QByteArray text;
+        QStringList entries; ///< in brackets what is disabled
+    };
+    const Case cases[] = {
+        {"a.py", python, {u"&Functions"_qs, u"&Previous Function"_qs, u"&Next Function"_qs}},
+        {"b.py", "x = 1\n", {u"&Functions"_qs, u"[&Previous Function]"_qs, u"[&Next Function]"_qs}},
+        {"c.py", "", {u"&Functions"_qs, u"[&Previous Function]"_qs, u"[&Next Function]"_qs}},
+        {"wordless.py", python, {u"[Unavailable]"_qs, u"[Unavailable]"_qs, u"[Unavailable]"_qs}},
+    };
+    for (const Case& c : cases) {
+        DocumentWindow& window = open(write(c.name, c.text));
+        if (QLatin1StringView(c.name) == QLatin1StringView("wordless.py"))
+            window.document().record().functionTitle = QString();
+        QMenu* menu = nullptr;
+        for (QMenu* each : window.menuBar()->findChildren<QMenu*>()) {
+            if (each->title() == u"&Navigate")
+                menu = each;
+        }
+        ASSERT_TRUE(menu);
+        Q_EMIT menu->aboutToShow();
+        QStringList shown;
+        QList<QAction*> actions;
+        for (const char* key : {"Ctrl+R", "Alt+Up", "Alt+Down"}) {
+            for (QAction* action : menu->actions()) {
+                if (action->shortcut() != QKeySequence(QLatin1StringView(key)))
+                    continue;
+                actions += action;
+                shown += action->isEnabled() ? action->text() : u'[' + action->text() + u']';
+            }
+        }
+        EXPECT_EQ(shown, c.entries) << c.name;
+        Q_EMIT menu->aboutToHide();
+        for (const QAction* action : actions)
+            EXPECT_TRUE(action->isEnabled()) << "keys say that they are of no use by a beep";
+    }
 }
 
 TEST_F(FunctionNavigationTest, theListFindsAndGoesThere)
