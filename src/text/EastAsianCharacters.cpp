@@ -68,8 +68,8 @@ struct Source
     double rankedShare;
     const char* converter;
     Level firstLevel;
-    double firstShare; ///< what is left of all characters goes to the second level
     Level secondLevel;
+    double firstShare; ///< of all characters
     double secondShare;
     double katakanaShare;
 };
@@ -77,10 +77,10 @@ struct Source
 const Source& sourceOf(EastAsianCharacters::Language language)
 {
     static constexpr Source sources[] = {
-        {simplified, 0.5, "GB2312", {0xB0A1, 0xD7F9}, 0.4, {0xD8A1, 0xF7FE}, 0.01, 1e-4},
-        {traditional, 0.5, "Big5", {0xA440, 0xC67E}, 0.4, {0xC940, 0xF9D5}, 0.01, 1e-4},
-        {japanese, 0.7, "EUC-JP", {0xB0A1, 0xCFD3}, 0.15, {0xD0A1, 0xF4A6}, 0.005, 0.1},
-        {korean, 0.7, "EUC-KR", {0xB0A1, 0xC8FE}, 0.25, {0xCAA1, 0xFDFE}, 0.01, 1e-4},
+        {simplified, 0.5, "GB2312", {0xB0A1, 0xD7F9}, {0xD8A1, 0xF7FE}, 0.4, 0.01, 1e-4},
+        {traditional, 0.5, "Big5", {0xA440, 0xC67E}, {0xC940, 0xF9D5}, 0.4, 0.01, 1e-4},
+        {japanese, 0.7, "EUC-JP", {0xB0A1, 0xCFD3}, {0xD0A1, 0xF4A6}, 0.15, 0.005, 0.1},
+        {korean, 0.7, "EUC-KR", {0xB0A1, 0xC8FE}, {0xCAA1, 0xFDFE}, 0.25, 0.01, 1e-4},
     };
     return sources[language];
 }
