@@ -5,6 +5,7 @@
 #include "app/DocumentController.h"
 #include "app/DocumentMessages.h"
 #include "app/EditingAids.h"
+#include "app/ExternalChanges.h"
 #include "app/GoToLineDialog.h"
 #include "app/LoadFlow.h"
 #include "app/MainMenu.h"
@@ -169,6 +170,7 @@ void DocumentWindow::connectDocument()
             });
     m_aids = std::make_unique<EditingAids>(*this);
     m_programs = std::make_unique<ProgramAids>(*this);
+    new ExternalChanges(*this);
 }
 
 bool DocumentWindow::isUntouched() const

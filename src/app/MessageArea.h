@@ -19,6 +19,7 @@ public:
     enum class Subject
     {
         Saving,
+        FileOnDisk,
         Encoding,
         LineBreaks,
         RoundTrip,

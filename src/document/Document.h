@@ -185,6 +185,14 @@ public:
     /// The same in three steps, the middle one of which, SaveJob::run, may run on another thread.
     SaveJob saveJob(const QString& path, const QString& ofType) const;
     void finishSave(const SaveJob& job, const SaveResult& result);
+    /// Of the file as it was last read or saved; none for a document that was never saved.
+    const std::optional<FileIdentity>& fileIdentity() const { return m_identity; }
+    /// The file was given another name.
+    void followRename(const QString& path)
+    {
+        followExtension(std::exchange(m_path, path));
+        Q_EMIT recordChanged();
+    }
     /// The next save may replace a file that another program changed.
     void acceptFileOnDisk() { m_identity.reset(); }
 

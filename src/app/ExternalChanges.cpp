@@ -1,0 +1,108 @@
+#include "app/ExternalChanges.h"
+
+#include "app/DocumentWindow.h"
+#include "app/LoadFlow.h"
+#include "app/MessageArea.h"
+#include "app/RereadFlow.h"
+#include "app/SaveFlow.h"
+#include "document/Document.h"
+
+namespace quillory {
+
+namespace {
+
+using Subject = MessageArea::Subject;
+
+constexpr int whileBusy = 200; // milliseconds between looks at whether the window is still busy
+
+} // namespace
+
+ExternalChanges::ExternalChanges(DocumentWindow& window) : QObject(&window), m_window(window)
+{
+    m_later.setSingleShot(true);
+    connect(&m_later, &QTimer::timeout, this, &ExternalChanges::takeChange);
+    connect(&m_watch, &FileWatch::changed, this, &ExternalChanges::takeChange);
+    connect(&m_watch, &FileWatch::renamed, this, &ExternalChanges::followName);
+    connect(&m_watch, &FileWatch::gone, this, &ExternalChanges::tellGone);
+    connect(&m_watch, &FileWatch::restored, this,
+            [this] { m_window.messages().clear(Subject::FileOnDisk); });
+
+    connect(&window, &DocumentWindow::firstPainted, this, &ExternalChanges::watchFile);
+    connect(&window.saving(), &SaveFlow::saved, this, &ExternalChanges::watchFile);
+    connect(&window.saving(), &SaveFlow::failed, this, [this](const SaveResult& result) {
+        // That message says the same, and more.
+        if (result.problem == SaveProblem::ChangedByOther)
+            m_window.messages().clear(Subject::FileOnDisk);
+    });
+    connect(&window.loading(), &LoadFlow::loaded, this, &ExternalChanges::watchFile);
+    connect(&window.rereading(), &RereadFlow::reread, this, [this] {
+        m_lastReading = m_reading.isValid() ? m_reading.elapsed() : 0;
+        watchFile();
+    });
+}
+
+void ExternalChanges::watchFile()
+{
+    const Document& document = m_window.document();
+    if (document.isLoading())
+        return;
+    m_later.stop();
+    m_watch.watch(document.fileIdentity() ? document.path() : QString(),
+                  document.fileIdentity().value_or(FileIdentity()));
+}
+
+void ExternalChanges::takeChange()
+{
+    const Document& document = m_window.document();
+    if (m_window.isBusy()) {
+        m_later.start(whileBusy);
+        return;
+    }
+    if (document.isDocumentEdited() || !m_window.document().textView().isEditable()) {
+        tellChanged();
+        return;
+    }
+    // A large file that grows all the time leaves time for something else.
+    const qint64 rest = m_reading.isValid() ? 3 * m_lastReading - m_reading.elapsed() : 0;
+    if (rest > 0) {
+        m_later.start(int(rest));
+        return;
+    }
+    m_reading.start();
+    m_window.rereading().reload();
+}
+
+void ExternalChanges::followName(const QString& path)
+{
+    m_window.document().followRename(path);
+}
+
+void ExternalChanges::tellChanged()
+{
+    m_window.messages().show(
+        Subject::FileOnDisk,
+        {Message::Kind::Warning,
+         tr("Another program changed “%1”. The text here has changes that are not in the file.")
+             .arg(m_window.document().displayName()),
+         {{tr("&Reload"), [this] { m_window.rereading().reload(); }},
+          {tr("&Keep Mine"), [this] {
+               m_window.document().acceptFileOnDisk();
+               m_window.messages().clear(Subject::FileOnDisk);
+           }}}});
+}
+
+void ExternalChanges::tellGone()
+{
+    // Nothing on disk holds the text any more.
+    m_window.document().undoManager().markDirty();
+    m_window.messages().show(
+        Subject::FileOnDisk,
+        {Message::Kind::Warning,
+         tr("“%1” is not there any more: another program deleted it or moved it elsewhere. Save to "
+            "keep the text.")
+             .arg(m_window.document().displayName()),
+         {{tr("&Save"), [this] { m_window.saving().save(); }},
+          {tr("Save &Elsewhere…"), [this] { m_window.saving().saveAs(); }}}});
+}
+
+} // namespace quillory
