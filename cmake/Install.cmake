@@ -11,7 +11,7 @@ if(TARGET quillory-preview)
   install(TARGETS quillory-preview RUNTIME DESTINATION lib/quillory COMPONENT preview)
 endif()
 
-install(DIRECTORY resources/Definitions resources/Themes
+install(DIRECTORY resources/Definitions resources/Themes resources/Preview
   DESTINATION ${CMAKE_INSTALL_DATADIR}/quillory)
 install(FILES resources/Encodings.plist resources/Replacements.plist
   DESTINATION ${CMAKE_INSTALL_DATADIR}/quillory)

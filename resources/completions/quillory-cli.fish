@@ -1,5 +1,5 @@
 # Completes the arguments of quillory-cli in fish.
-set -l commands info convert transform print definitions highlight functions statistics sniff
+set -l commands info convert transform print preview definitions highlight functions statistics sniff
 
 function __quillory_cli_command
     __fish_seen_subcommand_from $argv
@@ -12,6 +12,7 @@ complete -c quillory-cli -n "not __quillory_cli_command $commands" -a info -d 'T
 complete -c quillory-cli -n "not __quillory_cli_command $commands" -a convert -d 'Write in another encoding, format or kind'
 complete -c quillory-cli -n "not __quillory_cli_command $commands" -a transform -d 'Clean up a file'
 complete -c quillory-cli -n "not __quillory_cli_command $commands" -a print -d 'Print to a PDF file'
+complete -c quillory-cli -n "not __quillory_cli_command $commands" -a preview -d 'Write the web page of a file'
 complete -c quillory-cli -n "not __quillory_cli_command $commands" -a definitions -d 'List the installed definitions'
 complete -c quillory-cli -n "not __quillory_cli_command $commands" -a highlight -d 'Write in colours'
 complete -c quillory-cli -n "not __quillory_cli_command $commands" -a functions -d 'List the functions'
@@ -27,7 +28,8 @@ complete -c quillory-cli -n '__quillory_cli_command convert' -l as -x -a 'text a
 complete -c quillory-cli -n '__quillory_cli_command transform' -f -a 'trim zap unwrap reformat' -d 'Clean-up'
 complete -c quillory-cli -n '__quillory_cli_command print' -l line-numbers -d 'Print the numbers of the lines'
 complete -c quillory-cli -n '__quillory_cli_command print' -l colours -d 'Print in colours'
-complete -c quillory-cli -n '__quillory_cli_command highlight functions' -l definition -r -d 'Title or file of the language'
+complete -c quillory-cli -n '__quillory_cli_command preview highlight functions' -l definition -r -d 'Title or file of the language'
+complete -c quillory-cli -n '__quillory_cli_command preview' -l base -x -d 'Address that links are relative to'
 complete -c quillory-cli -n '__quillory_cli_command highlight' -l theme -r -d 'Name or file of the theme'
 complete -c quillory-cli -n '__quillory_cli_command highlight statistics' -l range -x -d 'LOCATION,LENGTH in UTF-16 code units'
 complete -c quillory-cli -n '__quillory_cli_command highlight' -l default -x -d 'KEY=VALUE of the user defaults'

@@ -30,7 +30,7 @@ _quillory_cli() {
     COMPREPLY=()
     if ((COMP_CWORD == 1)); then
         mapfile -t COMPREPLY < <(compgen -W \
-            "info convert transform print definitions highlight functions statistics sniff --help --version" \
+            "info convert transform print preview definitions highlight functions statistics sniff --help --version" \
             -- "$current")
         return
     fi
@@ -45,12 +45,13 @@ _quillory_cli() {
         ;;
     --line-breaks) _quillory_words $'unix\nmac\nwindows' "$current" && return ;;
     --as) _quillory_words $'text\narchive' "$current" && return ;;
-    --range | --default | --from | --encoding) return ;;
+    --range | --default | --from | --encoding | --base) return ;;
     esac
     case $command in
     info | definitions | sniff) options="--format" ;;
     convert) options="--from --encoding --line-breaks --as" ;;
     print) options="--line-numbers --colours" ;;
+    preview) options="--definition --base" ;;
     highlight) options="--definition --theme --range --default --format" ;;
     functions) options="--definition --format" ;;
     statistics) options="--range --format" ;;

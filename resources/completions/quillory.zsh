@@ -20,6 +20,7 @@ _quillory_cli() {
         'convert:write a file in another encoding, line-break format or kind'
         'transform:clean up a file'
         'print:print a file to a PDF file'
+        'preview:write the web page of a file'
         'definitions:list the installed definitions'
         'highlight:write a file in the colours of its language'
         'functions:list the functions of a file'
@@ -43,6 +44,10 @@ _quillory_cli() {
         print)
             _arguments '--line-numbers[print the numbers of the lines]' \
                 '--colours[print in colours]' '*:file:_files'
+            ;;
+        preview)
+            _arguments '--definition[language]:title or file:_files' \
+                '--base[base address]:address:' '*:file:_files'
             ;;
         definitions) _arguments '--format[form of the answer]:form:(text json)' ;;
         highlight)

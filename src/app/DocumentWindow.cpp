@@ -20,6 +20,7 @@
 #include "app/TitleBarButtons.h"
 #include "app/UserQuestions.h"
 #include "app/ViewAppearance.h"
+#include "app/WebPreview.h"
 #include "document/Document.h"
 #include "foundation/Background.h"
 #include "syntax/PageColouring.h"
@@ -171,6 +172,7 @@ void DocumentWindow::connectDocument()
     m_aids = std::make_unique<EditingAids>(*this);
     m_programs = std::make_unique<ProgramAids>(*this);
     new ExternalChanges(*this);
+    m_preview = std::make_unique<WebPreview>(*this);
 }
 
 bool DocumentWindow::isUntouched() const

@@ -31,6 +31,7 @@ class TextViewWidget;
 class TitleBarButtons;
 class UserQuestions;
 class ViewAppearance;
+class WebPreview;
 struct DocumentEnvironment;
 
 /// What the windows share. All of it outlives them.
@@ -67,6 +68,7 @@ public:
     PrintFlow& printing() const { return *m_printing; }
     SpellingAids& spelling() const { return *m_spelling; }
     ProgramAids& programs() const { return *m_programs; }
+    WebPreview& preview() const { return *m_preview; }
     UserQuestions& questions() const { return m_services.questions; }
     CommandActions& actions() const { return *m_actions; }
     TitleBarButtons& titleBarButtons() const { return *m_titleBarButtons; }
@@ -141,6 +143,7 @@ private:
     std::unique_ptr<PrintFlow> m_printing;
     std::unique_ptr<SpellingAids> m_spelling;
     std::unique_ptr<ProgramAids> m_programs;
+    std::unique_ptr<WebPreview> m_preview;
     std::unique_ptr<CommandActions> m_actions;
     bool m_painted = false;
     bool m_asking = false;   ///< a question before closing is open

@@ -18,6 +18,7 @@
 #include "app/StatusLine.h"
 #include "app/TitleBarButtons.h"
 #include "app/ViewAppearance.h"
+#include "app/WebPreview.h"
 #include "document/Document.h"
 #include "text/LineBreaks.h"
 #include "view/LineNumberView.h"
@@ -216,6 +217,15 @@ constexpr MenuItem viewMenu[]{
      .ownKeys = "F8",
      .run = [](W& w) { w.programs().toggleLog(); },
      .isChecked = [](const W& w) { return w.programs().isLogVisible(); }},
+    {.text = ENTRY("Pre&view"),
+     .ownKeys = "F6",
+     .run = [](W& w) { w.preview().showPreview(); },
+     .isEnabled = [](const W& w) { return w.document().record().canUsePreview && isThere(w); },
+     .isChecked = [](const W& w) { return w.preview().isVisible(); }},
+    {.text = ENTRY("&Reload Preview"),
+     .ownKeys = "Shift+F6",
+     .run = [](W& w) { w.preview().reload(); },
+     .isEnabled = [](const W& w) { return w.preview().isVisible(); }},
     {.text = ENTRY("&PDF Preview"),
      .ownKeys = "F9",
      .run = [](W& w) { w.programs().showPDFPreview(); },

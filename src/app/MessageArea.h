@@ -26,6 +26,7 @@ public:
         Definitions,
         Export,
         Programs,
+        Preview,
     };
 
     explicit MessageArea(QWidget* parent = nullptr);

@@ -36,6 +36,7 @@ ExitStatus runCli(const QStringList& arguments, const CliStreams& streams);
 ExitStatus runInfo(const QStringList& arguments, const CliStreams& streams);
 ExitStatus runConvert(const QStringList& arguments, const CliStreams& streams);
 ExitStatus runDefinitions(const QStringList& arguments, const CliStreams& streams);
+ExitStatus runPreview(const QStringList& arguments, const CliStreams& streams);
 ExitStatus runPrint(const QStringList& arguments, const CliStreams& streams);
 ExitStatus runTransform(const QStringList& arguments, const CliStreams& streams);
 ExitStatus runHighlight(const QStringList& arguments, const CliStreams& streams);

@@ -1,7 +1,6 @@
 #include "commands/TemporaryTexts.h"
 
 #include "foundation/Background.h"
-#include "text/TextEncoder.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -86,7 +85,7 @@ Result<QString> publish(const QByteArray& from, const QString& folder, const QSt
     return Failure{systemMessage(errno)};
 }
 
-Result<QString> writeText(const TextSnapshot& text, StringEncoding encoding, const QString& folder,
+Result<QString> writeFile(const TemporaryTexts::Production& produce, const QString& folder,
                           const QString& mainExtension)
 {
     makeFolder(folder);
@@ -96,11 +95,10 @@ Result<QString> writeText(const TextSnapshot& text, StringEncoding encoding, con
         return Failure{systemMessage(errno)};
     const auto removal = qScopeGuard([&] { ::unlink(unfinished.constData()); });
     int error = 0;
-    const auto failure =
-        encode(text, encoding, standardLayout(encoding), [&](QByteArrayView bytes) {
-            error = writeAll(file, bytes);
-            return error == 0;
-        });
+    const auto failure = produce([&](QByteArrayView bytes) {
+        error = writeAll(file, bytes);
+        return error == 0;
+    });
     if (::close(file) != 0 && error == 0)
         error = errno;
     if (error != 0)
@@ -170,13 +168,23 @@ void TemporaryTexts::write(const TextSnapshot& text, StringEncoding encoding,
                            const QString& mainExtension,
                            const std::function<void(const Result<QString>&)>& done)
 {
+    write(
+        [text, encoding](const ByteSink& sink) {
+            return encode(text, encoding, standardLayout(encoding), sink);
+        },
+        mainExtension, done);
+}
+
+void TemporaryTexts::write(const Production& produce, const QString& mainExtension,
+                           const std::function<void(const Result<QString>&)>& done)
+{
     const bool prunes = !std::exchange(m_hasPruned, true);
     runInBackground(
         this,
-        [text, encoding, mainExtension, prunes, folder = m_folder] {
+        [produce, mainExtension, prunes, folder = m_folder] {
             if (prunes)
                 removeLeftovers(folder);
-            return OwnedFile(writeText(text, encoding, folder, mainExtension));
+            return OwnedFile(writeFile(produce, folder, mainExtension));
         },
         [this, done](OwnedFile written) {
             const Result<QString> path = written.handOn();
@@ -186,6 +194,12 @@ void TemporaryTexts::write(const TextSnapshot& text, StringEncoding encoding,
                 removeSoon({m_written.takeFirst()});
             done(path);
         });
+}
+
+void TemporaryTexts::remove(const QString& path)
+{
+    if (m_written.removeOne(path))
+        removeSoon({path});
 }
 
 } // namespace quillory

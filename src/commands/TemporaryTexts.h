@@ -2,12 +2,14 @@
 
 #include "foundation/Result.h"
 #include "text/StringEncoding.h"
+#include "text/TextEncoder.h"
 #include "text/TextSnapshot.h"
 
 #include <QObject>
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <optional>
 
 namespace quillory {
 
@@ -31,6 +33,15 @@ public:
     /// or what went wrong; a document that is closed meanwhile tells nothing and leaves no file.
     void write(const TextSnapshot& text, StringEncoding encoding, const QString& mainExtension,
                const std::function<void(const Result<QString>& path)>& done);
+
+    /// Gives bytes to the sink, on another thread, until it refuses; or says why there are none.
+    using Production = std::function<std::optional<EncodingFailure>(const ByteSink&)>;
+    /// The same with bytes that are made while they are written.
+    void write(const Production& produce, const QString& mainExtension,
+               const std::function<void(const Result<QString>& path)>& done);
+
+    /// Removes a file of this document's that is not needed any more.
+    void remove(const QString& path);
 
 private:
     QString m_folder;

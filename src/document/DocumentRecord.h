@@ -41,7 +41,7 @@ struct DocumentRecord
     bool colorNumbers = false;
     bool canUsePreview = true;
     bool canUsePDFPreview = false;
-    int previewFormat = 0;
+    int previewFormat = 0; ///< see PreviewSource
     bool canCloseTags = false;
     bool isNavigationAvailable = true;
     QVariantMap currentTypingAttributes;

@@ -24,6 +24,16 @@ bool isFlag(const PropertyList& value)
         value.value());
 }
 
+bool isNumber(const PropertyList& value)
+{
+    return std::visit(
+        [](const auto& held) {
+            using T = std::decay_t<decltype(held)>;
+            return std::is_arithmetic_v<T> && !std::is_same_v<T, bool>;
+        },
+        value.value());
+}
+
 bool holdsOnlyTexts(const PropertyList::Array& array)
 {
     return std::all_of(array.begin(), array.end(),
@@ -41,6 +51,7 @@ const Definition::Key Definition::contentKeys[] = {
     {"canCloseTags", Kind::Flag},
     {"canUsePreview", Kind::Flag},
     {"canUsePDFPreview", Kind::Flag},
+    {"previewFormat", Kind::Number},
     {"colorNumbers", Kind::Flag},
     {"commandItems", Kind::Array},
     {"keywords", Kind::Words},
@@ -136,6 +147,14 @@ std::optional<bool> Definition::flag(QLatin1StringView key) const
     return found.toBool();
 }
 
+std::optional<qint64> Definition::number(QLatin1StringView key) const
+{
+    const PropertyList found = value(key);
+    if (!dictionaryWith(key).contains(key) || !isNumber(found))
+        return std::nullopt;
+    return found.toInteger();
+}
+
 std::optional<QString> Definition::string(QLatin1StringView key) const
 {
     const PropertyList found = value(key);
@@ -183,6 +202,10 @@ void Definition::check(const Key& key, std::vector<DefinitionFault>& faults) con
     case Kind::Flag:
         if (!isFlag(found))
             faults.push_back(fault(name, tr("it is neither true nor false")));
+        break;
+    case Kind::Number:
+        if (!isNumber(found))
+            faults.push_back(fault(name, tr("it is no number")));
         break;
     case Kind::String:
         if (!found.as<QString>())

@@ -34,6 +34,7 @@ public:
     bool isDefault() const;
 
     std::optional<bool> flag(QLatin1StringView key) const;
+    std::optional<qint64> number(QLatin1StringView key) const;
     std::optional<QString> string(QLatin1StringView key) const;
     /// The texts of an array.
     std::optional<QStringList> words(QLatin1StringView key) const;
@@ -50,6 +51,7 @@ private:
     enum class Kind
     {
         Flag,
+        Number,
         String,
         Words,
         Array
