@@ -17,6 +17,9 @@ namespace keys {
 
 // Appearance.
 inline constexpr DefaultsKey<int> selectedTheme{"selectedTheme"}; ///< index into the theme list
+inline constexpr DefaultsKey<bool> themeFollowsDesktop{"themeFollowsDesktop"}; ///< light or dark
+inline constexpr DefaultsKey<QString> lightTheme{"lightTheme"}; ///< by name, while it follows
+inline constexpr DefaultsKey<QString> darkTheme{"darkTheme"};
 inline constexpr DefaultsKey<int> font{"font"}; ///< 0 Edita, 1 Menlo, 2 Courier, 3 Monaco, 4 custom
 inline constexpr DefaultsKey<QString> customFontName{"customFontName"};
 inline constexpr DefaultsKey<int> fontSize{"fontSize"}; ///< in points, less 11

@@ -24,6 +24,7 @@ QVariant UserDefaults::stored(const char* name) const
 void UserDefaults::store(const char* name, const QVariant& value)
 {
     m_settings.setValue(QLatin1String(name), value);
+    Q_EMIT changed(QLatin1StringView(name));
 }
 
 bool UserDefaults::converted(const QVariant& stored, bool)

@@ -3,6 +3,7 @@
 #include "foundation/DefaultsKeys.h"
 
 #include <QHash>
+#include <QObject>
 #include <QSettings>
 #include <QString>
 #include <QVariant>
@@ -16,8 +17,10 @@ namespace quillory {
 /// empty. A written value stays, also where it equals the registered one or is a NO. A value that
 /// the user wrote into the file by hand reads as it would in a property list: YES, true and 1 are
 /// all true.
-class UserDefaults
+class UserDefaults : public QObject
 {
+    Q_OBJECT
+
 public:
     /// \a path is the file; it need not exist, nor need the folder that it lies in.
     explicit UserDefaults(const QString& path);
@@ -52,6 +55,7 @@ public:
     void remove(const DefaultsKey<T>& key)
     {
         m_settings.remove(QLatin1String(key.name));
+        Q_EMIT changed(QLatin1StringView(key.name));
     }
 
     /// Writes what is new to the file, and reads what others wrote. False when the file cannot be
@@ -59,6 +63,10 @@ public:
     bool synchronize();
 
     QString path() const { return m_settings.fileName(); }
+
+Q_SIGNALS:
+    /// A key was written or removed through this object, be it with the value that it had.
+    void changed(QLatin1StringView key);
 
 private:
     QVariant stored(const char* name) const;

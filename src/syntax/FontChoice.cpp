@@ -8,10 +8,9 @@ namespace quillory {
 
 namespace {
 
-constexpr std::array<const char*, 4> names{"Edita", "Menlo", "Courier", "Monaco"};
-constexpr int customFont = 4;
-constexpr int smallest = 11; // points
-constexpr int largestIndex = 12;
+constexpr std::array<QLatin1StringView, FontChoice::custom> named{
+    QLatin1StringView("Edita"), QLatin1StringView("Menlo"), QLatin1StringView("Courier"),
+    QLatin1StringView("Monaco")};
 
 } // namespace
 
@@ -20,13 +19,17 @@ FontChoice FontChoice::from(const UserDefaults& defaults)
     const int font = defaults.value(keys::font);
     const int size = defaults.value(keys::fontSize);
     FontChoice choice;
-    if (font == customFont)
+    if (font == custom)
         choice.name = defaults.value(keys::customFontName);
     if (choice.name.isEmpty())
-        choice.name =
-            QLatin1StringView(names[font >= 0 && size_t(font) < names.size() ? size_t(font) : 0]);
-    choice.pointSize = smallest + (size >= 0 && size <= largestIndex ? size : 0);
+        choice.name = named[font >= 0 && font < custom ? size_t(font) : 0];
+    choice.pointSize = smallest + (size >= 0 && size <= largest - smallest ? size : 0);
     return choice;
+}
+
+QStringList FontChoice::names()
+{
+    return {named.begin(), named.end()};
 }
 
 } // namespace quillory

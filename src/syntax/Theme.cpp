@@ -89,6 +89,14 @@ const std::vector<Theme>& ThemeList::arrangedObjects() const
     return m_themes;
 }
 
+int ThemeList::indexOf(const QString& name) const
+{
+    const std::vector<Theme>& all = arrangedObjects();
+    const auto it = std::find_if(all.begin(), all.end(),
+                                 [&](const Theme& theme) { return theme.name() == name; });
+    return it == all.end() ? -1 : int(it - all.begin());
+}
+
 /// Reads one file more; false where all are read.
 bool ThemeList::readNext() const
 {

@@ -51,6 +51,8 @@ public:
     void load(const QString& folder, int index, const QString& shipped);
 
     const std::vector<Theme>& arrangedObjects() const;
+    /// Of the first theme called so; -1 where none is.
+    int indexOf(const QString& name) const;
     /// Null where there is no theme at all.
     const Theme* selected() const { return m_selected ? &*m_selected : nullptr; }
 

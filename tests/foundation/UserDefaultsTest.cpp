@@ -74,6 +74,21 @@ TEST_F(UserDefaultsTest, RegisteredValuesStandInUntilWritten)
     EXPECT_TRUE(defaults.value(keys::wrapLines));
 }
 
+TEST_F(UserDefaultsTest, TellsOfEachKeyThatIsWritten)
+{
+    UserDefaults defaults = reopened();
+    QStringList told;
+    QObject::connect(&defaults, &UserDefaults::changed, &defaults, [&](QLatin1StringView key) {
+        told += QString(key) + QString::number(defaults.value(keys::fontSize));
+    });
+    defaults.registerDefault(keys::fontSize, 5);
+    defaults.setValue(keys::fontSize, 2);
+    defaults.setValue(keys::wrapLines, false);
+    defaults.remove(keys::fontSize);
+    EXPECT_EQ(told, (QStringList{QStringLiteral("fontSize2"), QStringLiteral("wrapLines2"),
+                                 QStringLiteral("fontSize5")}));
+}
+
 TEST_F(UserDefaultsTest, ReadsWhatPeopleWrite)
 {
     UserDefaults(m_path).setValue(keys::font, 1); // makes the folder
