@@ -1,18 +1,16 @@
 #include "app/Application.h"
 
+#include "app/FirstValues.h"
 #include "app/HandoverServer.h"
 #include "app/HeadlessPrint.h"
 #include "app/MessageBar.h"
 #include "app/RenderToPng.h"
-#include "syntax/Theme.h"
 #include "view/TextViewAccessible.h"
 
 #include <QApplication>
 #include <QIcon>
-#include <QPalette>
 #include <QProcessEnvironment>
 #include <QTimer>
-#include <algorithm>
 
 // A static library's resources are linked in only when they are asked for.
 static void initialiseResources()
@@ -32,32 +30,6 @@ void setIcon()
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/quillory.svg")));
 }
 
-/// What a new user begins with: the band behind the current line, new lines indented, and a dark
-/// theme on a dark desktop. Brackets are not closed: "<" is one of them also where it compares, and
-/// typing a closer does not step over the one that is there.
-void writeFirstDefaults(const ApplicationFolders& folders, UserDefaults& defaults)
-{
-    if (defaults.value(keys::firstStartEver))
-        return;
-    for (const auto& key : {keys::highlight, keys::indentNewLinesBraces}) {
-        if (!defaults.isWritten(key))
-            defaults.setValue(key, true);
-    }
-    const bool isDark = QGuiApplication::palette().color(QPalette::Base).lightnessF() < 0.5F;
-    if (!isDark || defaults.isWritten(keys::selectedTheme))
-        return;
-    // The user's folder is about to be filled with these.
-    const QString shipped = folders.resources + QStringLiteral("/Themes");
-    ThemeList themes;
-    themes.load(shipped, 0, shipped);
-    const auto& all = themes.arrangedObjects();
-    const auto dark = std::find_if(all.begin(), all.end(), [](const Theme& theme) {
-        return theme.name() == QLatin1StringView("Insomniac");
-    });
-    if (dark != all.end())
-        defaults.setValue(keys::selectedTheme, int(dark - all.begin()));
-}
-
 } // namespace
 
 Application::Application()
@@ -69,7 +41,7 @@ Application::Application()
       m_controller(m_environment, m_questions, m_state)
 {
     initialiseResources();
-    writeFirstDefaults(m_folders, m_defaults);
+    registerFirstValues(m_folders, m_defaults);
     installTextViewAccessibility();
     installMessageAccessibility();
 }

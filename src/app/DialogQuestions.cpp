@@ -114,6 +114,21 @@ void DialogQuestions::askForSavePath(QWidget* window, const QString& title,
     dialog->open();
 }
 
+void DialogQuestions::askForFolder(QWidget* window, const QString& title, const QString& folder,
+                                   std::function<void(const QString&)> answer)
+{
+    auto* dialog = new QFileDialog(window, title, folder);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    QObject::connect(
+        dialog, &QFileDialog::finished, dialog, [dialog, answer = std::move(answer)](int result) {
+            const QStringList files = dialog->selectedFiles();
+            answer(result == QDialog::Accepted && !files.isEmpty() ? files.front() : QString());
+        });
+    dialog->open();
+}
+
 void DialogQuestions::tell(QWidget* window, const QString& text, const QString& explanation,
                            std::function<void()> done)
 {

@@ -16,6 +16,8 @@ public:
                      std::function<void(const QStringList&)> answer) override;
     void askForSavePath(QWidget* window, const QString& title, const QString& suggestion,
                         std::function<void(const QString&)> answer) override;
+    void askForFolder(QWidget* window, const QString& title, const QString& folder,
+                      std::function<void(const QString&)> answer) override;
     void tell(QWidget* window, const QString& text, const QString& explanation,
               std::function<void()> done) override;
     void showAlert(QWidget* window, const QString& title, const QString& message) override;

@@ -26,7 +26,8 @@ DocumentController::DocumentController(const DocumentEnvironment& environment,
                                        UserQuestions& questions, QSettings& state,
                                        const SpellingEngineSource& spellingEngine)
     : m_environment(environment), m_questions(questions), m_state(state), m_recent(state),
-      m_spellChecker(spellingEngine), m_loader(std::make_unique<DocumentLoader>())
+      m_spellChecker(spellingEngine), m_preferences(environment, questions, state),
+      m_themeFollowing(environment), m_loader(std::make_unique<DocumentLoader>())
 {}
 
 DocumentController::~DocumentController()
@@ -62,6 +63,7 @@ DocumentWindow* DocumentController::show(std::unique_ptr<Document> document,
         std::erase(m_windows, gone);
         settle();
     });
+    connect(window, &DocumentWindow::firstPainted, &m_themeFollowing, &ThemeFollowing::start);
     applyInitialSize(*window, m_state);
     const bool replaces = inPlaceOf && inPlaceOf->isUntouched();
     if (replaces)

@@ -2,8 +2,10 @@
 
 #include "app/DocumentLoader.h"
 #include "app/DocumentWindow.h"
+#include "app/PreferencesController.h"
 #include "app/RecentDocuments.h"
 #include "app/StartOptions.h"
+#include "app/ThemeFollowing.h"
 #include "editing/spelling/EnchantEngine.h"
 #include "editing/spelling/SpellChecker.h"
 
@@ -50,6 +52,7 @@ public:
 
     DocumentLoader& loader() { return *m_loader; }
     SpellChecker& spellChecker() { return m_spellChecker; }
+    PreferencesController& preferences() { return m_preferences; }
 
     QStringList recentDocuments() const { return m_recent.paths(); }
     void clearRecentDocuments() { m_recent.clear(); }
@@ -83,6 +86,8 @@ private:
     QSettings& m_state;
     RecentDocuments m_recent;
     SpellChecker m_spellChecker;
+    PreferencesController m_preferences;
+    ThemeFollowing m_themeFollowing;
     std::unique_ptr<DocumentLoader> m_loader; ///< goes before the windows
     std::vector<DocumentWindow*> m_windows;
     QStringList m_reading; ///< canonical paths of the files that are being read

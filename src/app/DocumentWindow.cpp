@@ -6,6 +6,7 @@
 #include "app/DocumentMessages.h"
 #include "app/EditingAids.h"
 #include "app/ExternalChanges.h"
+#include "app/FullScreenWidth.h"
 #include "app/GoToLineDialog.h"
 #include "app/LoadFlow.h"
 #include "app/MainMenu.h"
@@ -32,7 +33,6 @@
 
 #include <QCloseEvent>
 #include <QDropEvent>
-#include <QFontDialog>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPointer>
@@ -90,6 +90,7 @@ void DocumentWindow::build()
     layout->addWidget(progressBar);
     layout->addWidget(m_status);
     setCentralWidget(content);
+    new FullScreenWidth(*this, m_services.environment.defaults);
     m_view->setFocus();
 
     const DocumentEnvironment& environment = m_services.environment;
@@ -256,16 +257,6 @@ void DocumentWindow::dropEvent(QDropEvent* event)
     event->setDropAction(Qt::CopyAction);
     event->accept();
     openFiles(localFiles(*event->mimeData()));
-}
-
-void DocumentWindow::chooseFont()
-{
-    auto* dialog = new QFontDialog(m_appearance->font(), this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setOption(QFontDialog::MonospacedFonts);
-    connect(dialog, &QFontDialog::fontSelected, this,
-            [this](const QFont& font) { m_appearance->setFont(font); });
-    dialog->open();
 }
 
 void DocumentWindow::copyWithColours()

@@ -91,7 +91,6 @@ public:
     void chooseEncoding(StringEncoding encoding);
     void chooseLineBreaks(int lbFormat);
     void toggleFullScreen();
-    void chooseFont();
     /// The selected text, for programs that take rich text too.
     void copyWithColours();
 

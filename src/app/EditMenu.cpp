@@ -1,3 +1,4 @@
+#include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
 #include "app/MenuConditions.h"
 #include "app/MenuTable.h"
@@ -92,6 +93,11 @@ constexpr MenuItem items[]{
      .ownKeys = "F7",
      .run = [](W& w) { w.spelling().selectNextMisspelling(); }},
     {.text = ENTRY("Spellin&g Language"), .fill = fillSpellingLanguageMenu},
+    separator,
+    {.text = ENTRY("Pre&ferences…"),
+     .standardKey = QKeySequence::Preferences,
+     .ownKeys = "Ctrl+,",
+     .run = [](W& w) { w.controller().preferences().showWindow(w); }},
 };
 
 } // namespace

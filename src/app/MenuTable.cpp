@@ -257,7 +257,7 @@ constexpr MenuItem formatMenu[]{
          },
      .isChecked = [](const W& w) { return w.document().hasByteOrderMark(); }},
     separator,
-    {.text = ENTRY("&Font…"), .run = [](W& w) { w.chooseFont(); }},
+    {.text = ENTRY("&Font…"), .run = [](W& w) { w.controller().preferences().chooseFont(&w); }},
 };
 
 constexpr MenuItem navigateMenu[]{

@@ -45,6 +45,10 @@ public:
     /// answered path may be replaced: the user was asked.
     virtual void askForSavePath(QWidget* window, const QString& title, const QString& suggestion,
                                 std::function<void(const QString&)> answer) = 0;
+    /// \a folder is where the choice begins; the answer is a folder, empty for none. Folders can be
+    /// made in the dialog.
+    virtual void askForFolder(QWidget* window, const QString& title, const QString& folder,
+                              std::function<void(const QString&)> answer) = 0;
     /// Tells of a problem; \a done is called once it was read.
     virtual void tell(QWidget* window, const QString& text, const QString& explanation,
                       std::function<void()> done) = 0;

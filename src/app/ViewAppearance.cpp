@@ -1,8 +1,8 @@
 #include "app/ViewAppearance.h"
 
 #include "document/DocumentEnvironment.h"
-#include "foundation/NotificationCenter.h"
 #include "foundation/UserDefaults.h"
+#include "syntax/FontChoice.h"
 #include "syntax/SyntaxColouring.h"
 #include "view/TextViewWidget.h"
 
@@ -12,10 +12,8 @@ namespace quillory {
 
 namespace {
 
-constexpr int customFont = 4;      ///< the value of the user default "font" for a font by name
-constexpr int smallestStored = 11; ///< points that the user default "fontSize" 0 stands for
-constexpr int smallest = 4;        ///< points
-constexpr int largest = 96;        ///< points
+constexpr int smallest = 4; ///< points
+constexpr int largest = 96; ///< points
 
 QColor toQColor(const Colour& colour)
 {
@@ -27,11 +25,6 @@ QColor faded(QColor colour)
 {
     colour.setAlphaF(colour.alphaF() * 0.6F);
     return colour;
-}
-
-int pointSize(const QFont& font)
-{
-    return font.pointSize() > 0 ? font.pointSize() : smallestStored;
 }
 
 } // namespace
@@ -48,7 +41,7 @@ ViewAppearance::ViewAppearance(TextViewWidget& view, const DocumentEnvironment& 
 void ViewAppearance::apply()
 {
     QFont zoomed = font();
-    zoomed.setPointSize(std::clamp(pointSize(zoomed) + m_zoom, smallest, largest));
+    zoomed.setPointSize(std::clamp(zoomed.pointSize() + m_zoom, smallest, largest));
     if (zoomed != m_view.textFont())
         m_view.setTextFont(zoomed);
     const bool wraps = m_environment.defaults.value(keys::wrapLines);
@@ -71,7 +64,7 @@ void ViewAppearance::applyColours()
 
 void ViewAppearance::setZoom(int points)
 {
-    const int size = pointSize(font());
+    const int size = font().pointSize();
     m_zoom = std::clamp(points, smallest - size, largest - size);
     apply();
 }
@@ -83,21 +76,13 @@ QFont ViewAppearance::font() const
 
 QFont ViewAppearance::fontOf(const UserDefaults& defaults)
 {
-    const QString name = defaults.value(keys::customFontName);
-    if (defaults.value(keys::font) != customFont || name.isEmpty())
-        return QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    QFont font(name, int(defaults.value(keys::fontSize)) + smallestStored);
+    const FontChoice choice = FontChoice::from(defaults);
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    if (QFontDatabase::hasFamily(choice.name))
+        font = QFont(choice.name);
     font.setStyleHint(QFont::Monospace);
+    font.setPointSize(choice.pointSize);
     return font;
-}
-
-void ViewAppearance::setFont(const QFont& font)
-{
-    UserDefaults& defaults = m_environment.defaults;
-    defaults.setValue(keys::customFontName, font.family());
-    defaults.setValue(keys::font, customFont);
-    defaults.setValue(keys::fontSize, pointSize(font) - smallestStored);
-    m_environment.notifications.post(notifications::preferencesDidChange);
 }
 
 } // namespace quillory

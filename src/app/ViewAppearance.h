@@ -30,12 +30,11 @@ public:
     void resetZoom() { setZoom(0); }
     bool isZoomed() const { return m_zoom != 0; }
 
-    /// The one that \a defaults ask for.
+    /// The one that \a defaults ask for; where it is not installed, the desktop's fixed font in the
+    /// size asked for.
     static QFont fontOf(const UserDefaults& defaults);
     /// Without the zoom.
     QFont font() const;
-    /// For all windows, and those to come.
-    void setFont(const QFont& font);
 
 private:
     void setZoom(int points);

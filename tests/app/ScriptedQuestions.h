@@ -12,6 +12,7 @@ public:
     bool agrees = false;
     QStringList files;
     QString savePath;
+    QString folder;
 
     QStringList asked; ///< what each question was about, oldest first
     QString exact;     ///< what the last one showed as it stands
@@ -43,6 +44,13 @@ public:
     {
         asked += title;
         answer(savePath);
+    }
+
+    void askForFolder(QWidget*, const QString& title, const QString&,
+                      std::function<void(const QString&)> answer) override
+    {
+        asked += title;
+        answer(folder);
     }
 
     void tell(QWidget*, const QString&, const QString& explanation,
