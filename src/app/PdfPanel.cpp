@@ -1,9 +1,10 @@
 #include "app/PdfPanel.h"
 
+#include "app/PagesPane.h"
+#include "app/PdfFindBar.h"
 #include "app/UserQuestions.h"
 #include "foundation/Background.h"
 
-#include <QAbstractScrollArea>
 #include <QDir>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -11,15 +12,13 @@
 #include <QPluginLoader>
 #include <QSaveFile>
 #include <QScreen>
-#include <QScrollBar>
 #include <QShortcut>
-#include <QToolButton>
 
 namespace quillory {
 
 namespace {
 
-constexpr QSize firstSize(640, 800); // pixels
+constexpr QSize firstSize(760, 840); // pixels
 
 QString pluginPath(const QString& folder)
 {
@@ -33,13 +32,15 @@ struct PdfPanel::Read
 {
     int number = 0;
     QString path;
-    QByteArray bytes;
-    QString error; ///< fit to follow a colon; empty where the file was read
+    QByteArray bytes = {};
+    QString error = {};          ///< fit to follow a colon; empty where the file was read
+    QString missingPlugin = {};  ///< why it could not be loaded
+    std::shared_ptr<PdfFile> file = {};
 };
 
 PdfPanel::PdfPanel(QString plugins, UserQuestions& questions)
     : m_plugins(std::move(plugins)), m_questions(questions), m_note(new QLabel(this)),
-      m_page(new QLabel(this)), m_bar(new QWidget(this))
+      m_pages(new PagesPane(this)), m_findBar(new PdfFindBar(m_pages->view(), this))
 {
     setWindowTitle(tr("Preview"));
     resize(firstSize.boundedTo(screen()->availableSize() * 0.9));
@@ -47,7 +48,11 @@ PdfPanel::PdfPanel(QString plugins, UserQuestions& questions)
     tellNote(tr("Typeset the document to see its PDF here."));
 }
 
-PdfPanel::~PdfPanel() = default;
+PdfPanel::~PdfPanel()
+{
+    // Its end waits for what is being drawn of any PDF.
+    releaseInBackground(std::move(m_file));
+}
 
 void PdfPanel::build()
 {
@@ -56,117 +61,93 @@ void PdfPanel::build()
     m_note->setWordWrap(true);
     m_note->setMargin(24);
     m_note->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Expanding);
-    auto* line = new QHBoxLayout(m_bar);
-    line->setContentsMargins(6, 3, 6, 3);
-    line->addWidget(m_page, 1);
-    const auto add = [this](const QString& text, const QString& toolTip, const auto& keys,
-                            auto act) {
-        connect(addButton(text, toolTip), &QToolButton::clicked, this, act);
-        for (const QKeySequence& key : keys)
-            connect(new QShortcut(key, this), &QShortcut::activated, this, act);
-    };
-    const auto withViewer = [this](void (PdfViewer::*act)()) {
-        return [this, act] {
-            if (m_viewer)
-                (m_viewer.get()->*act)();
-        };
-    };
     using Keys = QList<QKeySequence>;
-    add(QStringLiteral("−"), tr("Smaller (Ctrl+−)"), Keys{Qt::CTRL | Qt::Key_Minus},
-        withViewer(&PdfViewer::zoomOut));
-    add(tr("Fit Width"), tr("As wide as the window (Ctrl+0)"), Keys{Qt::CTRL | Qt::Key_0},
-        withViewer(&PdfViewer::fitWidth));
-    add(QStringLiteral("+"), tr("Larger (Ctrl++)"),
-        Keys{Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal}, withViewer(&PdfViewer::zoomIn));
-    add(tr("Save PDF…"), tr("Copy the PDF to another place (Ctrl+S)"), Keys{QKeySequence::Save},
-        [this] { savePDF(); });
-    connect(new QShortcut(Qt::Key_Home, this), &QShortcut::activated, this,
-            [this] { scrollTo(false); });
-    connect(new QShortcut(Qt::Key_End, this), &QShortcut::activated, this,
-            [this] { scrollTo(true); });
-    for (const QKeySequence& key : Keys{Qt::CTRL | Qt::Key_W, Qt::Key_Escape, Qt::Key_F9})
-        connect(new QShortcut(key, this), &QShortcut::activated, this, &QWidget::close);
+    m_pages->addTool(tr("Find…"), tr("Find a text"), Keys{QKeySequence::Find},
+                     [this] { m_findBar->open(); });
+    m_pages->addTool(tr("Save PDF…"), tr("Copy the PDF to another place"), Keys{QKeySequence::Save},
+                     [this] { savePDF(); });
+    const auto onKey = [this](const QKeySequence& key, auto act) {
+        connect(new QShortcut(key, this), &QShortcut::activated, this, act);
+    };
+    onKey(Qt::Key_F3, [this] { m_findBar->findNext(); });
+    onKey(Qt::SHIFT | Qt::Key_F3, [this] { m_findBar->findNext(-1); });
+    onKey(Qt::CTRL | Qt::Key_W, [this] { close(); });
+    onKey(Qt::Key_F9, [this] { close(); });
+    onKey(Qt::Key_Escape, [this] {
+        if (m_findBar->isVisible())
+            m_findBar->close();
+        else
+            close();
+    });
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(m_bar);
+    layout->addWidget(m_pages, 1);
+    layout->addWidget(m_findBar);
     layout->addWidget(m_note, 1);
-}
-
-QToolButton* PdfPanel::addButton(const QString& text, const QString& toolTip)
-{
-    auto* button = new QToolButton(m_bar);
-    button->setText(text);
-    button->setToolTip(toolTip);
-    button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::NoFocus); // the keyboard stays with the pages
-    m_bar->layout()->addWidget(button);
-    return button;
 }
 
 void PdfPanel::load(const QString& path)
 {
     runInBackground(
         this,
-        [path, number = ++m_reading, plugin = pluginPath(m_plugins)] {
-            Read read{number, path, {}, {}};
+        [path, number = ++m_reading, pluginFile = pluginPath(m_plugins)] {
+            Read read{number, path};
             QFile file(path);
             if (file.open(QIODevice::ReadOnly))
                 read.bytes = file.readAll();
             if (file.error() != QFile::NoError)
                 read.error = file.errorString();
-            // It stays loaded; the large library that it uses is what takes long.
-            QPluginLoader(plugin).load();
+            QPluginLoader plugin(pluginFile);
+            auto* factory = qobject_cast<PdfFileFactory*>(plugin.instance());
+            if (!factory)
+                read.missingPlugin = plugin.errorString();
+            else if (read.error.isEmpty())
+                read.file = factory->open(read.bytes, read.error);
             return read;
         },
-        [this](const Read& read) {
+        [this](Read read) {
             if (read.number != m_reading)
                 return;
-            take(read);
+            take(std::move(read));
             Q_EMIT loaded();
         });
 }
 
-void PdfPanel::take(const Read& read)
+void PdfPanel::take(Read read)
 {
-    QPluginLoader plugin(pluginPath(m_plugins));
-    auto* factory = qobject_cast<PdfViewerFactory*>(plugin.instance());
-    QString error = read.error;
-    std::unique_ptr<PdfViewer> viewer;
-    if (error.isEmpty() && factory)
-        viewer = factory->newViewer(read.bytes, error);
-    const std::optional<PdfViewer::Place> place =
-        m_viewer && read.path == m_path ? std::optional(m_viewer->place()) : std::nullopt;
-    const bool hadFocus = !m_viewer || m_viewer->widget()->hasFocus();
-    m_viewer = std::move(viewer);
+    const bool isOther = read.path != m_path;
+    releaseInBackground(std::move(m_file));
+    m_file = std::move(read.file);
     m_pdf = read.bytes;
     m_path = read.path;
     const QString shown = QDir::toNativeSeparators(read.path);
-    if (!factory) {
+    if (!read.missingPlugin.isEmpty()) {
         tellNote(tr("“%1” cannot be shown: the PDF preview is not installed (%2). Open it in "
                     "another program.")
-                     .arg(shown, plugin.errorString()));
-    } else if (!m_viewer) {
-        tellNote(tr("“%1” cannot be shown: %2. Typeset the document again.").arg(shown, error));
+                     .arg(shown, read.missingPlugin));
+    } else if (!m_file) {
+        tellNote(tr("“%1” cannot be shown: %2. Typeset the document again.").arg(shown, read.error));
     } else {
+        const bool wasHidden = m_pages->isHidden();
         m_note->hide();
-        layout()->addWidget(m_viewer->widget());
-        m_viewer->widget()->setAccessibleName(tr("Pages of %1").arg(QFileInfo(shown).fileName()));
-        m_viewer->widget()->show();
-        layout()->activate();
-        if (place)
-            m_viewer->show(*place);
-        if (hadFocus)
-            m_viewer->widget()->setFocus();
-        m_viewer->setPageChanged([this] { showPage(); });
-        m_bar->show();
-        showPage();
+        m_pages->show();
+        m_pages->setRenderer(std::make_unique<PageRenderer>(m_file));
+        m_pages->setPageSizes(m_file->pageSizes());
+        m_pages->view().setAccessibleName(tr("Pages of %1").arg(QFileInfo(shown).fileName()));
+        if (isOther)
+            m_pages->view().goToPage(0);
+        if (wasHidden)
+            m_pages->view().setFocus();
     }
+    m_findBar->setFile(m_file);
 }
 
 void PdfPanel::tellNote(const QString& note)
 {
-    m_bar->hide();
+    m_pages->hide();
+    m_findBar->close();
+    m_pages->setRenderer(nullptr);
     m_note->setText(note);
     m_note->show();
 }
@@ -174,22 +155,6 @@ void PdfPanel::tellNote(const QString& note)
 QString PdfPanel::note() const
 {
     return m_note->isHidden() ? QString() : m_note->text();
-}
-
-void PdfPanel::showPage()
-{
-    m_page->setText(
-        tr("Page %1 of %2").arg(m_viewer->currentPage() + 1).arg(m_viewer->pageCount()));
-}
-
-void PdfPanel::scrollTo(bool end)
-{
-    if (!m_viewer)
-        return;
-    if (const auto* pages = qobject_cast<QAbstractScrollArea*>(m_viewer->widget())) {
-        QScrollBar& bar = *pages->verticalScrollBar();
-        bar.setValue(end ? bar.maximum() : 0);
-    }
 }
 
 void PdfPanel::present()
@@ -202,10 +167,10 @@ void PdfPanel::present()
 
 void PdfPanel::savePDF()
 {
-    if (!m_viewer)
+    if (!m_file)
         return;
     m_questions.askForSavePath(this, tr("Save PDF"), m_path, [this](const QString& chosen) {
-        if (!chosen.isEmpty() && m_viewer)
+        if (!chosen.isEmpty() && m_file)
             write(chosen);
     });
 }

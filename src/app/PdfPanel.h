@@ -1,19 +1,19 @@
 #pragma once
 
-#include "app/PdfViewer.h"
+#include "app/PdfFile.h"
 
 #include <QWidget>
-#include <memory>
 
 class QLabel;
-class QToolButton;
 
 namespace quillory {
 
+class PagesPane;
+class PdfFindBar;
 class UserQuestions;
 
-/// The window that shows the PDF made from a document. Qt's PDF library is loaded, on another
-/// thread, when the first one is shown.
+/// The window that shows the PDF made from a document. Qt's PDF library is loaded, and used, on
+/// other threads; loaded when the first PDF is shown.
 class PdfPanel : public QWidget
 {
     Q_OBJECT
@@ -30,9 +30,9 @@ public:
     /// Asks for a place, and writes the PDF that is shown there.
     void savePDF();
 
-    bool hasPdf() const { return m_viewer != nullptr; }
-    /// Null while no PDF is shown.
-    PdfViewer* viewer() const { return m_viewer.get(); }
+    bool hasPdf() const { return m_file != nullptr; }
+    PagesPane& pages() const { return *m_pages; }
+    PdfFindBar& findBar() const { return *m_findBar; }
     /// What stands in the place of the pages; empty while they are shown.
     QString note() const;
 
@@ -43,21 +43,18 @@ private:
     struct Read;
 
     void build();
-    QToolButton* addButton(const QString& text, const QString& toolTip);
-    void take(const Read& read);
+    void take(Read read);
     void tellNote(const QString& note);
-    void showPage();
-    void scrollTo(bool end);
     void write(const QString& path);
 
     QString m_plugins;
     UserQuestions& m_questions;
-    std::unique_ptr<PdfViewer> m_viewer;
+    std::shared_ptr<PdfFile> m_file;
     QByteArray m_pdf;
     QString m_path;
     QLabel* m_note;
-    QLabel* m_page;
-    QWidget* m_bar;
+    PagesPane* m_pages;
+    PdfFindBar* m_findBar;
     int m_reading = 0; ///< the last one begun
 };
 

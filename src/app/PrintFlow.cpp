@@ -1,5 +1,6 @@
 #include "app/PrintFlow.h"
 
+#include "app/PrintPreview.h"
 #include "app/ProgressBar.h"
 #include "app/UserQuestions.h"
 #include "app/ViewAppearance.h"
@@ -10,7 +11,6 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QFileInfo>
-#include <QLocale>
 #include <QPdfWriter>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -21,30 +21,24 @@ namespace quillory {
 
 namespace {
 
-constexpr auto pageMargins = QPPrintableTextView::margins;
-
 /// The page of the dialog with what it knows nothing of by itself.
 class TextOptions : public QWidget
 {
 public:
-    TextOptions()
+    explicit TextOptions(const PrintSetup& setup)
     {
         setWindowTitle(PrintFlow::tr("Text"));
         auto* layout = new QVBoxLayout(this);
         layout->addWidget(lineNumbers);
         layout->addWidget(colours);
         layout->addStretch(1);
+        lineNumbers->setChecked(setup.lineNumbers);
+        colours->setChecked(setup.colours);
     }
 
     QCheckBox* lineNumbers = new QCheckBox(PrintFlow::tr("Line &numbers"), this);
     QCheckBox* colours = new QCheckBox(PrintFlow::tr("&Colours of the language"), this);
 };
-
-QPageSize::PageSizeId usualPaper()
-{
-    return QLocale().measurementSystem() == QLocale::ImperialUSSystem ? QPageSize::Letter
-                                                                      : QPageSize::A4;
-}
 
 void useRange(QPPrintableTextView::Job& job, const QPrintDialog& dialog, TextRange selection)
 {
@@ -63,19 +57,17 @@ void useRange(QPPrintableTextView::Job& job, const QPrintDialog& dialog, TextRan
 
 } // namespace
 
-PrintAnswer writePdf(QPPrintableTextView& view, const QString& path, const QString& title,
-                     const GoOn& goOn)
+PrintAnswer writePdf(QPPrintableTextView& view, const PdfTarget& target, const GoOn& goOn)
 {
-    QSaveFile file(path);
+    QSaveFile file(target.path);
     if (!file.open(QIODevice::WriteOnly))
         return {QPPrintableTextView::Outcome::Failed, 0, 0, file.errorString()};
     QPPrintableTextView::Outcome outcome{};
     {
         QPdfWriter writer(&file);
-        writer.setTitle(title);
+        writer.setTitle(target.title);
         writer.setCreator(QStringLiteral("Quillory"));
-        writer.setPageSize(QPageSize(usualPaper()));
-        writer.setPageMargins(pageMargins, QPageLayout::Point);
+        writer.setPageLayout(target.layout);
         outcome = view.print(writer, goOn);
     }
     if (outcome == QPPrintableTextView::Outcome::Printed && !file.commit())
@@ -102,29 +94,57 @@ PrintFlow::PrintFlow(Document& document, UserDefaults& defaults, UserQuestions& 
 PrintFlow::~PrintFlow()
 {
     cancel();
+    delete m_preview;
+}
+
+/// All of the text, as the setup has it.
+QPPrintableTextView::Job PrintFlow::wholeJob()
+{
+    QPPrintableTextView::Job job = printJob(m_document, m_defaults);
+    job.lineNumbers = m_setup.lineNumbers;
+    job.colours = m_setup.colours;
+    return job;
+}
+
+/// The window that a dialog belongs to.
+QWidget& PrintFlow::asker() const
+{
+    return m_preview && m_preview->isActiveWindow() ? *m_preview : m_window;
+}
+
+void PrintFlow::setUpPrinter()
+{
+    if (!m_printer)
+        m_printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
+    if (m_setup.isLayoutChosen)
+        m_printer->setPageLayout(m_setup.layout);
+    else
+        m_printer->setPageMargins(QPPrintableTextView::margins, QPageLayout::Point);
+    m_printer->setDocName(m_document.displayName());
 }
 
 void PrintFlow::printTextView()
 {
     if (isPrinting())
         return;
-    if (!m_printer) {
-        m_printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
-        m_printer->setPageMargins(pageMargins, QPageLayout::Point);
-    }
-    m_printer->setDocName(m_document.displayName());
-    auto* dialog = new QPrintDialog(m_printer.get(), &m_window);
+    setUpPrinter();
+    auto* dialog = new QPrintDialog(m_printer.get(), &asker());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     const TextRange selection = m_document.textView().primarySelection().range();
     dialog->setOption(QAbstractPrintDialog::PrintSelection, !selection.isEmpty());
     dialog->setOption(QAbstractPrintDialog::PrintPageRange);
-    auto* options = new TextOptions;
+    auto* options = new TextOptions(m_setup);
     dialog->setOptionTabs({options});
     connect(dialog, &QDialog::accepted, this, [this, dialog, options, selection] {
-        QPPrintableTextView::Job job = printJob(m_document, m_defaults);
+        if (isPrinting())
+            return;
+        m_setup.lineNumbers = options->lineNumbers->isChecked();
+        m_setup.colours = options->colours->isChecked();
+        m_setup.layout = m_printer->pageLayout();
+        m_setup.isLayoutChosen = true;
+        refreshPreview();
+        QPPrintableTextView::Job job = wholeJob();
         useRange(job, *dialog, selection);
-        job.lineNumbers = options->lineNumbers->isChecked();
-        job.colours = options->colours->isChecked();
         start(job, m_document.displayName(),
               [printer = m_printer](QPPrintableTextView& view, const GoOn& goOn) -> PrintAnswer {
                   return {view.print(*printer, goOn), view.pageCount(), view.currentPage(), {}};
@@ -142,15 +162,42 @@ void PrintFlow::savePages()
         QFileInfo(m_document.displayName()).completeBaseName() + QStringLiteral(".pdf");
     const QDir folder = path.isEmpty() ? QDir::current() : QFileInfo(path).dir();
     m_questions.askForSavePath(
-        &m_window, tr("Save as PDF"), folder.filePath(name), [this](const QString& chosen) {
+        &asker(), tr("Save as PDF"), folder.filePath(name), [this](const QString& chosen) {
             if (chosen.isEmpty() || isPrinting())
                 return;
-            start(printJob(m_document, m_defaults), QDir::toNativeSeparators(chosen),
-                  [chosen, title = m_document.displayName()](QPPrintableTextView& view,
-                                                             const GoOn& goOn) {
-                      return writePdf(view, chosen, title, goOn);
+            const PdfTarget target{chosen, m_document.displayName(), m_setup.layout};
+            start(wholeJob(), QDir::toNativeSeparators(chosen),
+                  [target](QPPrintableTextView& view, const GoOn& goOn) {
+                      return writePdf(view, target, goOn);
                   });
         });
+}
+
+void PrintFlow::showPreview()
+{
+    if (!m_preview) {
+        m_preview = new PrintPreview(m_setup);
+        connect(m_preview, &PrintPreview::printClicked, this, &PrintFlow::printTextView);
+        connect(m_preview, &PrintPreview::saveClicked, this, &PrintFlow::savePages);
+        connect(m_preview, &PrintPreview::setupChanged, this, &PrintFlow::refreshPreview);
+        connect(m_preview, &PrintPreview::activated, this, [this] {
+            if (m_isPreviewOld)
+                refreshPreview();
+        });
+        connect(&m_document.textView(), &QPTextView::textDidChange, m_preview,
+                [this] { m_isPreviewOld = true; });
+        connect(&m_document, &Document::textViewSettingsApplied, m_preview,
+                [this] { refreshPreview(); });
+    }
+    refreshPreview();
+    m_preview->present();
+}
+
+void PrintFlow::refreshPreview()
+{
+    m_isPreviewOld = false;
+    if (m_preview)
+        m_preview->setJob(wholeJob(), m_document.displayName());
 }
 
 void PrintFlow::cancel()

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "app/PrintSetup.h"
 #include "app/QPPrintableTextView.h"
 
 #include <QObject>
+#include <QPointer>
 #include <atomic>
 #include <memory>
 
@@ -11,6 +13,7 @@ class QPrinter;
 namespace quillory {
 
 class Document;
+class PrintPreview;
 class ProgressBar;
 class UserDefaults;
 class UserQuestions;
@@ -26,9 +29,16 @@ struct PrintAnswer
     QString error = {};  ///< of a file
 };
 
-/// Writes the pages as a PDF file: entirely, or not at all. \a title is told to those who read it.
-PrintAnswer writePdf(QPPrintableTextView& view, const QString& path, const QString& title,
-                     const GoOn& goOn);
+/// A PDF file to be written.
+struct PdfTarget
+{
+    QString path;
+    QString title; ///< is told to those who read it
+    QPageLayout layout;
+};
+
+/// Writes the pages as a PDF file: entirely, or not at all.
+PrintAnswer writePdf(QPPrintableTextView& view, const PdfTarget& target, const GoOn& goOn);
 
 /// What of \a document is printed, and how, as the user defaults have it: all of it, in black,
 /// without line numbers.
@@ -50,7 +60,11 @@ public:
     void printTextView();
     /// Asks for a place, and writes a PDF file there: entirely, or not at all.
     void savePages();
+    /// Shows the pages in a window of their own, with the text as it is now.
+    void showPreview();
     void cancel();
+    /// Null while it is closed.
+    PrintPreview* preview() const { return m_preview; }
     bool isPrinting() const { return m_state != nullptr; }
 
 Q_SIGNALS:
@@ -68,6 +82,10 @@ private:
         std::atomic_bool isTelling = false; ///< how far it is
     };
 
+    QPPrintableTextView::Job wholeJob();
+    QWidget& asker() const;
+    void setUpPrinter();
+    void refreshPreview();
     void start(const QPPrintableTextView::Job& job, const QString& name, const Print& print);
     void show(const QPPrintableTextView::Progress& progress);
     void notePage(int page);
@@ -78,6 +96,9 @@ private:
     UserQuestions& m_questions;
     ProgressBar& m_bar;
     QWidget& m_window;
+    PrintSetup m_setup;                  ///< as it was chosen last
+    QPointer<PrintPreview> m_preview;
+    bool m_isPreviewOld = false;
     std::shared_ptr<QPrinter> m_printer; ///< as it was set up last
     std::shared_ptr<State> m_state;      ///< null while nothing is printed
 };

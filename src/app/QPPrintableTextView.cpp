@@ -35,7 +35,7 @@ void usePoints(QPainter& painter, const QPageLayout& layout)
 
 void QPPrintableTextView::drawPageBorderWithSize(QPainter& painter, QSizeF size, int page) const
 {
-    const QString text = m_job.footer.text(page, m_pageCount);
+    const QString text = m_job.footer.text(page, m_isPaginated ? pageCount() : 0);
     if (text.isEmpty() || !m_job.footer.isShownOn(page))
         return;
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
@@ -76,23 +76,40 @@ std::vector<PrintedText::Ink> QPPrintableTextView::inksOf(TextRange range) const
     return inks;
 }
 
+bool QPPrintableTextView::paginate(const QPageLayout& layout,
+                                   const std::function<bool(double)>& goOn)
+{
+    m_paper = layout.fullRect(QPageLayout::Point).size();
+    const QRectF area = QRectF(QPointF(), m_paper).marginsRemoved(marginsOf(layout));
+    m_corner = area.topLeft();
+    const TextSnapshot& whole = m_job.text.text;
+    m_text = std::make_unique<PrintedText>(
+        whole.slice(m_job.range),
+        PrintedText::Form{.font = m_job.font,
+                          .area = area.size(),
+                          .lineNumbers = m_job.lineNumbers,
+                          .firstLine = whole.lineAt(m_job.range.location).value() + 1});
+    m_isPaginated = m_text->paginate(goOn);
+    return m_isPaginated;
+}
+
+void QPPrintableTextView::paintPage(QPainter& painter, int page)
+{
+    painter.save();
+    painter.translate(m_corner);
+    m_text->paintPage(painter, page - 1, inksOf(m_text->rangeOfPage(page - 1)));
+    painter.restore();
+    drawPageBorderWithSize(painter, m_paper, page);
+}
+
 QPPrintableTextView::Outcome QPPrintableTextView::print(QPagedPaintDevice& device,
                                                         const std::function<bool(Progress)>& goOn)
 {
     const QPageLayout layout = device.pageLayout();
-    const QSizeF paper = layout.fullRect(QPageLayout::Point).size();
-    const QRectF area = QRectF(QPointF(), paper).marginsRemoved(marginsOf(layout));
-    const TextSnapshot& whole = m_job.text.text;
-    PrintedText text(whole.slice(m_job.range),
-                     {.font = m_job.font,
-                      .area = area.size(),
-                      .lineNumbers = m_job.lineNumbers,
-                      .firstLine = whole.lineAt(m_job.range.location).value() + 1});
-    if (!text.paginate([&](double share) { return goOn({share * shareOfPagination, 0}); }))
+    if (!paginate(layout, [&](double share) { return goOn({share * shareOfPagination, 0}); }))
         return Outcome::Cancelled;
-    m_pageCount = text.pageCount();
     const int first = std::max(1, m_job.firstPage);
-    const int last = m_job.lastPage > 0 ? std::min(m_job.lastPage, m_pageCount) : m_pageCount;
+    const int last = m_job.lastPage > 0 ? std::min(m_job.lastPage, pageCount()) : pageCount();
     if (first > last)
         return Outcome::NoSuchPages;
 
@@ -104,11 +121,7 @@ QPPrintableTextView::Outcome QPPrintableTextView::print(QPagedPaintDevice& devic
         if (page > first && !device.newPage())
             return Outcome::Failed;
         m_currentPage = page;
-        painter.save();
-        painter.translate(area.topLeft());
-        text.paintPage(painter, page - 1, inksOf(text.rangeOfPage(page - 1)));
-        painter.restore();
-        drawPageBorderWithSize(painter, paper, page);
+        paintPage(painter, page);
         const double share = double(page - first + 1) / double(last - first + 1);
         if (!goOn({shareOfPagination + share * (1 - shareOfPagination), page})) {
             // A spooler must not get the pages that are there.

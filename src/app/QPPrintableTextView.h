@@ -8,12 +8,13 @@
 #include <QMarginsF>
 #include <functional>
 
+class QPageLayout;
 class QPagedPaintDevice;
 class QPainter;
 
 namespace quillory {
 
-/// Prints a text, with a footer on each page. Belongs to one thread, which may be any.
+/// Prints a text, with a footer on each page. Belongs to one thread at a time, which may be any.
 class QPPrintableTextView
 {
 public:
@@ -53,9 +54,15 @@ public:
     /// number of pages, but for what the device keeps.
     Outcome print(QPagedPaintDevice& device, const std::function<bool(Progress)>& goOn);
 
-    /// Of the last print(), also those that were not asked for.
-    int pageCount() const { return m_pageCount; }
-    /// The page drawn last, counted from 1; 0 before the first.
+    /// Lays the text out on paper as \a layout has it; see PrintedText::paginate().
+    bool paginate(const QPageLayout& layout, const std::function<bool(double)>& goOn);
+    /// Paints \a page, counted from 1 and one of those found, with its footer. The painter's origin
+    /// is the corner of the paper; one unit of it is a point.
+    void paintPage(QPainter& painter, int page);
+
+    /// Those found so far; after paginate(), and so print(), all of them.
+    int pageCount() const { return m_text ? m_text->pageCount() : 0; }
+    /// The page printed last, counted from 1; 0 before the first.
     int currentPage() const { return m_currentPage; }
 
 private:
@@ -63,7 +70,10 @@ private:
     std::vector<PrintedText::Ink> inksOf(TextRange range) const;
 
     Job m_job;
-    int m_pageCount = 0;
+    std::unique_ptr<PrintedText> m_text;
+    QSizeF m_paper;     ///< points
+    QPointF m_corner;   ///< of the text, from that of the paper; points
+    bool m_isPaginated = false;
     int m_currentPage = 0;
 };
 

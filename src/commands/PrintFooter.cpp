@@ -45,7 +45,9 @@ QString PrintFooter::pageText(int page, int pageCount) const
     case 2:
         return translate("Page %1").arg(page);
     case 3:
-        return translate("Page %1 of %2").arg(page).arg(pageCount);
+        return translate("Page %1 of %2")
+            .arg(page)
+            .arg(pageCount > 0 ? QString::number(pageCount) : QStringLiteral("…"));
     default:
         return {};
     }

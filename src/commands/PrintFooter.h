@@ -24,6 +24,7 @@ struct PrintFooter
     static PrintFooter from(const UserDefaults& defaults);
 
     /// What stands below \a page of \a pageCount, both counted from 1, whether or not it is shown.
+    /// A count of 0 is one that is not known yet.
     QString text(int page, int pageCount) const;
     bool isShownOn(int page) const { return page > 1 || !skipsFirstPage; }
     /// From the top of a page down to the top of a footer, all in points.

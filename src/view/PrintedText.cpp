@@ -44,22 +44,24 @@ PrintedText::PrintedText(const TextSnapshot& text, const Form& form)
 bool PrintedText::paginate(const std::function<bool(double)>& goOn)
 {
     const auto length = double(std::max<TextOffset>(1, m_storage.length()));
-    std::vector<TextOffset> starts{0};
+    m_starts = {0};
+    m_pageCount = 0;
     int rows = 0;
     for (auto row = std::optional(m_geometry->rowAt(TextOffset(0))); row;
          row = m_geometry->rowAfter(*row)) {
         // What is behind the last line break needs no page.
         const bool isNothing = row->range.isEmpty() && row->range.location == m_storage.length();
         if (rows == m_rowsPerPage && !isNothing) {
-            starts.push_back(row->range.location);
+            m_starts.push_back(row->range.location);
+            ++m_pageCount;
             rows = 0;
-            if (starts.size() % pagesBetweenReports == 0 &&
+            if ((m_pageCount == 1 || m_pageCount % pagesBetweenReports == 0) &&
                 !goOn(double(row->range.location) / length))
                 return false;
         }
         ++rows;
     }
-    m_starts = std::move(starts);
+    m_pageCount = int(m_starts.size());
     return true;
 }
 

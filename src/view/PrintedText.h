@@ -37,10 +37,11 @@ public:
     PrintedText(const TextSnapshot& text, const Form& form);
 
     /// Finds where the pages begin, which lays out all of the text. \a goOn is told now and then
-    /// which share of it is done, from 0 to 1, and ends it by false. False when it was ended.
+    /// which share of it is done, from 0 to 1, and ends it by false; it may paint the pages that
+    /// were found. False when it was ended.
     bool paginate(const std::function<bool(double)>& goOn);
-    /// At least 1 once pages were found, also for an empty text; 0 before.
-    int pageCount() const { return int(m_starts.size()); }
+    /// Those whose end was found. At least 1 after paginate(), also for an empty text.
+    int pageCount() const { return m_pageCount; }
     /// What \a page, counted from 0, shows, line breaks included.
     TextRange rangeOfPage(int page) const;
 
@@ -56,7 +57,8 @@ private:
     TextStorage m_storage;
     TextFont m_font;
     std::unique_ptr<TextGeometry> m_geometry;
-    std::vector<TextOffset> m_starts;
+    std::vector<TextOffset> m_starts; ///< of pages; the last one's end may be unknown yet
+    int m_pageCount = 0;
     qint64 m_firstLine;
     double m_gutter = 0; ///< the room for line numbers
     int m_rowsPerPage;

@@ -1,4 +1,5 @@
 #include "AppFixture.h"
+#include "SamplePdf.h"
 
 #include "../view/EventLoopWatchdog.h"
 
@@ -12,8 +13,6 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLineEdit>
-#include <QPainter>
-#include <QPdfWriter>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
@@ -41,30 +40,6 @@ protected:
     static bool waitForEnd(DocumentWindow& window)
     {
         return QTest::qWaitFor([&] { return !window.document().programs().isRunning(); }, patience);
-    }
-
-    /// A PDF of that many pages.
-    void writePdf(const char* name, int pages) const
-    {
-        QPdfWriter writer(path(name));
-        QPainter painter(&writer);
-        for (int page = 0; page < pages; ++page) {
-            if (page > 0)
-                writer.newPage();
-            painter.drawText(500, 500, u"Page %1"_s.arg(page + 1));
-        }
-    }
-
-    static bool loads(PdfPanel& panel, const QString& path)
-    {
-        QSignalSpy loaded(&panel, &PdfPanel::loaded);
-        panel.load(path);
-        return QTest::qWaitFor([&] { return loaded.count() == 1; }, patience);
-    }
-
-    static QScrollBar& barOf(const PdfPanel& panel)
-    {
-        return *qobject_cast<QAbstractScrollArea*>(panel.viewer()->widget())->verticalScrollBar();
     }
 };
 
@@ -191,7 +166,7 @@ TEST_F(ProgramsTest, FailedTypesettingOffersTheLog)
     EXPECT_EQ(shown.x(), 0);
     EXPECT_EQ(shown.y(), 0);
 
-    writePdf("made.pdf", 2);
+    writeSamplePdf(path("made.pdf"), 2);
     ASSERT_TRUE(typeset(u"cp made.pdf paper.pdf"_s));
     EXPECT_TRUE(message(window, MessageArea::Subject::Programs).isEmpty());
     PdfPanel& panel = window.programs().pdfPanel();
@@ -202,73 +177,6 @@ TEST_F(ProgramsTest, FailedTypesettingOffersTheLog)
     EXPECT_TRUE(message(window, MessageArea::Subject::Programs).contains(u"older"_s));
     ASSERT_TRUE(typeset(u"cp made.pdf paper.pdf; exit 1"_s));
     EXPECT_TRUE(message(window, MessageArea::Subject::Programs).contains(u"errors"_s));
-}
-
-TEST_F(ProgramsTest, PdfPanelShowsAndReloadsAndSaves)
-{
-    DocumentWindow& window = open(write("paper.tex", "text"));
-    press(window, {u"F9"_s});
-    PdfPanel& panel = window.programs().pdfPanel();
-    ASSERT_TRUE(panel.isVisible());
-    EXPECT_EQ(panel.windowTitle(), u"Preview"_s);
-    EXPECT_FALSE(panel.note().isEmpty());
-
-    writePdf("paper.pdf", 5);
-    ASSERT_TRUE(loads(panel, path("paper.pdf")));
-    ASSERT_TRUE(panel.hasPdf()) << panel.note().toStdString();
-    EXPECT_TRUE(panel.note().isEmpty());
-    EXPECT_EQ(panel.viewer()->pageCount(), 5);
-    ASSERT_GT(barOf(panel).maximum(), 1000);
-    barOf(panel).setValue(1000);
-    panel.viewer()->zoomIn();
-    const PdfViewer::Place before = panel.viewer()->place();
-    EXPECT_GT(before.zoom, 0);
-
-    writePdf("paper.pdf", 6);
-    ASSERT_TRUE(loads(panel, path("paper.pdf")));
-    EXPECT_EQ(panel.viewer()->pageCount(), 6);
-    EXPECT_EQ(panel.viewer()->place().y, before.y);
-    EXPECT_EQ(panel.viewer()->place().zoom, before.zoom);
-
-    // What is saved is what is shown, whatever became of the file.
-    const QByteArray shown = bytesOf(path("paper.pdf"));
-    write("paper.pdf", "overwritten");
-    questions.savePath = path("copy.pdf");
-    panel.savePDF();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return bytesOf(path("copy.pdf")) == shown; }, patience));
-    questions.savePath = path("no such folder/copy.pdf");
-    panel.savePDF();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return questions.told.size() == 1; }, patience));
-
-    for (const char* broken : {"", "no PDF", "%PDF-1.5\n1 0 obj <<"}) {
-        ASSERT_TRUE(loads(panel, write("paper.pdf", broken)));
-        EXPECT_FALSE(panel.hasPdf());
-        EXPECT_TRUE(panel.note().contains(u"damaged"_s)) << panel.note().toStdString();
-    }
-    ASSERT_TRUE(loads(panel, path("missing.pdf")));
-    EXPECT_TRUE(panel.note().contains(u"missing.pdf"_s));
-    QTest::keyClick(panel.windowHandle(), Qt::Key_F9);
-    EXPECT_FALSE(window.programs().isPDFPreviewVisible());
-    // One that lies beside the document is taken when there is none.
-    writePdf("paper.pdf", 2);
-    window.programs().showPDFPreview();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return panel.hasPdf(); }, patience));
-    window.programs().showPDFPreview();
-    EXPECT_FALSE(window.programs().isPDFPreviewVisible());
-
-    DocumentWindow& other = open(write("code.c", "int i;"));
-    EXPECT_FALSE(command(other, u"View/PDF Preview"_s)->isEnabled());
-}
-
-TEST_F(ProgramsTest, PreviewThatIsNotInstalledSaysSo)
-{
-    folders.plugins = folder.path();
-    DocumentWindow& window = open(write("paper.tex", "text"));
-    writePdf("paper.pdf", 1);
-    PdfPanel& panel = window.programs().pdfPanel();
-    ASSERT_TRUE(loads(panel, path("paper.pdf")));
-    EXPECT_FALSE(panel.hasPdf());
-    EXPECT_TRUE(panel.note().contains(u"not installed"_s));
 }
 
 } // namespace

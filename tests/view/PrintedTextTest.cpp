@@ -132,7 +132,6 @@ TEST(PrintedText, CanBeGivenUp)
         return ++reports < 3;
     }));
     EXPECT_EQ(reports, 3);
-    EXPECT_EQ(printed.pageCount(), 0);
 }
 
 } // namespace

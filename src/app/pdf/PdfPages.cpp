@@ -1,20 +1,13 @@
 #include "app/pdf/PdfPages.h"
 
 #include <QCoreApplication>
-#include <QPdfPageNavigator>
-#include <QScreen>
-#include <QScrollBar>
-#include <algorithm>
-#include <cmath>
+#include <QPainter>
+#include <QPdfLink>
+#include <QPdfSearchModel>
 
 namespace quillory {
 
 namespace {
-
-constexpr double zoomStep = 1.2;
-constexpr double smallest = 0.1;
-constexpr double largest = 8;
-constexpr double pointsPerInch = 72;
 
 QString reason(QPdfDocument::Error error)
 {
@@ -31,83 +24,50 @@ QString reason(QPdfDocument::Error error)
 
 } // namespace
 
-PdfPages::PdfPages(const QByteArray& pdf) : m_document(nullptr), m_view(new QPdfView(nullptr))
+PdfPages::PdfPages(const QByteArray& pdf)
 {
     m_bytes.setData(pdf);
     m_bytes.open(QIODevice::ReadOnly);
     m_document.load(&m_bytes);
-    m_view->setPageMode(QPdfView::PageMode::MultiPage);
-    m_view->setZoomMode(QPdfView::ZoomMode::FitToWidth);
-    m_view->setFrameShape(QFrame::NoFrame);
-    m_view->setDocument(&m_document);
+    if (error() != QPdfDocument::Error::None)
+        return;
+    const int count = m_document.pageCount();
+    m_sizes.reserve(size_t(count));
+    for (int page = 0; page < count; ++page)
+        m_sizes.push_back(m_document.pagePointSize(page));
 }
 
-PdfPages::~PdfPages()
+QImage PdfPages::render(int page, double scale, const QRect& part)
 {
-    delete m_view;
+    QPdfDocumentRenderOptions options;
+    options.setRenderFlags(QPdfDocumentRenderOptions::RenderFlag::Annotations);
+    options.setScaledSize((m_sizes[size_t(page)] * scale).toSize());
+    // Qt takes the last pixel of the part for its edge.
+    options.setScaledClipRect(part.adjusted(0, 0, 1, 1));
+    QImage image(part.size(), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter(&image).drawImage(QPoint(), m_document.render(page, part.size(), options));
+    return image;
 }
 
-PdfViewer::Place PdfPages::place() const
+std::vector<PageMarks> PdfPages::find(const QString& needle, int first, int end)
 {
-    return {m_view->zoomMode() == QPdfView::ZoomMode::Custom ? m_view->zoomFactor() : 0,
-            m_view->horizontalScrollBar()->value(), m_view->verticalScrollBar()->value()};
+    QPdfSearchModel model;
+    model.setDocument(&m_document);
+    model.setSearchString(needle);
+    std::vector<PageMarks> found;
+    for (int page = first; page < end; ++page)
+        for (const QPdfLink& hit : model.resultsOnPage(page)) {
+            const QList<QRectF> rects = hit.rectangles();
+            found.push_back({page, {rects.begin(), rects.end()}});
+        }
+    return found;
 }
 
-void PdfPages::show(const Place& place)
+std::shared_ptr<PdfFile> PdfPagesFactory::open(const QByteArray& pdf, QString& error)
 {
-    if (place.zoom > 0)
-        setZoom(place.zoom);
-    m_view->horizontalScrollBar()->setValue(place.x);
-    m_view->verticalScrollBar()->setValue(place.y);
-}
-
-void PdfPages::zoomIn()
-{
-    setZoom(zoom() * zoomStep);
-}
-
-void PdfPages::zoomOut()
-{
-    setZoom(zoom() / zoomStep);
-}
-
-void PdfPages::fitWidth()
-{
-    m_view->setZoomMode(QPdfView::ZoomMode::FitToWidth);
-}
-
-int PdfPages::currentPage() const
-{
-    return m_view->pageNavigator()->currentPage();
-}
-
-void PdfPages::setPageChanged(std::function<void()> changed)
-{
-    QObject::connect(m_view->pageNavigator(), &QPdfPageNavigator::currentPageChanged, m_view,
-                     [changed = std::move(changed)] { changed(); });
-}
-
-/// Also while the pages are as wide as the window, which the view does not tell.
-double PdfPages::zoom() const
-{
-    const double width = m_document.pagePointSize(std::max(0, currentPage())).width();
-    if (m_view->zoomMode() == QPdfView::ZoomMode::Custom || width <= 0)
-        return m_view->zoomFactor();
-    const QMargins margins = m_view->documentMargins();
-    const int room = m_view->viewport()->width() - margins.left() - margins.right();
-    return room / (width * m_view->screen()->logicalDotsPerInch() / pointsPerInch);
-}
-
-void PdfPages::setZoom(double zoom)
-{
-    m_view->setZoomFactor(std::clamp(zoom, smallest, largest));
-    m_view->setZoomMode(QPdfView::ZoomMode::Custom);
-}
-
-std::unique_ptr<PdfViewer> PdfPagesFactory::newViewer(const QByteArray& pdf, QString& error)
-{
-    auto pages = std::make_unique<PdfPages>(pdf);
-    if (pages->error() == QPdfDocument::Error::None && pages->pageCount() > 0)
+    auto pages = std::make_shared<PdfPages>(pdf);
+    if (pages->error() == QPdfDocument::Error::None && !pages->isEmpty())
         return pages;
     error = reason(pages->error());
     return nullptr;

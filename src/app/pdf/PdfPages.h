@@ -1,49 +1,39 @@
 #pragma once
 
-#include "app/PdfViewer.h"
+#include "app/PdfFile.h"
 
 #include <QBuffer>
+#include <QObject>
 #include <QPdfDocument>
-#include <QPdfView>
-#include <QPointer>
 
 namespace quillory {
 
-class PdfPages : public PdfViewer
+class PdfPages : public PdfFile
 {
 public:
     explicit PdfPages(const QByteArray& pdf);
-    ~PdfPages() override;
 
     QPdfDocument::Error error() const { return m_document.error(); }
+    bool isEmpty() const { return m_sizes.empty(); }
 
-    QWidget* widget() override { return m_view; }
-    Place place() const override;
-    void show(const Place& place) override;
-    void zoomIn() override;
-    void zoomOut() override;
-    void fitWidth() override;
-    int pageCount() const override { return m_document.pageCount(); }
-    int currentPage() const override;
-    void setPageChanged(std::function<void()> changed) override;
+    std::vector<QSizeF> pageSizes() const override { return m_sizes; }
+    QImage render(int page, double scale, const QRect& part) override;
+    std::vector<PageMarks> find(const QString& needle, int first, int end) override;
 
 private:
-    double zoom() const;
-    void setZoom(double zoom);
-
     QBuffer m_bytes;
-    QPdfDocument m_document;
-    QPointer<QPdfView> m_view;
+    QPdfDocument m_document{nullptr};
+    std::vector<QSizeF> m_sizes;
 };
 
-class PdfPagesFactory : public QObject, public PdfViewerFactory
+class PdfPagesFactory : public QObject, public PdfFileFactory
 {
     Q_OBJECT
-    Q_PLUGIN_METADATA(IID "quillory.PdfViewerFactory/1")
-    Q_INTERFACES(quillory::PdfViewerFactory)
+    Q_PLUGIN_METADATA(IID "quillory.PdfFileFactory/1")
+    Q_INTERFACES(quillory::PdfFileFactory)
 
 public:
-    std::unique_ptr<PdfViewer> newViewer(const QByteArray& pdf, QString& error) override;
+    std::shared_ptr<PdfFile> open(const QByteArray& pdf, QString& error) override;
 };
 
 } // namespace quillory

@@ -1,0 +1,517 @@
+#include "app/PagesView.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <algorithm>
+#include <cmath>
+
+namespace quillory {
+
+namespace {
+
+constexpr double pointsPerInch = 72;
+constexpr int spacing = 10;           // pixels around each page
+constexpr int tileSide = 1024;        // device pixels
+constexpr int cacheSize = 96 * 1024;  // KB
+constexpr int longest = 1'000'000'000; // pixels of all pages together; scroll bars count in int
+constexpr QColor markColour(255, 225, 80);
+constexpr QColor currentMarkColour(255, 150, 50);
+
+} // namespace
+
+PagesView::PagesView(PageRenderer::Purpose purpose, QWidget* parent)
+    : QAbstractScrollArea(parent), m_purpose(purpose), m_tiles(cacheSize)
+{
+    setFrameShape(QFrame::NoFrame);
+    // One that comes and goes would change the width that pages are fitted to.
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    setFocusPolicy(Qt::StrongFocus);
+    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+void PagesView::setRenderer(PageRenderer* renderer)
+{
+    if (m_renderer)
+        disconnect(m_renderer, nullptr, this, nullptr);
+    m_renderer = renderer;
+    m_mayDraw = false;
+    keepAsEarlier();
+    m_wanted.clear();
+    if (m_renderer)
+        connect(m_renderer, &PageRenderer::rendered, this, &PagesView::take);
+}
+
+void PagesView::setPageSizes(std::vector<QSizeF> sizes)
+{
+    const Place before = place();
+    const bool wasEmpty = m_sizes.empty();
+    m_mayDraw = m_renderer != nullptr;
+    m_sizes = std::move(sizes);
+    m_tops.resize(m_sizes.size());
+    m_widest = 0;
+    double top = 0;
+    for (size_t i = 0; i < m_sizes.size(); ++i) {
+        m_tops[i] = top;
+        top += m_sizes[i].height();
+        m_widest = std::max(m_widest, m_sizes[i].width());
+    }
+    if (wasEmpty || before.page >= pageCount()) {
+        refit();
+        updateCurrent();
+    } else {
+        show(before);
+    }
+    viewport()->update();
+}
+
+void PagesView::redraw()
+{
+    keepAsEarlier();
+    m_wanted.clear();
+    viewport()->update();
+}
+
+// Scale
+
+double PagesView::zoom() const
+{
+    return m_scale * pointsPerInch / logicalDpiY();
+}
+
+double PagesView::bounded(double scale) const
+{
+    const double printed = logicalDpiY() / pointsPerInch;
+    const double height = m_sizes.empty() ? 1 : m_tops.back() + m_sizes.back().height();
+    return std::min(std::clamp(scale, smallestZoom * printed, largestZoom * printed),
+                    longest / height);
+}
+
+double PagesView::fittedScale() const
+{
+    if (m_fit == Fit::None || m_widest <= 0)
+        return m_scale;
+    const int bar = verticalScrollBar()->sizeHint().width();
+    const QSize room = maximumViewportSize() -
+                       QSize(2 * spacing + (verticalScrollBar()->isHidden() ? bar : 0), 0);
+    double scale = room.width() / m_widest;
+    if (m_fit == Fit::Page && m_current < pageCount())
+        scale = std::min(scale, (room.height() - 2 * spacing - m_captionHeight) /
+                                    m_sizes[size_t(m_current)].height());
+    return bounded(scale);
+}
+
+/// What is at \a anchor, a place of the viewport, stays there.
+void PagesView::rescale(double scale, QPointF anchor)
+{
+    setHorizontalScrollBarPolicy(m_fit == Fit::None ? Qt::ScrollBarAsNeeded
+                                                    : Qt::ScrollBarAlwaysOff);
+    const int page = pageAtY(verticalScrollBar()->value() + int(anchor.y()));
+    const QPointF point = page >= 0 ? inPage(page, anchor) : QPointF();
+    if (scale != m_scale)
+        keepAsEarlier();
+    m_scale = scale;
+    updateBars();
+    if (page >= 0) {
+        const QPointF moved = rectOf(page).topLeft() + point * m_scale - anchor;
+        horizontalScrollBar()->setValue(horizontalScrollBar()->value() + qRound(moved.x()));
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + qRound(moved.y()));
+    }
+    viewport()->update();
+    Q_EMIT zoomChanged();
+}
+
+void PagesView::setZoom(double zoom)
+{
+    m_fit = Fit::None;
+    rescale(bounded(zoom * logicalDpiY() / pointsPerInch), viewport()->rect().center());
+}
+
+void PagesView::setFit(Fit fit)
+{
+    m_fit = fit;
+    refit();
+}
+
+void PagesView::setCaptionHeight(int height)
+{
+    m_captionHeight = height;
+    refit();
+}
+
+// Places
+
+int PagesView::topOf(int page) const
+{
+    return spacing + int(std::lround(m_tops[size_t(page)] * m_scale)) +
+           page * (spacing + m_captionHeight);
+}
+
+QSize PagesView::sizeOf(int page) const
+{
+    return (m_sizes[size_t(page)] * m_scale).toSize().expandedTo(QSize(1, 1));
+}
+
+QRect PagesView::rectOf(int page) const
+{
+    const QSize size = sizeOf(page);
+    const int width = std::max(viewport()->width(), int(m_widest * m_scale) + 2 * spacing);
+    return {QPoint((width - size.width()) / 2 - horizontalScrollBar()->value(),
+                   topOf(page) - verticalScrollBar()->value()),
+            size};
+}
+
+QPointF PagesView::inPage(int page, QPointF position) const
+{
+    return (position - rectOf(page).topLeft()) / m_scale;
+}
+
+int PagesView::pageAtY(int y) const
+{
+    int low = 0;
+    int high = pageCount();
+    while (low < high) {
+        const int middle = (low + high) / 2;
+        if (topOf(middle) <= y)
+            low = middle + 1;
+        else
+            high = middle;
+    }
+    return pageCount() == 0 ? -1 : std::max(0, low - 1);
+}
+
+int PagesView::pageAt(QPoint position) const
+{
+    const int page = pageAtY(position.y() + verticalScrollBar()->value());
+    return page >= 0 && rectOf(page).adjusted(0, 0, 0, m_captionHeight).contains(position) ? page
+                                                                                          : -1;
+}
+
+void PagesView::updateBars()
+{
+    const QSize room = viewport()->size();
+    const int last = pageCount() - 1;
+    const int height =
+        last < 0 ? 0 : topOf(last) + sizeOf(last).height() + m_captionHeight + spacing;
+    const int width = last < 0 ? 0 : int(m_widest * m_scale) + 2 * spacing;
+    const int line = fontMetrics().height() * 3;
+    QScrollBar& vertical = *verticalScrollBar();
+    vertical.setRange(0, std::max(0, height - room.height()));
+    vertical.setSingleStep(line);
+    // A whole page that fits is turned; of others a little stays in sight.
+    const int page = last < 0 ? 0 : sizeOf(std::min(m_current, last)).height() + spacing;
+    vertical.setPageStep(m_fit == Fit::Page ? page + m_captionHeight
+                                            : std::max(line, room.height() - line));
+    horizontalScrollBar()->setRange(0, std::max(0, width - room.width()));
+    horizontalScrollBar()->setPageStep(room.width());
+    horizontalScrollBar()->setSingleStep(line);
+}
+
+/// The first page of which half, or that fills half of the window.
+void PagesView::updateCurrent()
+{
+    int page = pageAtY(verticalScrollBar()->value());
+    if (page < 0)
+        return;
+    const QRect room = viewport()->rect();
+    const auto isMostlySeen = [&](int each) {
+        const QRect rect = rectOf(each);
+        return 2 * rect.intersected(room).height() >= std::min(rect.height(), room.height());
+    };
+    while (page + 1 < pageCount() && rectOf(page + 1).top() < room.bottom() && !isMostlySeen(page))
+        ++page;
+    setCurrent(page);
+}
+
+void PagesView::setCurrent(int page)
+{
+    if (std::exchange(m_current, page) != page)
+        Q_EMIT currentPageChanged(page);
+}
+
+void PagesView::goToPage(int page)
+{
+    if (pageCount() == 0)
+        return;
+    page = std::clamp(page, 0, pageCount() - 1);
+    verticalScrollBar()->setValue(topOf(page) - spacing);
+    setCurrent(page); // also where the pages end too early for it to be at the top
+}
+
+void PagesView::reveal(int page, const QRectF& rect)
+{
+    if (page < 0 || page >= pageCount())
+        return;
+    const QRect shown(rectOf(page).topLeft() + (rect.topLeft() * m_scale).toPoint(),
+                      (rect.size() * m_scale).toSize());
+    constexpr int margin = 24; // pixels
+    QScrollBar& vertical = *verticalScrollBar();
+    const QRect room = viewport()->rect();
+    if (shown.top() < 0 || shown.bottom() > room.bottom()) {
+        const int top = topOf(page) - spacing;
+        // From the upper end of the page where that shows it too.
+        const bool showsFromTop = shown.bottom() + vertical.value() - top < room.height() - margin;
+        vertical.setValue(showsFromTop
+                              ? top
+                              : shown.center().y() + vertical.value() - room.height() / 2);
+        setCurrent(page);
+    }
+    if (shown.left() < 0 || shown.right() > room.right())
+        horizontalScrollBar()->setValue(horizontalScrollBar()->value() + shown.left() - margin);
+}
+
+PagesView::Place PagesView::place() const
+{
+    const int page = pageAtY(verticalScrollBar()->value());
+    return {m_fit, zoom(), std::max(0, page), page < 0 ? QPointF() : inPage(page, {})};
+}
+
+void PagesView::show(const Place& place)
+{
+    m_fit = place.fit;
+    if (pageCount() == 0)
+        return;
+    rescale(m_fit == Fit::None ? bounded(place.zoom * logicalDpiY() / pointsPerInch)
+                               : fittedScale(),
+            {});
+    const int page = std::min(place.page, pageCount() - 1);
+    const QPoint corner = (place.corner * m_scale).toPoint() + rectOf(page).topLeft();
+    horizontalScrollBar()->setValue(horizontalScrollBar()->value() + corner.x());
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + corner.y());
+    updateCurrent();
+    viewport()->update();
+}
+
+// Events
+
+void PagesView::resizeEvent(QResizeEvent*)
+{
+    // The upper end stays where it is.
+    rescale(fittedScale(), QPointF());
+    updateCurrent();
+}
+
+void PagesView::scrollContentsBy(int, int)
+{
+    updateCurrent();
+    viewport()->update();
+}
+
+void PagesView::keyPressEvent(QKeyEvent* event)
+{
+    QScrollBar& bar = *verticalScrollBar();
+    switch (event->key()) {
+    case Qt::Key_Home:
+        bar.setValue(0);
+        break;
+    case Qt::Key_End:
+        bar.setValue(bar.maximum());
+        break;
+    case Qt::Key_Space:
+        bar.triggerAction(event->modifiers() & Qt::ShiftModifier
+                              ? QAbstractSlider::SliderPageStepSub
+                              : QAbstractSlider::SliderPageStepAdd);
+        break;
+    default:
+        QAbstractScrollArea::keyPressEvent(event);
+    }
+}
+
+void PagesView::wheelEvent(QWheelEvent* event)
+{
+    if (!(event->modifiers() & Qt::ControlModifier)) {
+        QAbstractScrollArea::wheelEvent(event);
+        return;
+    }
+    constexpr double step = 120; // of a wheel, as Qt counts
+    const double factor = std::pow(zoomStep, event->angleDelta().y() / step);
+    m_fit = Fit::None;
+    rescale(bounded(m_scale * factor), event->position());
+    event->accept();
+}
+
+void PagesView::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_isDragging = true;
+    m_dragged = event->pos();
+    viewport()->setCursor(Qt::ClosedHandCursor);
+}
+
+void PagesView::mouseMoveEvent(QMouseEvent* event)
+{
+    if (!m_isDragging)
+        return;
+    const QPoint moved = m_dragged - event->pos();
+    m_dragged = event->pos();
+    horizontalScrollBar()->setValue(horizontalScrollBar()->value() + moved.x());
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + moved.y());
+}
+
+void PagesView::mouseReleaseEvent(QMouseEvent*)
+{
+    m_isDragging = false;
+    viewport()->unsetCursor();
+}
+
+void PagesView::changeEvent(QEvent* event)
+{
+    QAbstractScrollArea::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        viewport()->update();
+}
+
+// Drawing
+
+void PagesView::setMarks(std::vector<PageMarks> marks, int current)
+{
+    m_marks = std::move(marks);
+    m_currentMark = current;
+    viewport()->update();
+}
+
+/// What is in sight of what is drawn, so that there is no white between two scales.
+void PagesView::keepAsEarlier()
+{
+    std::vector<Earlier> seen;
+    for (const PageTile& tile : m_tiles.keys()) {
+        if (tile.page >= pageCount() || !rectOf(tile).intersects(viewport()->rect()))
+            continue;
+        const double scale = tile.scale;
+        seen.push_back({tile.page, QRectF(QPointF(tile.part.topLeft()) / scale,
+                                          QSizeF(tile.part.size()) / scale),
+                        *m_tiles.object(tile)});
+    }
+    if (!seen.empty())
+        m_earlier = std::move(seen);
+    m_tiles.clear();
+}
+
+void PagesView::take(const PageTile& tile, const QImage& image)
+{
+    const auto wanted = std::find(m_wanted.begin(), m_wanted.end(), tile);
+    if (wanted == m_wanted.end())
+        return;
+    m_wanted.erase(wanted);
+    m_tiles.insert(tile, new QImage(image), int(image.sizeInBytes() / 1024) + 1);
+    viewport()->update(rectOf(tile).toAlignedRect());
+    if (!m_wanted.empty())
+        return;
+    m_earlier.clear();
+    Q_EMIT drawn();
+}
+
+QRectF PagesView::rectOf(const PageTile& tile) const
+{
+    const double ratio = devicePixelRatioF();
+    return {QPointF(rectOf(tile.page).topLeft()) + QPointF(tile.part.topLeft()) / ratio,
+            QSizeF(tile.part.size()) / ratio};
+}
+
+/// Those that \a visible, a part of the viewport, shows of.
+std::vector<PageTile> PagesView::tilesOf(int page, const QRect& visible) const
+{
+    const double ratio = devicePixelRatioF();
+    const QRect rect = rectOf(page);
+    const QRect whole({}, (QSizeF(rect.size()) * ratio).toSize());
+    const QRect seen = visible.intersected(rect).translated(-rect.topLeft());
+    std::vector<PageTile> tiles;
+    if (seen.isEmpty())
+        return tiles;
+    const auto first = [&](int place) { return int(place * ratio) / tileSide; };
+    for (int y = first(seen.top()); y <= first(seen.bottom() + 1); ++y)
+        for (int x = first(seen.left()); x <= first(seen.right() + 1); ++x) {
+            const QRect part =
+                QRect(x * tileSide, y * tileSide, tileSide, tileSide).intersected(whole);
+            if (!part.isEmpty())
+                tiles.push_back({page, m_scale * ratio, part});
+        }
+    return tiles;
+}
+
+/// What is in sight, and then what will be soon.
+void PagesView::requestTiles()
+{
+    std::vector<PageTile> wanted;
+    const QRect seen = viewport()->rect();
+    const auto add = [&](const QRect& area) {
+        const int y = verticalScrollBar()->value();
+        for (int page = std::max(0, pageAtY(y + area.top())); page < pageCount(); ++page) {
+            if (rectOf(page).top() > area.bottom())
+                break;
+            for (const PageTile& tile : tilesOf(page, area))
+                if (!m_tiles.contains(tile) &&
+                    std::find(wanted.begin(), wanted.end(), tile) == wanted.end())
+                    wanted.push_back(tile);
+        }
+    };
+    add(seen);
+    add(seen.translated(0, seen.height() / 2));
+    if (wanted == m_wanted)
+        return;
+    m_wanted = std::move(wanted);
+    m_renderer->request(m_purpose, m_wanted);
+}
+
+void PagesView::paintEvent(QPaintEvent* event)
+{
+    constexpr int darkness = 112; // per cent, as QColor::darker() has it
+    QPainter painter(viewport());
+    painter.fillRect(event->rect(), palette().color(QPalette::Window).darker(darkness));
+    const int y = verticalScrollBar()->value() + event->rect().top() - m_captionHeight - spacing;
+    for (int page = std::max(0, pageAtY(y)); page < pageCount(); ++page) {
+        const QRect rect = rectOf(page);
+        if (rect.top() > event->rect().bottom())
+            break;
+        painter.setPen(QColor(0, 0, 0, 90));
+        painter.drawRect(rect.adjusted(-1, -1, 0, 0));
+        painter.fillRect(rect, Qt::white);
+        painter.save();
+        painter.setClipRect(rect);
+        paintPage(painter, page, event->rect());
+        paintMarks(painter, page, rect);
+        painter.restore();
+        if (m_captionHeight > 0)
+            paintCaption(painter, page,
+                         QRect(rect.left(), rect.bottom() + 1, rect.width(), m_captionHeight));
+    }
+    painter.end();
+    if (m_mayDraw && pageCount() > 0)
+        requestTiles();
+}
+
+void PagesView::paintPage(QPainter& painter, int page, const QRect& exposed)
+{
+    const QPointF corner = rectOf(page).topLeft();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    for (const Earlier& earlier : m_earlier)
+        if (earlier.page == page)
+            painter.drawImage(QRectF(corner + earlier.place.topLeft() * m_scale, earlier.place.size() * m_scale),
+                              earlier.image);
+    for (const PageTile& tile : tilesOf(page, exposed))
+        if (const QImage* image = m_tiles.object(tile)) {
+            painter.fillRect(rectOf(tile), Qt::white);
+            painter.drawImage(rectOf(tile), *image);
+        }
+}
+
+void PagesView::paintMarks(QPainter& painter, int page, const QRect& rect)
+{
+    painter.setCompositionMode(QPainter::CompositionMode_Multiply);
+    const auto first =
+        std::partition_point(m_marks.begin(), m_marks.end(),
+                             [page](const PageMarks& marks) { return marks.page < page; });
+    for (auto each = first; each != m_marks.end() && each->page == page; ++each) {
+        const bool isCurrent = each - m_marks.begin() == m_currentMark;
+        for (const QRectF& mark : each->rects)
+            painter.fillRect(QRectF(rect.topLeft() + mark.topLeft() * m_scale,
+                                    mark.size() * m_scale)
+                                 .adjusted(-1, -1, 1, 1),
+                             isCurrent ? currentMarkColour : markColour);
+    }
+}
+
+void PagesView::paintCaption(QPainter&, int, const QRect&) {}
+
+} // namespace quillory

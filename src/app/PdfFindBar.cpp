@@ -1,0 +1,163 @@
+#include "app/PdfFindBar.h"
+
+#include "app/PagesView.h"
+#include "app/TintedIcon.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QToolButton>
+
+namespace quillory {
+
+namespace {
+
+/// Finds on by Return, back by Shift+Return.
+class FindField : public QLineEdit
+{
+public:
+    explicit FindField(PdfFindBar& bar) : QLineEdit(&bar), m_bar(bar) {}
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+            m_bar.findNext(event->modifiers() & Qt::ShiftModifier ? -1 : 1);
+        else
+            QLineEdit::keyPressEvent(event);
+    }
+
+private:
+    PdfFindBar& m_bar;
+};
+
+} // namespace
+
+PdfFindBar::PdfFindBar(PagesView& view, QWidget* parent)
+    : QWidget(parent), m_view(view), m_field(new FindField(*this)), m_state(new QLabel(this))
+{
+    hide();
+    m_field->setPlaceholderText(tr("Find in the PDF"));
+    m_field->setAccessibleName(m_field->placeholderText());
+    m_field->setClearButtonEnabled(true);
+    m_field->setMaximumWidth(320);
+    const int width = fontMetrics().horizontalAdvance(tr("%1 of %2").arg(8888888).arg(8888888));
+    m_state->setMinimumWidth(width);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(8, 3, 6, 3);
+    layout->setSpacing(4);
+    layout->addWidget(m_field, 1);
+    const auto addButton = [&](const QString& icon, const QString& toolTip, auto act) {
+        auto* button = new QToolButton(this);
+        button->setIcon(tintedIcon(icon));
+        button->setToolTip(toolTip);
+        button->setAutoRaise(true);
+        button->setFocusPolicy(Qt::NoFocus);
+        connect(button, &QToolButton::clicked, this, act);
+        layout->addWidget(button);
+        return button;
+    };
+    addButton(QStringLiteral("up"), tr("Find previous (Shift+F3)"), [this] { findNext(-1); });
+    addButton(QStringLiteral("down"), tr("Find next (F3)"), [this] { findNext(); });
+    layout->addWidget(m_state);
+    layout->addStretch(1);
+    auto* end = addButton(QString(), tr("Close (Esc)"), [this] { close(); });
+    end->setText(QStringLiteral("×"));
+    connect(m_field, &QLineEdit::textChanged, this, [this] {
+        m_firstPage = m_view.currentPage();
+        m_shallReveal = true;
+        search();
+    });
+    connect(&m_search, &PdfSearch::changed, this, &PdfFindBar::show);
+}
+
+void PdfFindBar::setFile(const std::shared_ptr<PdfFile>& file)
+{
+    m_file = file;
+    m_firstPage = m_view.currentPage();
+    m_shallReveal = false;
+    search();
+}
+
+void PdfFindBar::open()
+{
+    QWidget::show();
+    m_field->setFocus();
+    m_field->selectAll();
+    m_firstPage = m_view.currentPage();
+    search();
+}
+
+void PdfFindBar::close()
+{
+    hide();
+    m_search.start(nullptr, {});
+    m_view.setFocus();
+}
+
+QString PdfFindBar::state() const
+{
+    return m_state->text();
+}
+
+void PdfFindBar::search()
+{
+    m_current = -1;
+    if (isHidden() || !m_file)
+        m_search.start(nullptr, {});
+    else
+        m_search.start(m_file, m_field->text());
+}
+
+void PdfFindBar::findNext(int by)
+{
+    if (isHidden() || m_field->text().isEmpty())
+        open();
+    else
+        step(by);
+}
+
+void PdfFindBar::step(int by)
+{
+    const auto count = int(m_search.hits().size());
+    if (count == 0)
+        return;
+    m_current = m_current < 0 ? (by > 0 ? 0 : count - 1) : (m_current + by + count) % count;
+    showCurrent();
+}
+
+/// The first place from the page on that was in sight becomes the current one.
+void PdfFindBar::show()
+{
+    const std::vector<PageMarks>& hits = m_search.hits();
+    if (m_current < 0 && !hits.empty()) {
+        const auto first = std::find_if(hits.begin(), hits.end(), [this](const PageMarks& hit) {
+            return hit.page >= m_firstPage;
+        });
+        if (first != hits.end() || !m_search.isRunning())
+            m_current = first == hits.end() ? 0 : int(first - hits.begin());
+        if (m_current >= 0 && std::exchange(m_shallReveal, false)) {
+            showCurrent();
+            return;
+        }
+    }
+    m_view.setMarks(hits, m_current);
+    const QString count = QLocale().toString(int(hits.size())) +
+                          (m_search.isRunning() ? QStringLiteral("…") : QString());
+    m_state->setText(isHidden() || m_field->text().isEmpty() ? QString()
+                     : !hits.empty()        ? tr("%1 of %2").arg(m_current + 1).arg(count)
+                     : m_search.isRunning() ? tr("Searching…")
+                                            : tr("Not found"));
+}
+
+void PdfFindBar::showCurrent()
+{
+    const PageMarks& hit = m_search.hits()[size_t(m_current)];
+    if (!hit.rects.empty())
+        m_view.reveal(hit.page, hit.rects.front());
+    show();
+}
+
+} // namespace quillory
