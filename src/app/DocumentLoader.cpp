@@ -25,7 +25,7 @@ DocumentLoader::~DocumentLoader()
             *flag = true;
     }
     m_pool.waitForDone();
-    QThreadPool::globalInstance()->waitForDone();
+    backgroundPool().waitForDone();
 }
 
 DocumentLoader::Cancelled DocumentLoader::newFlag()

@@ -40,9 +40,9 @@ int printToFile(const DocumentEnvironment& environment, const StartOptions& opti
     job.lineNumbers = options.printsLineNumbers;
     job.colours = options.printsColours;
     QPPrintableTextView view(job);
-    const PrintAnswer answer = writePdf(
-        view, {options.printTo, document.displayName(), PrintSetup::usualLayout()},
-        [](QPPrintableTextView::Progress) { return true; });
+    const PrintAnswer answer =
+        writePdf(view, {options.printTo, document.displayName(), PrintSetup::usualLayout()},
+                 [](QPPrintableTextView::Progress) { return true; });
     if (answer.outcome == QPPrintableTextView::Outcome::Printed)
         return 0;
     return fail(QCoreApplication::translate("HeadlessPrint", "“%1” was not written: %2.")

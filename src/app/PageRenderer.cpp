@@ -55,7 +55,7 @@ void PageRenderer::startIfIdle(const std::shared_ptr<State>& state)
     const QMutexLocker lock(&state->mutex);
     if (std::exchange(state->isRunning, true))
         return;
-    QThreadPool::globalInstance()->start([state] { work(state); });
+    backgroundPool().start([state] { work(state); });
 }
 
 void PageRenderer::work(const std::shared_ptr<State>& state)
@@ -76,8 +76,8 @@ bool PageRenderer::renderWanted(State& state, bool isLast)
         {
             const QMutexLocker lock(&state.mutex);
             state.inHand.reset();
-            auto& wanted = state.wanted[Reading].empty() ? state.wanted[Overview]
-                                                         : state.wanted[Reading];
+            auto& wanted =
+                state.wanted[Reading].empty() ? state.wanted[Overview] : state.wanted[Reading];
             if (state.isStopped || wanted.empty()) {
                 if (isLast)
                     state.isRunning = false;

@@ -12,10 +12,9 @@ namespace quillory {
 
 namespace {
 
-constexpr QPageSize::PageSizeId papers[] = {QPageSize::A3,     QPageSize::A4,    QPageSize::A5,
-                                            QPageSize::B4,     QPageSize::B5,    QPageSize::Letter,
-                                            QPageSize::Legal,  QPageSize::Tabloid,
-                                            QPageSize::Executive};
+constexpr QPageSize::PageSizeId papers[] = {
+    QPageSize::A3,     QPageSize::A4,    QPageSize::A5,      QPageSize::B4,       QPageSize::B5,
+    QPageSize::Letter, QPageSize::Legal, QPageSize::Tabloid, QPageSize::Executive};
 constexpr double widestMargin = 0.4; ///< part of the paper
 
 } // namespace

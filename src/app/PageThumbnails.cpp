@@ -36,14 +36,12 @@ void PageThumbnails::paintCaption(QPainter& painter, int page, const QRect& rect
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
         painter.setBrush(palette().highlight());
-        painter.drawRoundedRect(QRect(rect.center().x() - width / 2, rect.top() + 3, width,
-                                      rect.height() - 3),
-                                4, 4);
+        painter.drawRoundedRect(
+            QRect(rect.center().x() - width / 2, rect.top() + 3, width, rect.height() - 3), 4, 4);
         painter.setRenderHint(QPainter::Antialiasing, false);
         painter.setBrush(Qt::NoBrush);
     }
-    painter.setPen(
-        palette().color(isChosen ? QPalette::HighlightedText : QPalette::WindowText));
+    painter.setPen(palette().color(isChosen ? QPalette::HighlightedText : QPalette::WindowText));
     painter.drawText(rect.adjusted(0, 3, 0, 0), Qt::AlignCenter, number);
 }
 

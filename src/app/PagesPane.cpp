@@ -75,9 +75,8 @@ QToolButton* PagesPane::addTool(const QString& text, const QString& toolTip, con
 
 void PagesPane::fillBar()
 {
-    m_sideButton = addTool(QString(), tr("Thumbnails"), Keys{Qt::Key_F4}, [this] {
-        setThumbnailsVisible(m_thumbnails->isHidden());
-    });
+    m_sideButton = addTool(QString(), tr("Thumbnails"), Keys{Qt::Key_F4},
+                           [this] { setThumbnailsVisible(m_thumbnails->isHidden()); });
     m_sideButton->setIcon(tintedIcon(QStringLiteral("thumbnails")));
     m_sideButton->setCheckable(true);
     m_bar->addSpacing(6);
@@ -122,8 +121,7 @@ void PagesPane::fillBar()
         action->setShortcut(key);
         addAction(action);
     };
-    add(tr("Fit &Width"), Qt::CTRL | Qt::Key_0,
-        [this] { m_view->setFit(PagesView::Fit::Width); });
+    add(tr("Fit &Width"), Qt::CTRL | Qt::Key_0, [this] { m_view->setFit(PagesView::Fit::Width); });
     add(tr("Fit &Page"), Qt::CTRL | Qt::Key_9, [this] { m_view->setFit(PagesView::Fit::Page); });
     menu->addSeparator();
     for (const int percent : percents)

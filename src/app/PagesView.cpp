@@ -11,9 +11,9 @@ namespace quillory {
 namespace {
 
 constexpr double pointsPerInch = 72;
-constexpr int spacing = 10;           // pixels around each page
-constexpr int tileSide = 1024;        // device pixels
-constexpr int cacheSize = 96 * 1024;  // KB
+constexpr int spacing = 10;            // pixels around each page
+constexpr int tileSide = 1024;         // device pixels
+constexpr int cacheSize = 96 * 1024;   // KB
 constexpr int longest = 1'000'000'000; // pixels of all pages together; scroll bars count in int
 constexpr QColor markColour(255, 225, 80);
 constexpr QColor currentMarkColour(255, 150, 50);
@@ -92,8 +92,8 @@ double PagesView::fittedScale() const
     if (m_fit == Fit::None || m_widest <= 0)
         return m_scale;
     const int bar = verticalScrollBar()->sizeHint().width();
-    const QSize room = maximumViewportSize() -
-                       QSize(2 * spacing + (verticalScrollBar()->isHidden() ? bar : 0), 0);
+    const QSize room =
+        maximumViewportSize() - QSize(2 * spacing + (verticalScrollBar()->isHidden() ? bar : 0), 0);
     double scale = room.width() / m_widest;
     if (m_fit == Fit::Page && m_current < pageCount())
         scale = std::min(scale, (room.height() - 2 * spacing - m_captionHeight) /
@@ -184,7 +184,7 @@ int PagesView::pageAt(QPoint position) const
 {
     const int page = pageAtY(position.y() + verticalScrollBar()->value());
     return page >= 0 && rectOf(page).adjusted(0, 0, 0, m_captionHeight).contains(position) ? page
-                                                                                          : -1;
+                                                                                           : -1;
 }
 
 void PagesView::updateBars()
@@ -251,9 +251,8 @@ void PagesView::reveal(int page, const QRectF& rect)
         const int top = topOf(page) - spacing;
         // From the upper end of the page where that shows it too.
         const bool showsFromTop = shown.bottom() + vertical.value() - top < room.height() - margin;
-        vertical.setValue(showsFromTop
-                              ? top
-                              : shown.center().y() + vertical.value() - room.height() / 2);
+        vertical.setValue(showsFromTop ? top
+                                       : shown.center().y() + vertical.value() - room.height() / 2);
         setCurrent(page);
     }
     if (shown.left() < 0 || shown.right() > room.right())
@@ -379,9 +378,10 @@ void PagesView::keepAsEarlier()
         if (tile.page >= pageCount() || !rectOf(tile).intersects(viewport()->rect()))
             continue;
         const double scale = tile.scale;
-        seen.push_back({tile.page, QRectF(QPointF(tile.part.topLeft()) / scale,
-                                          QSizeF(tile.part.size()) / scale),
-                        *m_tiles.object(tile)});
+        seen.push_back(
+            {tile.page,
+             QRectF(QPointF(tile.part.topLeft()) / scale, QSizeF(tile.part.size()) / scale),
+             *m_tiles.object(tile)});
     }
     if (!seen.empty())
         m_earlier = std::move(seen);
@@ -487,8 +487,9 @@ void PagesView::paintPage(QPainter& painter, int page, const QRect& exposed)
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     for (const Earlier& earlier : m_earlier)
         if (earlier.page == page)
-            painter.drawImage(QRectF(corner + earlier.place.topLeft() * m_scale, earlier.place.size() * m_scale),
-                              earlier.image);
+            painter.drawImage(
+                QRectF(corner + earlier.place.topLeft() * m_scale, earlier.place.size() * m_scale),
+                earlier.image);
     for (const PageTile& tile : tilesOf(page, exposed))
         if (const QImage* image = m_tiles.object(tile)) {
             painter.fillRect(rectOf(tile), Qt::white);
@@ -504,11 +505,13 @@ void PagesView::paintMarks(QPainter& painter, int page, const QRect& rect)
                              [page](const PageMarks& marks) { return marks.page < page; });
     for (auto each = first; each != m_marks.end() && each->page == page; ++each) {
         const bool isCurrent = each - m_marks.begin() == m_currentMark;
+        QRegion region; // in which those that overlap are one
         for (const QRectF& mark : each->rects)
-            painter.fillRect(QRectF(rect.topLeft() + mark.topLeft() * m_scale,
-                                    mark.size() * m_scale)
-                                 .adjusted(-1, -1, 1, 1),
-                             isCurrent ? currentMarkColour : markColour);
+            region += QRectF(rect.topLeft() + mark.topLeft() * m_scale, mark.size() * m_scale)
+                          .adjusted(-1, -1, 1, 1)
+                          .toAlignedRect();
+        for (const QRect& part : region)
+            painter.fillRect(part, isCurrent ? currentMarkColour : markColour);
     }
 }
 

@@ -47,7 +47,7 @@ public:
 
     int pageCount() const { return int(m_sizes.size()); }
     QSizeF pageSize(int page) const { return m_sizes[size_t(page)]; } ///< points
-    int currentPage() const { return m_current; } ///< from 0
+    int currentPage() const { return m_current; }                     ///< from 0
     /// Shows its upper end.
     void goToPage(int page);
     /// Scrolls no more than it takes to have it in sight.
@@ -64,7 +64,8 @@ public:
     void show(const Place& place);
     using QWidget::show;
 
-    /// In the order of their pages; one of them, counted from 0, is marked differently, -1 for none.
+    /// In the order of their pages; one of them, counted from 0, is marked differently, -1 for
+    /// none.
     void setMarks(std::vector<PageMarks> marks, int current);
 
     /// True when all that is in sight was drawn.
@@ -114,7 +115,7 @@ private:
     void take(const PageTile& tile, const QImage& image);
     void requestTiles();
 
-    int pageAtY(int y) const; ///< from the upper end of all; -1 where there are no pages
+    int pageAtY(int y) const;  ///< from the upper end of all; -1 where there are no pages
     int topOf(int page) const; ///< pixels from the upper end of all
     QSize sizeOf(int page) const;
     QRect rectOf(int page) const; ///< of the viewport

@@ -41,7 +41,7 @@ private:
     std::shared_ptr<PdfFile> m_file;
     QLineEdit* m_field;
     QLabel* m_state;
-    int m_current = -1; ///< of the search's hits
+    int m_current = -1;  ///< of the search's hits
     int m_firstPage = 0; ///< where the search began
     bool m_shallReveal = false;
 };

@@ -33,8 +33,8 @@ struct PdfPanel::Read
     int number = 0;
     QString path;
     QByteArray bytes = {};
-    QString error = {};          ///< fit to follow a colon; empty where the file was read
-    QString missingPlugin = {};  ///< why it could not be loaded
+    QString error = {};         ///< fit to follow a colon; empty where the file was read
+    QString missingPlugin = {}; ///< why it could not be loaded
     std::shared_ptr<PdfFile> file = {};
 };
 
@@ -127,7 +127,8 @@ void PdfPanel::take(Read read)
                     "another program.")
                      .arg(shown, read.missingPlugin));
     } else if (!m_file) {
-        tellNote(tr("“%1” cannot be shown: %2. Typeset the document again.").arg(shown, read.error));
+        tellNote(
+            tr("“%1” cannot be shown: %2. Typeset the document again.").arg(shown, read.error));
     } else {
         const bool wasHidden = m_pages->isHidden();
         m_note->hide();

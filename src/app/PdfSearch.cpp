@@ -27,7 +27,8 @@ void PdfSearch::goOn(int page)
 {
     const int end = std::min(m_pageCount, page + pagesAtOnce);
     runInBackground(
-        this, [file = m_file, needle = m_needle, page, end] { return file->find(needle, page, end); },
+        this,
+        [file = m_file, needle = m_needle, page, end] { return file->find(needle, page, end); },
         [this, end, number = m_number](const std::vector<PageMarks>& found) {
             if (number != m_number)
                 return;

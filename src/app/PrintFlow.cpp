@@ -40,19 +40,20 @@ public:
     QCheckBox* colours = new QCheckBox(PrintFlow::tr("&Colours of the language"), this);
 };
 
-void useRange(QPPrintableTextView::Job& job, const QPrintDialog& dialog, TextRange selection)
+void usePages(QPPrintableTextView::Job& job, const QPrinter& printer, TextRange selection)
 {
-    switch (dialog.printRange()) {
-    case QAbstractPrintDialog::Selection:
+    switch (printer.printRange()) {
+    case QPrinter::Selection:
         job.range = selection;
         break;
-    case QAbstractPrintDialog::PageRange:
-        job.firstPage = dialog.fromPage();
-        job.lastPage = dialog.toPage();
+    case QPrinter::PageRange:
+        if (printer.fromPage() > 0)
+            job.pages.addRange(printer.fromPage(), std::max(printer.fromPage(), printer.toPage()));
         break;
     default:
         break;
     }
+    job.lastPageFirst = printer.pageOrder() == QPrinter::LastPageFirst;
 }
 
 } // namespace
@@ -97,6 +98,11 @@ PrintFlow::~PrintFlow()
     delete m_preview;
 }
 
+PrintPreview* PrintFlow::preview() const
+{
+    return m_preview;
+}
+
 /// All of the text, as the setup has it.
 QPPrintableTextView::Job PrintFlow::wholeJob()
 {
@@ -135,7 +141,7 @@ void PrintFlow::printTextView()
     dialog->setOption(QAbstractPrintDialog::PrintPageRange);
     auto* options = new TextOptions(m_setup);
     dialog->setOptionTabs({options});
-    connect(dialog, &QDialog::accepted, this, [this, dialog, options, selection] {
+    connect(dialog, &QDialog::accepted, this, [this, options, selection] {
         if (isPrinting())
             return;
         m_setup.lineNumbers = options->lineNumbers->isChecked();
@@ -144,7 +150,7 @@ void PrintFlow::printTextView()
         m_setup.isLayoutChosen = true;
         refreshPreview();
         QPPrintableTextView::Job job = wholeJob();
-        useRange(job, *dialog, selection);
+        usePages(job, *m_printer, selection);
         start(job, m_document.displayName(),
               [printer = m_printer](QPPrintableTextView& view, const GoOn& goOn) -> PrintAnswer {
                   return {view.print(*printer, goOn), view.pageCount(), view.currentPage(), {}};

@@ -64,7 +64,7 @@ public:
     void showPreview();
     void cancel();
     /// Null while it is closed.
-    PrintPreview* preview() const { return m_preview; }
+    PrintPreview* preview() const;
     bool isPrinting() const { return m_state != nullptr; }
 
 Q_SIGNALS:
@@ -96,7 +96,7 @@ private:
     UserQuestions& m_questions;
     ProgressBar& m_bar;
     QWidget& m_window;
-    PrintSetup m_setup;                  ///< as it was chosen last
+    PrintSetup m_setup; ///< as it was chosen last
     QPointer<PrintPreview> m_preview;
     bool m_isPreviewOld = false;
     std::shared_ptr<QPrinter> m_printer; ///< as it was set up last

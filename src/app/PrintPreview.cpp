@@ -87,6 +87,7 @@ void PrintPreview::setJob(const QPPrintableTextView::Job& job, const QString& na
     QPPrintableTextView::Job shown = job;
     shown.lineNumbers = m_setup.lineNumbers;
     shown.colours = m_setup.colours;
+    m_isComplete = false;
     m_paper = m_setup.layout.fullRect(QPageLayout::Point).size();
     const auto found = [this_ = QPointer(this), number = ++m_number](int pages, bool areAll) {
         QMetaObject::invokeMethod(
@@ -97,8 +98,8 @@ void PrintPreview::setJob(const QPPrintableTextView::Job& job, const QString& na
             },
             Qt::QueuedConnection);
     };
-    m_pages->setRenderer(std::make_unique<PageRenderer>(
-        std::make_shared<PrintPages>(shown, m_setup.layout, found)));
+    m_pages->setRenderer(
+        std::make_unique<PageRenderer>(std::make_shared<PrintPages>(shown, m_setup.layout, found)));
 }
 
 void PrintPreview::take(int pages, bool areAll)
@@ -109,9 +110,9 @@ void PrintPreview::take(int pages, bool areAll)
     if (!areAll && pages < std::min(view.pageCount(), view.place().page + inSight))
         return;
     m_pages->setPageSizes(std::vector<QSizeF>(size_t(pages), m_paper), areAll);
+    m_isComplete = areAll;
     if (areAll)
         m_pages->redraw(); // a footer may tell how many there are
-    Q_EMIT found(pages, areAll);
 }
 
 void PrintPreview::present()

@@ -26,6 +26,8 @@ public:
     void setJob(const QPPrintableTextView::Job& job, const QString& name);
     void present();
     PagesPane& pages() const { return *m_pages; }
+    /// True once all pages of the job were found.
+    bool isComplete() const { return m_isComplete; }
 
 Q_SIGNALS:
     void printClicked();
@@ -33,7 +35,6 @@ Q_SIGNALS:
     void setupChanged();
     /// The window has come to the front.
     void activated();
-    void found(int pages, bool areAll);
 
 protected:
     bool event(QEvent* event) override;
@@ -49,6 +50,7 @@ private:
     QCheckBox* m_colours;
     QSizeF m_paper;   ///< points
     int m_number = 0; ///< of the job shown
+    bool m_isComplete = false;
 };
 
 } // namespace quillory

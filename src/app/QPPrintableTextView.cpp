@@ -6,6 +6,7 @@
 #include <QPagedPaintDevice>
 #include <QPainter>
 #include <QPrinter>
+#include <algorithm>
 
 namespace quillory {
 
@@ -108,22 +109,26 @@ QPPrintableTextView::Outcome QPPrintableTextView::print(QPagedPaintDevice& devic
     const QPageLayout layout = device.pageLayout();
     if (!paginate(layout, [&](double share) { return goOn({share * shareOfPagination, 0}); }))
         return Outcome::Cancelled;
-    const int first = std::max(1, m_job.firstPage);
-    const int last = m_job.lastPage > 0 ? std::min(m_job.lastPage, pageCount()) : pageCount();
-    if (first > last)
+    std::vector<int> pages;
+    for (int page = 1; page <= pageCount(); ++page)
+        if (m_job.pages.isEmpty() || m_job.pages.contains(page))
+            pages.push_back(page);
+    if (pages.empty())
         return Outcome::NoSuchPages;
+    if (m_job.lastPageFirst)
+        std::reverse(pages.begin(), pages.end());
 
     QPainter painter;
     if (!painter.begin(&device))
         return Outcome::Failed;
     usePoints(painter, layout);
-    for (int page = first; page <= last; ++page) {
-        if (page > first && !device.newPage())
+    for (size_t i = 0; i < pages.size(); ++i) {
+        if (i > 0 && !device.newPage())
             return Outcome::Failed;
-        m_currentPage = page;
-        paintPage(painter, page);
-        const double share = double(page - first + 1) / double(last - first + 1);
-        if (!goOn({shareOfPagination + share * (1 - shareOfPagination), page})) {
+        m_currentPage = pages[i];
+        paintPage(painter, m_currentPage);
+        const double share = double(i + 1) / double(pages.size());
+        if (!goOn({shareOfPagination + share * (1 - shareOfPagination), m_currentPage})) {
             // A spooler must not get the pages that are there.
             if (auto* printer = dynamic_cast<QPrinter*>(&device))
                 printer->abort();

@@ -6,6 +6,7 @@
 
 #include <QFont>
 #include <QMarginsF>
+#include <QPageRanges>
 #include <functional>
 
 class QPageLayout;
@@ -29,8 +30,8 @@ public:
         PrintFooter footer = {};
         bool lineNumbers = false;
         bool colours = false;
-        int firstPage = 1; ///< counted from 1
-        int lastPage = 0;  ///< 0 for the last there is
+        QPageRanges pages = {}; ///< counted from 1; empty for all
+        bool lastPageFirst = false;
     };
 
     enum class Outcome
@@ -71,8 +72,8 @@ private:
 
     Job m_job;
     std::unique_ptr<PrintedText> m_text;
-    QSizeF m_paper;     ///< points
-    QPointF m_corner;   ///< of the text, from that of the paper; points
+    QSizeF m_paper;   ///< points
+    QPointF m_corner; ///< of the text, from that of the paper; points
     bool m_isPaginated = false;
     int m_currentPage = 0;
 };

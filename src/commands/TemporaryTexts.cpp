@@ -123,7 +123,7 @@ void removeLeftovers(const QString& folder)
 /// Removing a large file takes long.
 void removeSoon(const QStringList& paths)
 {
-    QThreadPool::globalInstance()->start([paths] {
+    backgroundPool().start([paths] {
         for (const QString& path : paths)
             QFile::remove(path);
     });

@@ -89,7 +89,10 @@ std::vector<ColourRun> PrintedText::coloursOf(const TextGeometry::Segment& segme
 
 void PrintedText::paintNumber(QPainter& painter, const TextGeometry::Row& row, double y) const
 {
-    if (row.range.location != row.content.location)
+    const TextSnapshot& text = m_storage.snapshot();
+    const bool isBehindLastBreak =
+        row.content.isEmpty() && row.content.location == text.length() && !text.isEmpty();
+    if (row.range.location != row.content.location || isBehindLastBreak)
         return;
     const QRectF place(0, y, m_gutter - 2 * m_font.advance(), m_font.rowHeight());
     painter.setFont(m_font.font());

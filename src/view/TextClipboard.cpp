@@ -26,7 +26,7 @@ class ForeignText
 public:
     explicit ForeignText(QClipboard::Mode mode)
     {
-        QThreadPool::globalInstance()->start([shared = m_shared, mode] {
+        backgroundPool().start([shared = m_shared, mode] {
             const WaitingInPool waiting;
             shared->utf8 = X11Selection::utf8Text(mode);
             shared->isThere.release();

@@ -2,6 +2,7 @@
 
 #include "../view/EventLoopWatchdog.h"
 #include "editing/QPTextView.h"
+#include "foundation/Background.h"
 #include "text/TextStorage.h"
 #include "text/UndoManager.h"
 
@@ -250,7 +251,7 @@ TEST_F(ExternalProgramsTest, CancellingAndClosingEndTheProgramAndItsChildren)
             EXPECT_TRUE(QTest::qWaitFor([&] { return !isAlive(pids[0]) && !isAlive(pids[1]); },
                                         ProgramRun::grace + 2000))
                 << body;
-            QThreadPool::globalInstance()->waitForDone();
+            backgroundPool().waitForDone();
             EXPECT_FALSE(QFile::exists(QStringLiteral("/proc/") + pids[1])) << "a zombie";
             EXPECT_EQ(outputs, 0);
             editor.setEditable(true);
@@ -272,7 +273,7 @@ TEST_F(ExternalProgramsTest, FreeStandingProgramsAreStartedInTheFolder)
     };
     programs->performRunCommand({program, {}}, path("folder"), true);
     EXPECT_TRUE(QTest::qWaitFor([&] { return where() == path("folder").toUtf8() + '\n'; }));
-    QThreadPool::globalInstance()->waitForDone();
+    backgroundPool().waitForDone();
     QCoreApplication::processEvents();
     EXPECT_EQ(opened.count(), 0); // there is no App
     EXPECT_EQ(begun.count(), 0);
@@ -280,7 +281,7 @@ TEST_F(ExternalProgramsTest, FreeStandingProgramsAreStartedInTheFolder)
 
     ASSERT_TRUE(QDir().mkpath(path("folder/App")));
     programs->performRunCommand({program, {}}, path("folder"), false);
-    QThreadPool::globalInstance()->waitForDone();
+    backgroundPool().waitForDone();
     QCoreApplication::processEvents();
     EXPECT_EQ(opened.count(), 0); // not allowed
     EXPECT_TRUE(alerts.isEmpty());

@@ -1,5 +1,7 @@
 #include "commands/TemporaryTexts.h"
 
+#include "foundation/Background.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -90,10 +92,10 @@ TEST_F(TemporaryTextsTest, HoldTheTextForTheUserAlone)
     EXPECT_EQ(files().size(), 4);
     for (int i = 0; i < 30; ++i)
         ASSERT_TRUE(write(QStringLiteral("x")));
-    QThreadPool::globalInstance()->waitForDone();
+    backgroundPool().waitForDone();
     EXPECT_EQ(files().size(), 16);
     texts.reset();
-    QThreadPool::globalInstance()->waitForDone();
+    backgroundPool().waitForDone();
     EXPECT_EQ(files(), QStringList());
 }
 
@@ -115,7 +117,7 @@ TEST_F(TemporaryTextsTest, LeaveNothingWhenTheDocumentClosesMeanwhile)
     texts->write(TextSnapshot(QString(1'000'000, u'x')), StringEncoding::utf8,
                  QStringLiteral("txt"), [](const Result<QString>&) { FAIL(); });
     texts.reset();
-    QThreadPool::globalInstance()->waitForDone();
+    backgroundPool().waitForDone();
     QCoreApplication::processEvents();
     EXPECT_EQ(files(), QStringList());
 }

@@ -1,6 +1,7 @@
 #include "syntax/SyntaxColouring.h"
 
 #include "foundation/ApplicationFolders.h"
+#include "foundation/Background.h"
 #include "foundation/UserDefaults.h"
 #include "syntax/DefinitionFolder.h"
 
@@ -223,7 +224,7 @@ TEST_F(SyntaxColouringTest, LongLinesAreColouredOnAnotherThread)
         text.replaceCharactersInRange({visible->location, 2}, u"if");
         colouring->pageRecolour();
         colouring->setDefinitionWithTitle(u"Text"_s);
-        QThreadPool::globalInstance()->waitForDone();
+        backgroundPool().waitForDone();
         QCoreApplication::processEvents();
         EXPECT_EQ(overlay.runCount(), 0U);
     }

@@ -1,6 +1,7 @@
 #include "app/pdf/PdfPages.h"
 
 #include <QCoreApplication>
+#include <QLoggingCategory>
 #include <QPainter>
 #include <QPdfLink>
 #include <QPdfSearchModel>
@@ -62,6 +63,12 @@ std::vector<PageMarks> PdfPages::find(const QString& needle, int first, int end)
             found.push_back({page, {rects.begin(), rects.end()}});
         }
     return found;
+}
+
+PdfPagesFactory::PdfPagesFactory()
+{
+    // What Qt makes of the text around a hit, which is not asked for, is wrong at times, and told.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.pdf.search=false"));
 }
 
 std::shared_ptr<PdfFile> PdfPagesFactory::open(const QByteArray& pdf, QString& error)

@@ -33,6 +33,7 @@ class PdfPagesFactory : public QObject, public PdfFileFactory
     Q_INTERFACES(quillory::PdfFileFactory)
 
 public:
+    PdfPagesFactory();
     std::shared_ptr<PdfFile> open(const QByteArray& pdf, QString& error) override;
 };
 
