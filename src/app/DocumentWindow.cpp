@@ -76,7 +76,8 @@ void DocumentWindow::build()
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     m_messages = new MessageArea(content);
-    m_view = new TextViewWidget(m_document->textView(), m_document->overlay(), content);
+    m_view = new TextViewWidget(m_document->textView(), m_document->overlay(), content,
+                                ViewAppearance::fontOf(m_services.environment.defaults));
     m_view->setFrameShape(QFrame::NoFrame);
     m_view->setAccessibleDescription(tr("Text of the document"));
     m_ruler = new MarkerLineNumberView(*m_view);

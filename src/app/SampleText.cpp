@@ -35,7 +35,8 @@ const QString& sample()
 
 SampleText::SampleText(const DocumentEnvironment& environment, QWidget* parent)
     : QFrame(parent), m_document(environment),
-      m_view(new TextViewWidget(m_document.textView(), m_document.overlay(), this)),
+      m_view(new TextViewWidget(m_document.textView(), m_document.overlay(), this,
+                                ViewAppearance::fontOf(environment.defaults))),
       m_appearance(
           std::make_unique<ViewAppearance>(*m_view, environment, m_document.syntaxColouring()))
 {

@@ -6,7 +6,6 @@
 #include "view/TextPainter.h"
 
 #include <QCoreApplication>
-#include <QFontDatabase>
 #include <QKeyEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -14,12 +13,11 @@
 
 namespace quillory {
 
-TextViewWidget::TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* parent)
+TextViewWidget::TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* parent,
+                               const QFont& font)
     : QAbstractScrollArea(parent), m_editor(editor), m_overlay(overlay),
-      m_geometry(editor.textStorage(),
-                 TextFont(QFontDatabase::systemFont(QFontDatabase::FixedFont))),
-      m_viewport(m_geometry), m_scrolling(*this, m_viewport),
-      m_rowMovement(editor, m_geometry, m_affinity),
+      m_geometry(editor.textStorage(), TextFont(font)), m_viewport(m_geometry),
+      m_scrolling(*this, m_viewport), m_rowMovement(editor, m_geometry, m_affinity),
       m_visualMovement(editor, m_geometry, m_affinity), m_columnSelection(editor, m_geometry),
       m_commands(*this), m_drop(*this), m_keys(*this), m_mouse(*this), m_input(*this),
       m_announcer(*this), m_colours(TextViewColours::fromPalette(palette()))

@@ -18,6 +18,7 @@
 #include "view/VisualMovement.h"
 
 #include <QAbstractScrollArea>
+#include <QFontDatabase>
 #include <functional>
 #include <optional>
 
@@ -37,7 +38,9 @@ class TextViewWidget : public QAbstractScrollArea
 
 public:
     /// Both arguments must outlive the widget. The overlay has to be told of edits by its owner.
-    TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* parent = nullptr);
+    /// Measuring a font takes time, so \a font is best the one that is to stay.
+    TextViewWidget(QPTextView& editor, Overlay& overlay, QWidget* parent = nullptr,
+                   const QFont& font = QFontDatabase::systemFont(QFontDatabase::FixedFont));
 
     QPTextView& editor() const { return m_editor; }
     const Overlay& overlay() const { return m_overlay; }
