@@ -1,21 +1,41 @@
 #include "app/PageRenderer.h"
 
-#include "foundation/Background.h"
-
+#include <QCoreApplication>
 #include <QMutex>
+#include <QPointer>
+#include <QThreadPool>
+#include <QWaitCondition>
+#include <algorithm>
 #include <array>
 #include <optional>
 
 namespace quillory {
 
+namespace {
+
+/// Each of its threads belongs to one renderer for as long as that lives, and waits most of the
+/// time.
+QThreadPool& renderingPool()
+{
+    constexpr int unlimited = 1000;
+    static QThreadPool pool;
+    [[maybe_unused]] static const bool isAwaited = [] {
+        pool.setMaxThreadCount(unlimited);
+        qAddPostRoutine([] { pool.waitForDone(); });
+        return true;
+    }();
+    return pool;
+}
+
+} // namespace
+
 struct PageRenderer::State
 {
     std::shared_ptr<PageSource> source;
     QPointer<PageRenderer> renderer; ///< to be looked at on its own thread only
-    bool isPrepared = false;         ///< belongs to the thread that draws
 
     QMutex mutex; ///< over what follows
-    bool isRunning = false;
+    QWaitCondition changed;
     bool isStopped = false;
     std::array<std::vector<PageTile>, 2> wanted; ///< by purpose, the first one last
     std::optional<PageTile> inHand;
@@ -26,51 +46,39 @@ PageRenderer::PageRenderer(std::shared_ptr<PageSource> source, QObject* parent)
 {
     m_state->source = std::move(source);
     m_state->renderer = this;
-    startIfIdle(m_state);
+    renderingPool().start([state = m_state] { work(*state); });
 }
 
 PageRenderer::~PageRenderer()
 {
-    {
-        const QMutexLocker lock(&m_state->mutex);
-        m_state->isStopped = true;
-    }
-    releaseInBackground(std::move(m_state));
+    const QMutexLocker lock(&m_state->mutex);
+    m_state->isStopped = true;
+    m_state->changed.wakeAll();
 }
 
 void PageRenderer::request(Purpose purpose, std::vector<PageTile> tiles)
 {
-    {
-        const QMutexLocker lock(&m_state->mutex);
-        if (m_state->inHand)
-            std::erase(tiles, *m_state->inHand);
-        std::reverse(tiles.begin(), tiles.end());
-        m_state->wanted[purpose] = std::move(tiles);
-    }
-    startIfIdle(m_state);
+    const QMutexLocker lock(&m_state->mutex);
+    if (m_state->inHand)
+        std::erase(tiles, *m_state->inHand);
+    std::reverse(tiles.begin(), tiles.end());
+    m_state->wanted[purpose] = std::move(tiles);
+    m_state->changed.wakeAll();
 }
 
-void PageRenderer::startIfIdle(const std::shared_ptr<State>& state)
+void PageRenderer::work(State& state)
 {
-    const QMutexLocker lock(&state->mutex);
-    if (std::exchange(state->isRunning, true))
-        return;
-    backgroundPool().start([state] { work(state); });
-}
-
-void PageRenderer::work(const std::shared_ptr<State>& state)
-{
-    if (!state->isPrepared) {
-        // Finding the pages of a long text may take many seconds, which others need not wait for.
-        const WaitingInPool waiting;
-        state->isPrepared = true;
-        state->source->prepare([&state] { return renderWanted(*state, false); });
+    state.source->prepare([&state] { return renderWanted(state); });
+    while (renderWanted(state)) {
+        const QMutexLocker lock(&state.mutex);
+        if (!state.isStopped && state.wanted[Reading].empty() && state.wanted[Overview].empty())
+            state.changed.wait(&state.mutex);
     }
-    renderWanted(*state, true);
+    state.source.reset();
 }
 
 /// Draws until nothing is wanted any more; false when it was stopped.
-bool PageRenderer::renderWanted(State& state, bool isLast)
+bool PageRenderer::renderWanted(State& state)
 {
     while (true) {
         {
@@ -78,11 +86,8 @@ bool PageRenderer::renderWanted(State& state, bool isLast)
             state.inHand.reset();
             auto& wanted =
                 state.wanted[Reading].empty() ? state.wanted[Overview] : state.wanted[Reading];
-            if (state.isStopped || wanted.empty()) {
-                if (isLast)
-                    state.isRunning = false;
+            if (state.isStopped || wanted.empty())
                 return !state.isStopped;
-            }
             state.inHand = wanted.back();
             wanted.pop_back();
         }

@@ -21,7 +21,8 @@ struct PageTile
     }
 };
 
-/// Draws parts of pages on another thread.
+/// Draws parts of pages on another thread: on one and the same, since the fonts that a text was
+/// laid out with belong to the thread that did it.
 class PageRenderer : public QObject
 {
     Q_OBJECT
@@ -47,9 +48,8 @@ Q_SIGNALS:
 private:
     struct State;
 
-    static void work(const std::shared_ptr<State>& state);
-    static bool renderWanted(State& state, bool isLast);
-    static void startIfIdle(const std::shared_ptr<State>& state);
+    static void work(State& state);
+    static bool renderWanted(State& state);
 
     std::shared_ptr<State> m_state; ///< shared with the thread that draws
 };

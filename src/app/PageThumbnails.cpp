@@ -52,10 +52,4 @@ void PageThumbnails::mousePressEvent(QMouseEvent* event)
         Q_EMIT chosen(page);
 }
 
-void PageThumbnails::wheelEvent(QWheelEvent* event)
-{
-    // They are as wide as the bar.
-    QAbstractScrollArea::wheelEvent(event);
-}
-
 } // namespace quillory

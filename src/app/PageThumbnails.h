@@ -24,7 +24,6 @@ protected:
     void paintCaption(QPainter& painter, int page, const QRect& rect) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent*) override {}
-    void wheelEvent(QWheelEvent* event) override;
 
 private:
     int m_chosen = 0;

@@ -119,6 +119,7 @@ void PagesView::rescale(double scale, QPointF anchor)
     }
     viewport()->update();
     Q_EMIT zoomChanged();
+    Q_EMIT scrolled();
 }
 
 void PagesView::setZoom(double zoom)
@@ -229,6 +230,12 @@ void PagesView::setCurrent(int page)
         Q_EMIT currentPageChanged(page);
 }
 
+std::pair<int, int> PagesView::pagesInSight() const
+{
+    const int top = verticalScrollBar()->value();
+    return {std::max(0, pageAtY(top)), pageAtY(top + viewport()->height())};
+}
+
 void PagesView::goToPage(int page)
 {
     if (pageCount() == 0)
@@ -294,6 +301,7 @@ void PagesView::scrollContentsBy(int, int)
 {
     updateCurrent();
     viewport()->update();
+    Q_EMIT scrolled();
 }
 
 void PagesView::keyPressEvent(QKeyEvent* event)
@@ -318,7 +326,8 @@ void PagesView::keyPressEvent(QKeyEvent* event)
 
 void PagesView::wheelEvent(QWheelEvent* event)
 {
-    if (!(event->modifiers() & Qt::ControlModifier)) {
+    // Thumbnails are as wide as their bar.
+    if (!(event->modifiers() & Qt::ControlModifier) || m_purpose == PageRenderer::Overview) {
         QAbstractScrollArea::wheelEvent(event);
         return;
     }
@@ -396,10 +405,8 @@ void PagesView::take(const PageTile& tile, const QImage& image)
     m_wanted.erase(wanted);
     m_tiles.insert(tile, new QImage(image), int(image.sizeInBytes() / 1024) + 1);
     viewport()->update(rectOf(tile).toAlignedRect());
-    if (!m_wanted.empty())
-        return;
-    m_earlier.clear();
-    Q_EMIT drawn();
+    if (m_wanted.empty())
+        m_earlier.clear();
 }
 
 QRectF PagesView::rectOf(const PageTile& tile) const

@@ -48,6 +48,8 @@ public:
     int pageCount() const { return int(m_sizes.size()); }
     QSizeF pageSize(int page) const { return m_sizes[size_t(page)]; } ///< points
     int currentPage() const { return m_current; }                     ///< from 0
+    /// The first and the last; the last is before the first where there are none.
+    std::pair<int, int> pagesInSight() const;
     /// Shows its upper end.
     void goToPage(int page);
     /// Scrolls no more than it takes to have it in sight.
@@ -74,7 +76,8 @@ public:
 Q_SIGNALS:
     void currentPageChanged(int page);
     void zoomChanged();
-    void drawn();
+    /// Other pages may be in sight.
+    void scrolled();
 
 protected:
     /// Below a page there is room for a caption.

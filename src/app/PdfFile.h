@@ -17,9 +17,10 @@ class PdfFile : public PageSource
 public:
     void prepare(const std::function<bool()>&) override {}
     virtual std::vector<QSizeF> pageSizes() const = 0; ///< points
-    /// Where \a needle stands, in letters of either case, on the pages from \a first to before
-    /// \a end; one mark for each time, in order.
-    virtual std::vector<PageMarks> find(const QString& needle, int first, int end) = 0;
+    /// Where \a needle begins in the text of \a page, in letters of either case.
+    virtual std::vector<int> find(int page, const QString& needle) = 0;
+    /// Where stretches of a page's text stand, one for each of \a starts, \a length long.
+    virtual std::vector<PageMarks> marks(int page, const std::vector<int>& starts, int length) = 0;
 };
 
 /// What the plugin answers to.

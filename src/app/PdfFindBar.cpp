@@ -70,7 +70,9 @@ PdfFindBar::PdfFindBar(PagesView& view, QWidget* parent)
         m_shallReveal = true;
         search();
     });
-    connect(&m_search, &PdfSearch::changed, this, &PdfFindBar::show);
+    connect(&m_search, &PdfSearch::changed, this, &PdfFindBar::chooseFirst);
+    connect(&m_search, &PdfSearch::located, this, &PdfFindBar::showMarks);
+    connect(&m_view, &PagesView::scrolled, this, &PdfFindBar::locate);
 }
 
 void PdfFindBar::setFile(const std::shared_ptr<PdfFile>& file)
@@ -111,53 +113,69 @@ void PdfFindBar::search()
         m_search.start(m_file, m_field->text());
 }
 
-void PdfFindBar::findNext(int by)
+void PdfFindBar::findNext(int step)
 {
-    if (isHidden() || m_field->text().isEmpty())
+    if (isHidden() || m_field->text().isEmpty()) {
         open();
-    else
-        step(by);
-}
-
-void PdfFindBar::step(int by)
-{
-    const auto count = int(m_search.hits().size());
-    if (count == 0)
         return;
-    m_current = m_current < 0 ? (by > 0 ? 0 : count - 1) : (m_current + by + count) % count;
-    showCurrent();
+    }
+    const auto count = int(m_search.hits().size());
+    if (count > 0)
+        goTo(m_current < 0 ? (step > 0 ? 0 : count - 1) : (m_current + step + count) % count);
 }
 
 /// The first place from the page on that was in sight becomes the current one.
-void PdfFindBar::show()
+void PdfFindBar::chooseFirst()
 {
-    const std::vector<PageMarks>& hits = m_search.hits();
+    const std::vector<PdfSearch::Hit>& hits = m_search.hits();
     if (m_current < 0 && !hits.empty()) {
-        const auto first = std::find_if(hits.begin(), hits.end(), [this](const PageMarks& hit) {
-            return hit.page >= m_firstPage;
-        });
+        const auto first = std::find_if(
+            hits.begin(), hits.end(), [this](const auto& hit) { return hit.page >= m_firstPage; });
         if (first != hits.end() || !m_search.isRunning())
             m_current = first == hits.end() ? 0 : int(first - hits.begin());
-        if (m_current >= 0 && std::exchange(m_shallReveal, false)) {
-            showCurrent();
-            return;
-        }
+        if (m_current >= 0 && m_shallReveal)
+            goTo(m_current);
     }
-    m_view.setMarks(hits, m_current);
+    locate();
+    showMarks();
+}
+
+void PdfFindBar::goTo(int hit)
+{
+    m_current = hit;
+    m_shallReveal = true;
+    m_search.locate(m_search.hits()[size_t(hit)].page);
+    showMarks();
+}
+
+void PdfFindBar::locate()
+{
+    const auto [first, last] = m_view.pagesInSight();
+    for (int page = first; page <= last; ++page)
+        m_search.locate(page);
+}
+
+void PdfFindBar::showMarks()
+{
+    std::vector<PageMarks> marks = m_search.marks();
+    const int current = m_search.markOf(m_current);
+    if (current >= 0 && std::exchange(m_shallReveal, false)) {
+        const PageMarks& mark = marks[size_t(current)];
+        m_view.reveal(mark.page, mark.rects.empty() ? QRectF(0, 0, 1, 1) : mark.rects.front());
+    }
+    m_view.setMarks(std::move(marks), current);
+    showState();
+}
+
+void PdfFindBar::showState()
+{
+    const std::vector<PdfSearch::Hit>& hits = m_search.hits();
     const QString count = QLocale().toString(int(hits.size())) +
                           (m_search.isRunning() ? QStringLiteral("…") : QString());
     m_state->setText(isHidden() || m_field->text().isEmpty() ? QString()
                      : !hits.empty()        ? tr("%1 of %2").arg(m_current + 1).arg(count)
                      : m_search.isRunning() ? tr("Searching…")
                                             : tr("Not found"));
-}
-
-void PdfFindBar::showCurrent()
-{
-    const PageMarks& hit = m_search.hits()[size_t(m_current)];
-    if (!hit.rects.empty())
-        m_view.reveal(hit.page, hit.rects.front());
-    show();
 }
 
 } // namespace quillory

@@ -32,9 +32,11 @@ public:
 
 private:
     void search();
-    void show();
-    void showCurrent();
-    void step(int by);
+    void chooseFirst();
+    void goTo(int hit);
+    void locate();
+    void showMarks();
+    void showState();
 
     PagesView& m_view;
     PdfSearch m_search;

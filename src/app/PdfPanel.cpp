@@ -25,6 +25,16 @@ QString pluginPath(const QString& folder)
     return folder + QStringLiteral("/quillory-pdf.so");
 }
 
+/// Its end waits for what is being drawn of any PDF, so it is left to another thread, whoever holds
+/// \a file last.
+std::shared_ptr<PdfFile> releasedInBackground(const std::shared_ptr<PdfFile>& file)
+{
+    if (!file)
+        return {};
+    return {file.get(),
+            [owner = file](PdfFile*) mutable { releaseInBackground(std::move(owner)); }};
+}
+
 } // namespace
 
 /// What another thread found.
@@ -48,11 +58,7 @@ PdfPanel::PdfPanel(QString plugins, UserQuestions& questions)
     tellNote(tr("Typeset the document to see its PDF here."));
 }
 
-PdfPanel::~PdfPanel()
-{
-    // Its end waits for what is being drawn of any PDF.
-    releaseInBackground(std::move(m_file));
-}
+PdfPanel::~PdfPanel() = default;
 
 void PdfPanel::build()
 {
@@ -117,8 +123,7 @@ void PdfPanel::load(const QString& path)
 void PdfPanel::take(Read read)
 {
     const bool isOther = read.path != m_path;
-    releaseInBackground(std::move(m_file));
-    m_file = std::move(read.file);
+    m_file = releasedInBackground(read.file);
     m_pdf = read.bytes;
     m_path = read.path;
     const QString shown = QDir::toNativeSeparators(read.path);

@@ -1,6 +1,7 @@
 #include "app/PrintFlow.h"
 
 #include "app/PrintPreview.h"
+#include "app/PrintService.h"
 #include "app/ProgressBar.h"
 #include "app/UserQuestions.h"
 #include "app/ViewAppearance.h"
@@ -131,6 +132,20 @@ void PrintFlow::setUpPrinter()
 
 void PrintFlow::printTextView()
 {
+    if (isPrinting() || std::exchange(m_isAsking, true))
+        return;
+    PrintService::ask(this, [this](bool answers) {
+        m_isAsking = false;
+        if (answers)
+            askHowToPrint();
+        else
+            Q_EMIT failed(tr("The print service does not answer. Print when it does again, or "
+                             "save the pages as PDF."));
+    });
+}
+
+void PrintFlow::askHowToPrint()
+{
     if (isPrinting())
         return;
     setUpPrinter();
@@ -220,6 +235,7 @@ void PrintFlow::start(const QPPrintableTextView::Job& job, const QString& name, 
     runInBackground(
         this,
         [this_ = QPointer(this), job, print, state = m_state] {
+            const WaitingInPool waiting; // others need not wait for a long job
             QPPrintableTextView view(job);
             return print(view, [&](QPPrintableTextView::Progress progress) {
                 // One report is under way at a time, so that they cannot pile up.

@@ -56,7 +56,7 @@ public:
               ProgressBar& bar, QWidget& window);
     ~PrintFlow() override;
 
-    /// Asks for a printer and what to print.
+    /// Asks for a printer and what to print, once the print service answers.
     void printTextView();
     /// Asks for a place, and writes a PDF file there: entirely, or not at all.
     void savePages();
@@ -85,6 +85,7 @@ private:
     QPPrintableTextView::Job wholeJob();
     QWidget& asker() const;
     void setUpPrinter();
+    void askHowToPrint();
     void refreshPreview();
     void start(const QPPrintableTextView::Job& job, const QString& name, const Print& print);
     void show(const QPPrintableTextView::Progress& progress);
@@ -100,6 +101,7 @@ private:
     QPointer<PrintPreview> m_preview;
     bool m_isPreviewOld = false;
     std::shared_ptr<QPrinter> m_printer; ///< as it was set up last
+    bool m_isAsking = false;             ///< the print service
     std::shared_ptr<State> m_state;      ///< null while nothing is printed
 };
 

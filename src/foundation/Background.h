@@ -39,7 +39,8 @@ void runInBackground(QObject* context, Work work, Done done)
     });
 }
 
-/// While it lives, the pool may run another thread in the place of this one, which waits.
+/// While it lives, the pool may run another thread in the place of this one, which waits or takes
+/// long.
 struct WaitingInPool
 {
     WaitingInPool() { backgroundPool().releaseThread(); }

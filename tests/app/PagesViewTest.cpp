@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QTest>
+#include <QThread>
 #include <gtest/gtest.h>
 #include <set>
 
@@ -23,6 +24,7 @@ public:
         {
             const QMutexLocker lock(&m_mutex);
             m_rendered.insert(page);
+            m_threads.insert(QThread::currentThread());
             m_pixels += qint64(part.width()) * part.height();
         }
         QImage image(part.size(), QImage::Format_RGB32);
@@ -42,6 +44,13 @@ public:
         return std::exchange(m_rendered, {});
     }
 
+    /// That drew.
+    std::set<QThread*> threads()
+    {
+        const QMutexLocker lock(&m_mutex);
+        return m_threads;
+    }
+
     qint64 pixels()
     {
         const QMutexLocker lock(&m_mutex);
@@ -51,6 +60,7 @@ public:
 private:
     QMutex m_mutex;
     std::set<int> m_rendered;
+    std::set<QThread*> m_threads;
     qint64 m_pixels = 0;
 };
 
@@ -96,6 +106,8 @@ TEST_F(PagesViewTest, DrawsOnlyWhatIsInSight)
         EXPECT_EQ(pixelAt({400, 60}), ColouredPages::colourOf(page)) << page;
         EXPECT_LE(source->takeRendered().size(), 4);
     }
+    EXPECT_EQ(source->threads().size(), 1U) << "fonts belong to a thread";
+    EXPECT_FALSE(source->threads().contains(QThread::currentThread()));
     // Of a large page a part is drawn.
     const qint64 before = source->pixels();
     view.setZoom(PagesView::largestZoom);

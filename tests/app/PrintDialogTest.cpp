@@ -1,11 +1,15 @@
 #include "PrintFixture.h"
 
+#include "../support/EnvironmentVariable.h"
+#include "../view/EventLoopWatchdog.h"
+
 #include "app/ProgressBar.h"
 #include "document/Document.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QLocalServer>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -179,6 +183,26 @@ TEST_F(PrintDialogTest, TellsOfAPrinterThatFails)
     ASSERT_TRUE(isPrinted(window));
     EXPECT_TRUE(message(window, MessageArea::Subject::Export).contains(u"was not printed"_s))
         << message(window, MessageArea::Subject::Export).toStdString();
+}
+
+TEST_F(PrintDialogTest, WaitsForNoPrintServiceThatIsSilent)
+{
+    QLocalServer service;
+    ASSERT_TRUE(service.listen(path("cups.sock")));
+    const EnvironmentVariable server("CUPS_SERVER", path("cups.sock").toUtf8());
+    DocumentWindow& window = open(write("rows.txt", rows(4)));
+    {
+        EventLoopWatchdog watchdog;
+        choose(window, u"File/Print…"_s);
+        press(window, {u"'x'"_s});
+        EXPECT_TRUE(textOf(window).startsWith(u'x'));
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] { return !message(window, MessageArea::Subject::Export).isEmpty(); }, patience));
+    }
+    if (!service.hasPendingConnections())
+        GTEST_SKIP() << "this Qt prints without a print service";
+    EXPECT_TRUE(message(window, MessageArea::Subject::Export).contains(u"does not answer"_s));
+    EXPECT_FALSE(window.findChild<QPrintDialog*>());
 }
 
 } // namespace

@@ -1,14 +1,14 @@
 #include "app/pdf/PdfPages.h"
 
 #include <QCoreApplication>
-#include <QLoggingCategory>
 #include <QPainter>
-#include <QPdfLink>
-#include <QPdfSearchModel>
+#include <QPdfSelection>
 
 namespace quillory {
 
 namespace {
+
+constexpr int mostWithoutText = 32; ///< characters between two finds
 
 QString reason(QPdfDocument::Error error)
 {
@@ -51,24 +51,38 @@ QImage PdfPages::render(int page, double scale, const QRect& part)
     return image;
 }
 
-std::vector<PageMarks> PdfPages::find(const QString& needle, int first, int end)
+std::vector<int> PdfPages::find(int page, const QString& needle)
 {
-    QPdfSearchModel model;
-    model.setDocument(&m_document);
-    model.setSearchString(needle);
-    std::vector<PageMarks> found;
-    for (int page = first; page < end; ++page)
-        for (const QPdfLink& hit : model.resultsOnPage(page)) {
-            const QList<QRectF> rects = hit.rectangles();
-            found.push_back({page, {rects.begin(), rects.end()}});
-        }
-    return found;
+    std::vector<int> starts;
+    const QString text = m_document.getAllText(page).text();
+    for (qsizetype at = 0; (at = text.indexOf(needle, at, Qt::CaseInsensitive)) >= 0;
+         at += needle.size())
+        starts.push_back(int(at));
+    return starts;
 }
 
-PdfPagesFactory::PdfPagesFactory()
+std::vector<PageMarks> PdfPages::marks(int page, const std::vector<int>& starts, int length)
 {
-    // What Qt makes of the text around a hit, which is not asked for, is wrong at times, and told.
-    QLoggingCategory::setFilterRules(QStringLiteral("qt.pdf.search=false"));
+    const QString text = m_document.getAllText(page).text();
+    int shift = 0;
+    std::vector<PageMarks> found;
+    for (const int start : starts) {
+        const QStringView wanted = QStringView(text).mid(start, length);
+        QPdfSelection stretch = m_document.getSelectionAtIndex(page, start + shift, length);
+        // A place counts characters that have no text, too.
+        for (int more = 1; stretch.text() != wanted && more <= mostWithoutText; ++more)
+            if (QPdfSelection next =
+                    m_document.getSelectionAtIndex(page, start + shift + more, length);
+                next.text() == wanted) {
+                stretch = next;
+                shift += more;
+            }
+        PageMarks marks{page, {}};
+        for (const QPolygonF& part : stretch.bounds())
+            marks.rects.push_back(part.boundingRect());
+        found.push_back(marks);
+    }
+    return found;
 }
 
 std::shared_ptr<PdfFile> PdfPagesFactory::open(const QByteArray& pdf, QString& error)

@@ -18,7 +18,8 @@ public:
 
     std::vector<QSizeF> pageSizes() const override { return m_sizes; }
     QImage render(int page, double scale, const QRect& part) override;
-    std::vector<PageMarks> find(const QString& needle, int first, int end) override;
+    std::vector<int> find(int page, const QString& needle) override;
+    std::vector<PageMarks> marks(int page, const std::vector<int>& starts, int length) override;
 
 private:
     QBuffer m_bytes;
@@ -33,7 +34,6 @@ class PdfPagesFactory : public QObject, public PdfFileFactory
     Q_INTERFACES(quillory::PdfFileFactory)
 
 public:
-    PdfPagesFactory();
     std::shared_ptr<PdfFile> open(const QByteArray& pdf, QString& error) override;
 };
 
