@@ -18,8 +18,8 @@ void DocumentRecord::takeDefinition(const Definition& definition)
     canCloseTags = flag("canCloseTags");
     canUsePreview = flag("canUsePreview");
     canUsePDFPreview = flag("canUsePDFPreview");
-    previewFormat = int(
-        std::clamp<qint64>(definition.number(QLatin1StringView("previewFormat")).value_or(0), 0, 1));
+    previewFormat = int(std::clamp<qint64>(
+        definition.number(QLatin1StringView("previewFormat")).value_or(0), 0, 1));
     functionTitle = text("functionMenuTitle");
     mainExtension = text("mainExtension");
     isTextDefinition = definitionTitle == Definition::plainText;

@@ -186,8 +186,8 @@ TEST_F(PreviewWindowTest, APageWithoutEndDoesNotHoldUpTheNextText)
     pass(500);
     send("<title>lost</title>");
     ASSERT_TRUE(QTest::qWaitFor([&] { return answer(u"End Page"_s); }, patience));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window.strip().text().contains(u"ended"_s); },
-                                patience));
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return window.strip().text().contains(u"ended"_s); }, patience));
     load("<title>second</title>", false);
     EXPECT_TRUE(titleBecomes(u"second"_s));
     EXPECT_EQ(window.strip().text(), QString());
