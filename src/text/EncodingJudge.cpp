@@ -32,7 +32,7 @@ constexpr double boxBesideLetter = -5;
 constexpr double missingMark = -4;
 
 constexpr QStringView typographicSigns =
-    u"“”‘’„‚–—…«»‹›•·°§©®™€£¿¡†‡‰×\u00A0\u00AD\u200C\u200D\u200E\u200F";
+    u"“”‘’„‚–—…«»‹›•·°§©®™€£¿¡†‡‰×±²³½\u00A0\u00AD\u200C\u200D\u200E\u200F";
 /// Those of them that words have inside, or between two of them.
 constexpr QStringView wordSigns = u"’·–—…\u00A0\u00AD\u200C\u200D";
 
@@ -115,6 +115,10 @@ double EncodingJudge::logOf(Kind kind)
 
 EncodingJudge::EncodingJudge(const EncodingInfo& info) : m_info(info), m_decoder(info)
 {
+    if (info.form == EncodingForm::utf16)
+        m_unitBytes = 2;
+    if (info.form == EncodingForm::utf32)
+        m_unitBytes = 4;
     if (const ByteTable* table = m_decoder.table()) {
         m_byteCounts.resize(256);
         for (int byte = 0; byte < 256; ++byte) {
@@ -166,7 +170,8 @@ void EncodingJudge::note(const Traits& next)
 {
     m_errors += next.kind == Kind::error;
     m_asciiLetters += next.kind == Kind::asciiLetter;
-    m_likelihood += logOf(next.kind) + context(m_beforeLast, m_last, next);
+    m_likelihood += (next.kind == Kind::error ? m_unitBytes : 1) * logOf(next.kind) +
+                    context(m_beforeLast, m_last, next);
     m_beforeLast = m_last;
     m_last = next;
 }

@@ -69,6 +69,7 @@ private:
     std::vector<Traits> m_byByte;                      ///< for an encoding of one byte a character
     std::unordered_map<char32_t, qsizetype> m_letters; ///< beyond ASCII, in lower case: how many
     std::vector<qsizetype> m_byteCounts; ///< the same, of an encoding of one byte a character
+    int m_unitBytes = 1;                 ///< that an error spoils
     Traits m_last;
     Traits m_beforeLast;
     char16_t m_high = 0; ///< the first half of a surrogate pair

@@ -20,20 +20,20 @@ double usualness(StringEncoding encoding)
     static constexpr Rate rates[] = {
         {quint32(StringEncoding::utf8), 0},
         {quint32(StringEncoding::ascii), -0.5},
-        {quint32(StringEncoding::windowsLatin1), -1.1},
-        {quint32(StringEncoding::isoLatin1), -1},
-        {quint32(StringEncoding::shiftJis), -1},
-        {0x80000632, -1}, // GB 18030
-        {0x80000a03, -1}, // Big 5
-        {0x80000940, -1}, // EUC-KR
-        {11, -1},         // Cyrillic (Windows)
-        {3, -1.2},        // EUC-JP
+        {quint32(StringEncoding::windowsLatin1), -1},
+        {quint32(StringEncoding::isoLatin1), -0.9},
+        {quint32(StringEncoding::shiftJis), -1.2},
+        {0x80000632, -1.2}, // GB 18030
+        {0x80000a03, -1.2}, // Big 5
+        {0x80000940, -1.2}, // EUC-KR
+        {11, -1.2},         // Cyrillic (Windows)
+        {3, -1.2},          // EUC-JP
         {quint32(StringEncoding::iso2022Jp), -1.2},
         {15, -3},           // Central European (Windows)
-        {13, -3},           // Greek (Windows)
+        {13, -2.5},         // Greek (Windows)
         {14, -3},           // Turkish (Windows)
-        {0x80000505, -3},   // Hebrew (Windows)
-        {0x80000506, -2.5}, // Arabic (Windows)
+        {0x80000505, -2},   // Hebrew (Windows)
+        {0x80000506, -2},   // Arabic (Windows)
         {0x8000041d, -1.2}, // Thai (Windows)
         {0x80000a02, -1.5}, // KOI8-R
         {0x80000507, -5},   // Baltic (Windows)

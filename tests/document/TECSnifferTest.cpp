@@ -140,6 +140,39 @@ TEST(TECSniffer, FirstGuessOfShortTextsIsRight)
     }
 }
 
+TEST(TECSniffer, AFewWordsDo)
+{
+    struct Case
+    {
+        StringEncoding encoding;
+        QStringView text;
+    };
+    const Case cases[] = {
+        {isoLatin1, u"/* Copyright © 2003 */\nint main() { return 0; }\n"},
+        {isoLatin1, u"temp: 20°C ± 2\n"},
+        {isoLatin1, u"München"},
+        {windowsLatin1, u"• one\n• two – three\n"},
+        {windowsLatin1, u"Price: 5 €\n"},
+        {koi8R, u"Привет\n"},
+        {windowsCyrillic, u"# комментарий\nprint(\"hello world\")\n"},
+        {StringEncoding(0x80000505), u"שלום עולם\n"},
+        {shiftJis, u"// 日本語のコメント\nint x = 5;\n"},
+        {StringEncoding(3), u"// 日本語のコメント\nint x = 5;\n"},
+        {gb18030, u"// 这是注释\nint x;\n"},
+        {StringEncoding(0x80000a03), u"// 這是註解\n"},
+        {StringEncoding(0x80000940), u"안녕하세요\n"},
+        {StringEncoding(9), u"Zażółć gęślą jaźń\n"},
+    };
+    std::optional<TECSniffer> sniffer = TECSniffer::init();
+    ASSERT_TRUE(sniffer);
+    for (const Case& c : cases) {
+        sniffer->clear();
+        const StringEncoding guess =
+            sniffer->sniff(encoded(TextSnapshot(c.text), c.encoding).value_or("")).constFirst();
+        EXPECT_EQ(displayName(guess), displayName(c.encoding)) << c.text.toUtf8().data();
+    }
+}
+
 TEST(TECSniffer, AnswersEveryCandidateTheBestFirst)
 {
     std::optional<TECSniffer> sniffer = TECSniffer::init();
