@@ -22,7 +22,7 @@ public:
 
     /// Does what \a line asks for until the last window is closed; the answer is the exit status.
     /// \a listeningSocket: see HandoverServer.
-    int run(const StartOptions& line, int listeningSocket);
+    int run(const StartOptions& line, int listeningSocket = -1);
 
 private:
     ApplicationFolders m_folders;
