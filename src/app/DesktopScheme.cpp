@@ -55,7 +55,7 @@ void DesktopScheme::askPortal()
     QDBusConnection bus = QDBusConnection::sessionBus();
     // From whoever it comes: to know the sender's name in advance, one would have to wait for it.
     bus.connect(QString(), path, interface, QStringLiteral("SettingChanged"), this,
-                SLOT(noteSetting(QString, QString, QDBusVariant)));
+                SLOT(noteSetting(QDBusMessage)));
     QDBusMessage question =
         QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
     question << appearance << colourScheme;
@@ -67,10 +67,11 @@ void DesktopScheme::askPortal()
     });
 }
 
-void DesktopScheme::noteSetting(const QString& group, const QString& key, const QDBusVariant& value)
+void DesktopScheme::noteSetting(const QDBusMessage& message)
 {
-    if (group == appearance && key == colourScheme)
-        take(value.variant());
+    const QVariantList told = message.arguments(); // group, key, value
+    if (told.size() == 3 && told[0] == appearance && told[1] == colourScheme)
+        take(told[2].value<QDBusVariant>().variant());
 }
 
 /// "Read" wraps the value twice.

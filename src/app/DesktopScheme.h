@@ -1,8 +1,9 @@
 #pragma once
 
-#include <QDBusVariant>
 #include <QObject>
 #include <optional>
+
+class QDBusMessage;
 
 namespace quillory {
 
@@ -31,7 +32,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private Q_SLOTS:
-    void noteSetting(const QString& group, const QString& key, const QDBusVariant& value);
+    void noteSetting(const QDBusMessage& message);
 
 private:
     void askPortal();
