@@ -82,11 +82,11 @@ protected:
     }
     ~ThemeFollowingTest() override { QApplication::setPalette(m_palette); }
 
-    static void darken(bool dark)
+    static void darken(bool isDark)
     {
         QPalette palette;
-        palette.setColor(QPalette::Base, dark ? Qt::black : Qt::white);
-        palette.setColor(QPalette::Text, dark ? Qt::white : Qt::black);
+        palette.setColor(QPalette::Base, isDark ? Qt::black : Qt::white);
+        palette.setColor(QPalette::Text, isDark ? Qt::white : Qt::black);
         QApplication::setPalette(palette);
     }
     bool comesTo(int theme) const
