@@ -115,12 +115,12 @@ void PdfPanel::load(const QString& path)
         [this](Read read) {
             if (read.number != m_reading)
                 return;
-            take(std::move(read));
+            take(read);
             Q_EMIT loaded();
         });
 }
 
-void PdfPanel::take(Read read)
+void PdfPanel::take(const Read& read)
 {
     const bool isOther = read.path != m_path;
     m_file = releasedInBackground(read.file);

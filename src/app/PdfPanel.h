@@ -43,7 +43,7 @@ private:
     struct Read;
 
     void build();
-    void take(Read read);
+    void take(const Read& read);
     void tellNote(const QString& note);
     void write(const QString& path);
 

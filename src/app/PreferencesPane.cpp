@@ -46,7 +46,7 @@ protected:
         QPainter painter(this);
         painter.setOpacity(0.65);
         const QRect room =
-            style()->visualRect(layoutDirection(), rect(), rect().adjusted(indent(), 0, 0, 0));
+            QStyle::visualRect(layoutDirection(), rect(), rect().adjusted(indent(), 0, 0, 0));
         style()->drawItemText(&painter, room,
                               int(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft)) |
                                   Qt::AlignVCenter,

@@ -196,7 +196,8 @@ void PrintFlow::savePages()
 
 void PrintFlow::showPreview()
 {
-    if (!m_preview) {
+    // One that was closed is there until the event loop turns.
+    if (!m_preview || m_preview->isHidden()) {
         m_preview = new PrintPreview(m_setup);
         connect(m_preview, &PrintPreview::printClicked, this, &PrintFlow::printTextView);
         connect(m_preview, &PrintPreview::saveClicked, this, &PrintFlow::savePages);

@@ -10,8 +10,8 @@ constexpr int betweenReports = 100; // milliseconds
 
 } // namespace
 
-PrintPages::PrintPages(const QPPrintableTextView::Job& job, QPageLayout layout, Found found)
-    : m_view(job), m_layout(std::move(layout)), m_found(std::move(found))
+PrintPages::PrintPages(const QPPrintableTextView::Job& job, const QPageLayout& layout, Found found)
+    : m_view(job), m_layout(layout), m_found(std::move(found))
 {}
 
 void PrintPages::prepare(const std::function<bool()>& meanwhile)

@@ -17,7 +17,7 @@ public:
     /// times a second.
     using Found = std::function<void(int pages, bool areAll)>;
 
-    PrintPages(const QPPrintableTextView::Job& job, QPageLayout layout, Found found);
+    PrintPages(const QPPrintableTextView::Job& job, const QPageLayout& layout, Found found);
 
     void prepare(const std::function<bool()>& meanwhile) override;
     QImage render(int page, double scale, const QRect& part) override;

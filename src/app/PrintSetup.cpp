@@ -9,8 +9,8 @@ namespace quillory {
 QPageLayout PrintSetup::usualLayout()
 {
     const bool isImperial = QLocale().measurementSystem() == QLocale::ImperialUSSystem;
-    return QPageLayout(QPageSize(isImperial ? QPageSize::Letter : QPageSize::A4),
-                       QPageLayout::Portrait, QPPrintableTextView::margins, QPageLayout::Point);
+    return {QPageSize(isImperial ? QPageSize::Letter : QPageSize::A4), QPageLayout::Portrait,
+            QPPrintableTextView::margins, QPageLayout::Point};
 }
 
 } // namespace quillory

@@ -22,6 +22,24 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+/// Does something as soon as a widget is put away.
+class OnHide : public QObject
+{
+public:
+    explicit OnHide(std::function<void()> act) : m_act(std::move(act)) {}
+
+protected:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override
+    {
+        if (event->type() == QEvent::Hide)
+            m_act();
+        return false;
+    }
+
+private:
+    std::function<void()> m_act;
+};
+
 /// Goes through the toolkit's own dialog, with its entry for a file in the place of a printer.
 class PrintDialogTest : public PrintFixture
 {
@@ -176,9 +194,9 @@ TEST_F(PrintDialogTest, TellsOfAPrinterThatFails)
 
     QPrintDialog& other = ask(window, path("gone.pdf"));
     // The place goes between the dialog's own check and the first page.
-    QObject::connect(&other, &QDialog::accepted, &other, [&other, this] {
-        other.printer()->setOutputFileName(path("no such folder/out.pdf"));
-    });
+    OnHide onHide(
+        [&other, this] { other.printer()->setOutputFileName(path("no such folder/out.pdf")); });
+    other.installEventFilter(&onHide);
     accept(other);
     ASSERT_TRUE(isPrinted(window));
     EXPECT_TRUE(message(window, MessageArea::Subject::Export).contains(u"was not printed"_s))
