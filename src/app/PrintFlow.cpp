@@ -197,7 +197,9 @@ void PrintFlow::savePages()
 void PrintFlow::showPreview()
 {
     // One that was closed is there until the event loop turns.
-    if (!m_preview || m_preview->isHidden()) {
+    if (m_preview && m_preview->isHidden())
+        delete m_preview;
+    if (!m_preview) {
         m_preview = new PrintPreview(m_setup);
         connect(m_preview, &PrintPreview::printClicked, this, &PrintFlow::printTextView);
         connect(m_preview, &PrintPreview::saveClicked, this, &PrintFlow::savePages);

@@ -36,7 +36,7 @@ QString newPathOf(const QString& path, const FileIdentity& known)
 {
     QDirIterator it(QFileInfo(path).path(), QDir::Files | QDir::Hidden | QDir::System);
     while (it.hasNext()) {
-        const QString each = it.next();
+        QString each = it.next();
         const auto status = statusOf(each);
         if (status && isSameFile(known, *status))
             return each;
