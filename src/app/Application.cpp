@@ -4,7 +4,9 @@
 #include "app/HandoverServer.h"
 #include "app/HeadlessPrint.h"
 #include "app/MessageBar.h"
+#include "app/Recovery.h"
 #include "app/RenderToPng.h"
+#include "app/SessionEnd.h"
 #include "view/TextViewAccessible.h"
 
 #include <QApplication>
@@ -66,12 +68,21 @@ int Application::run(const StartOptions& line, int listeningSocket)
             opened = true;
         });
     const HandoverServer server(listeningSocket, m_controller);
+    const SessionEnd sessionEnd(m_controller);
+    Recovery recovery(m_controller, m_environment);
+    const auto openTargets = [&] {
+        if (!line.targets.empty())
+            m_controller.open(line.targets);
+        else if (m_controller.windows().empty())
+            m_controller.newDocument();
+    };
+    // One that another program waits for shows what that asks for, and nothing else.
     if (line.serves)
         QTimer::singleShot(patienceWithoutWindow, &m_controller, &DocumentController::settle);
-    else if (line.targets.empty())
-        m_controller.newDocument();
+    else if (line.action != StartOptions::Action::Open || line.newInstance || line.waits)
+        openTargets();
     else
-        m_controller.open(line.targets);
+        recovery.recoverAll(openTargets);
     return QCoreApplication::exec();
 }
 

@@ -5,6 +5,7 @@
 #include "app/WindowSize.h"
 #include "document/Document.h"
 #include "document/DocumentType.h"
+#include "foundation/Background.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -37,6 +38,7 @@ DocumentController::~DocumentController()
         window->disconnect(this);
         delete window;
     }
+    backgroundPool().waitForDone(); // what is still written uses the environment
 }
 
 // Windows
@@ -74,6 +76,15 @@ DocumentWindow* DocumentController::show(std::unique_ptr<Document> document,
         inPlaceOf->close();
     Q_EMIT windowOpened(window);
     return window;
+}
+
+DocumentWindow& DocumentController::restore(ReadResult result, int untitledNumber)
+{
+    m_lastUntitled = std::max(m_lastUntitled, untitledNumber);
+    auto document = std::make_unique<Document>(m_environment);
+    document->setUntitledNumber(untitledNumber);
+    document->adopt(std::move(result));
+    return *show(std::move(document), nullptr);
 }
 
 void DocumentController::raise(DocumentWindow& window)

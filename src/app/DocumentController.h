@@ -33,6 +33,8 @@ public:
     /// What cannot be opened is told in \a window, or in a dialog of its own, and on standard
     /// error.
     void open(const std::vector<OpenTarget>& targets, DocumentWindow* window = nullptr);
+    /// Opens a window for \a result, which is not what stands on the disk.
+    DocumentWindow& restore(ReadResult result, int untitledNumber);
     void askForFiles(DocumentWindow& window);
     /// Closes all windows, asking for each that was edited; any of them may keep the rest open.
     void quit();

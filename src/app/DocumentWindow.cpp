@@ -14,6 +14,7 @@
 #include "app/PrintFlow.h"
 #include "app/ProgramAids.h"
 #include "app/ProgressBar.h"
+#include "app/RecoveryMessage.h"
 #include "app/RereadFlow.h"
 #include "app/SaveFlow.h"
 #include "app/SpellingAids.h"
@@ -67,6 +68,11 @@ DocumentWindow::~DocumentWindow()
     // The widgets look at the document to the last.
     delete takeCentralWidget();
     delete m_settings;
+}
+
+EditJournal& DocumentWindow::journal() const
+{
+    return m_document->journal();
 }
 
 void DocumentWindow::build()
@@ -174,6 +180,7 @@ void DocumentWindow::connectDocument()
     m_aids = std::make_unique<EditingAids>(*this);
     m_programs = std::make_unique<ProgramAids>(*this);
     new ExternalChanges(*this);
+    watchJournal(*this);
     m_preview = std::make_unique<WebPreview>(*this);
 }
 

@@ -16,6 +16,7 @@ class Document;
 class ColourExport;
 class CommandActions;
 class DocumentController;
+class EditJournal;
 class EditingAids;
 class LineNumberView;
 class LoadFlow;
@@ -53,6 +54,7 @@ public:
     ~DocumentWindow() override;
 
     Document& document() const { return *m_document; }
+    EditJournal& journal() const;
     DocumentController& controller() const { return m_services.controller; }
     TextViewWidget& view() const { return *m_view; }
     LineNumberView& ruler() const { return *m_ruler; }

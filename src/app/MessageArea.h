@@ -18,6 +18,8 @@ public:
     /// What a message is about; the order is that on the screen.
     enum class Subject
     {
+        Recovery,
+        Journal,
         Saving,
         FileOnDisk,
         Encoding,

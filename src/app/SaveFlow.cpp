@@ -104,6 +104,8 @@ void SaveFlow::runNext()
     SaveJob job = m_document.saveJob(request.path, request.type);
     if (request.isCopy)
         job.recoveryRecord.clear();
+    else
+        m_document.journal().noteSaving();
     runInBackground(
         this,
         [job, &environment = m_environment] {

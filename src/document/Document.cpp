@@ -29,8 +29,10 @@ constexpr std::array<int, 4> titleBarButtonPositions{21, 48, 71, 97}; // points
 } // namespace
 
 Document::Document(const DocumentEnvironment& environment, QObject* parent)
-    : QObject(parent), m_environment(environment), m_undo(m_storage),
-      m_textView(m_storage, m_undo, &environment.defaults),
+    : QObject(parent), m_environment(environment),
+      m_journal(m_storage, environment.fileOps, environment.recovery,
+                [this] { return journalForm(); }),
+      m_undo(m_storage), m_textView(m_storage, m_undo, &environment.defaults),
       m_colouring(m_storage, m_overlay, environment.folders, environment.defaults),
       m_tracking(m_textView, environment.defaults, m_colouring),
       m_blockCommands(
@@ -58,6 +60,8 @@ Document::Document(const DocumentEnvironment& environment, QObject* parent)
     connect(&m_colouring, &SyntaxColouring::definitionSelected, this, &Document::takeDefinition);
     connect(&m_undo, &UndoManager::cleanChanged, this, &Document::editedChanged);
     connect(this, &Document::recordChanged, this, &Document::editedChanged);
+    connect(this, &Document::recordChanged, &m_journal,
+            [this] { m_journal.noteForm(isDocumentEdited()); });
     connect(&m_blockCommands, &BlockCommands::editableChanged, this, &Document::recordChanged);
     connect(&m_blockCommands, &BlockCommands::alertRequested, this, &Document::alertRequested);
     connect(&m_serverRequests, &ServerRequests::alertRequested, this, &Document::alertRequested);
@@ -68,7 +72,7 @@ Document::Document(const DocumentEnvironment& environment, QObject* parent)
 
 Document::~Document()
 {
-    if (!m_fileDamaged)
+    if (!m_fileDamaged && !m_journal.isLeft())
         (void)m_environment.recovery.remove(m_recoveryRecord); // what stays behind only takes room
     m_remains = {completeString(), m_record.dataFromFile};
 }
@@ -84,6 +88,22 @@ QString Document::displayName() const
     if (!m_path.isEmpty())
         return QFileInfo(m_path).fileName();
     return m_untitledNumber > 1 ? tr("Untitled %1").arg(m_untitledNumber) : tr("Untitled");
+}
+
+JournalForm Document::journalForm() const
+{
+    return {m_path,
+            m_type,
+            m_record.encoding,
+            m_record.lbFormat,
+            m_layout,
+            m_record.definitionTitle,
+            m_record.baseURL,
+            m_record.isPlistFile,
+            m_record.plistKind,
+            m_untitledNumber,
+            m_identity,
+            m_recoveryRecord};
 }
 
 bool Document::isDocumentEdited() const
@@ -146,6 +166,7 @@ void Document::takeMore(const TextSnapshot& text)
 
 void Document::finishLoading(const GradualRead::Outcome& outcome)
 {
+    const EditJournal::NewBase newBase(m_journal);
     const ReadResult& result = outcome.result;
     TextSnapshot before = completeString();
     const TextSnapshot text = result.text.value_or(TextSnapshot());
@@ -171,6 +192,7 @@ void Document::finishLoading(const GradualRead::Outcome& outcome)
 /// Neither undoable nor an edit: the document stands for its file as it did before.
 void Document::replaceSilently(TextRange range, const TextSnapshot& text)
 {
+    const EditJournal::NewBase newBase(m_journal);
     const QSignalBlocker quiet(m_undo);
     m_storage.replaceCharactersInRange(range, text);
     m_undo.removeAllActions();
@@ -201,6 +223,7 @@ void Document::windowControllerDidLoadNib(DocumentWindowHost* window)
 /// The text, by kind of document; a new one starts as UTF-8 with Unix line breaks.
 void Document::fillText()
 {
+    const EditJournal::NewBase newBase(m_journal);
     const bool isNew = !m_record.dataFromFile;
     const std::optional<TextSnapshot> text = std::exchange(m_decoded, std::nullopt);
     if (isNew) {
@@ -249,6 +272,7 @@ void Document::takeReread(const ReadResult& result)
 {
     if (!result.answer || !result.text)
         return;
+    const EditJournal::NewBase newBase(m_journal);
     const bool keepsFormat = result.record.isQuilloryDocument;
     m_record.plistKind = keepsFormat ? 0 : result.record.plistKind;
     m_record.isPlistFile = result.record.isPlistFile;
@@ -470,8 +494,10 @@ void Document::finishSave(const SaveJob& job, const SaveResult& result)
     // A save that failed may have touched the file all the same: reserving room ages it.
     if (result.identity && (result.written || job.path == m_path))
         m_identity = result.identity;
-    if (!result.written)
+    if (!result.written) {
+        m_journal.noteNotSaved(isDocumentEdited());
         return;
+    }
     const QString pathBefore = std::exchange(m_path, job.path);
     m_type = job.type;
     m_lineBreaks = {};
@@ -486,6 +512,7 @@ void Document::finishSave(const SaveJob& job, const SaveResult& result)
     else
         m_undo.markDirty();
     followExtension(pathBefore);
+    m_journal.noteSaved(job.text, result.readsBack && form() == m_savedForm);
     Q_EMIT recordChanged();
 }
 

@@ -8,6 +8,7 @@
 #include "document/DocumentReader.h"
 #include "document/DocumentRecord.h"
 #include "document/DocumentWriter.h"
+#include "document/EditJournal.h"
 #include "document/EncodingList.h"
 #include "document/GradualRead.h"
 #include "editing/BlockCommands.h"
@@ -52,6 +53,8 @@ public:
     QPTextView& textView() { return m_textView; }
     TextStorage& textStorage() { return m_storage; }
     UndoManager& undoManager() { return m_undo; }
+    /// What keeps the edits across a crash.
+    EditJournal& journal() { return m_journal; }
     Overlay& overlay() { return m_overlay; }
     EncodingList& encodingsArrayController() { return m_encodings; }
     /// The document's cached copy of its text.
@@ -193,6 +196,8 @@ public:
         followExtension(std::exchange(m_path, path));
         Q_EMIT recordChanged();
     }
+    /// The text is in the recovery store, from where it goes once it is saved or given up.
+    void takeRecoveryRecord(const QString& id) { m_recoveryRecord = id; }
     /// The next save may replace a file that another program changed.
     void acceptFileOnDisk() { m_identity.reset(); }
 
@@ -234,6 +239,7 @@ private:
         bool operator==(const SavedForm&) const = default;
     };
     LineBreakFormat lineBreakFormat() const { return LineBreakFormat(m_record.lbFormat); }
+    JournalForm journalForm() const;
     SavedForm form() const { return {m_record.encoding, m_record.lbFormat, m_layout}; }
 
     /// The last to go, so that a long text is freed on another thread.
@@ -248,6 +254,7 @@ private:
     const DocumentEnvironment& m_environment;
     DocumentRecord m_record;
     TextStorage m_storage;
+    EditJournal m_journal; ///< hears of each edit before anyone who may edit on
     UndoManager m_undo;
     QPTextView m_textView;
     Overlay m_overlay;

@@ -33,6 +33,7 @@ public:
           m_text(converted(job.text, LineBreakFormat(job.record.lbFormat)))
     {
         m_result.recoveryRecord = job.recoveryRecord;
+        m_result.readsBack = m_text.isSameTree(job.text);
     }
 
     SaveResult run()
@@ -151,6 +152,7 @@ private:
             m_result.answer = false;
             return;
         }
+        m_result.readsBack = false; // the list is written anew
         const QByteArray bytes = *encoded(m_text, StringEncoding::utf8);
         const auto stored = readPropertyList(bytes);
         if (!stored) {

@@ -27,9 +27,10 @@ enum class SaveProblem
 /// What a save came to.
 struct SaveResult
 {
-    bool answer = true;   ///< the document counts as saved
-    bool written = false; ///< the bytes are on disk, verified
-    bool damaged = false; ///< the file is a mix now; both versions are in the recovery store
+    bool answer = true;     ///< the document counts as saved
+    bool written = false;   ///< the bytes are on disk, verified
+    bool readsBack = false; ///< reading them gives the text as it was
+    bool damaged = false;   ///< the file is a mix now; both versions are in the recovery store
     SaveProblem problem = SaveProblem::None;
     QString message;        ///< for the user: what happened to which file, and the way out
     TextOffset offset = -1; ///< of the first character that does not fit, in the text as shown

@@ -76,6 +76,11 @@ public:
     {
         return uninterrupted([&] { return tryReadLink(path); });
     }
+    /// Locks an open file for as long as it stays open; EWOULDBLOCK while somebody else does.
+    FileStatus lock(int descriptor)
+    {
+        return uninterrupted([&] { return tryLock(descriptor); });
+    }
     FileStatus changeMode(int descriptor, mode_t mode)
     {
         return uninterrupted([&] { return tryChangeMode(descriptor, mode); });
@@ -148,6 +153,7 @@ protected:
     virtual FileResult<struct stat> tryStatus(int descriptor) = 0;
     virtual FileResult<struct stat> tryLinkStatus(const QByteArray& path) = 0;
     virtual FileResult<QByteArray> tryReadLink(const QByteArray& path) = 0;
+    virtual FileStatus tryLock(int descriptor) = 0;
     virtual FileStatus tryChangeMode(int descriptor, mode_t mode) = 0;
     virtual FileStatus tryChangeOwner(int descriptor, uid_t owner, gid_t group) = 0;
     virtual FileResult<QByteArrayList> tryAttributeNames(int descriptor) = 0;

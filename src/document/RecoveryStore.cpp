@@ -78,18 +78,24 @@ QByteArray RecoveryStore::pathOf(const QString& name) const
 
 FileStatus RecoveryStore::prepareFolder()
 {
+    const FileStatus made = makeFolder();
+    // Not only when the folder was made just now: the last try may have ended before its name was
+    // on the device.
+    if (!made || m_isFolderLasting)
+        return made;
+    const FileStatus synced = syncPath(m_ops, QFile::encodeName(m_folder));
+    m_isFolderLasting = bool(synced);
+    return synced;
+}
+
+FileStatus RecoveryStore::makeFolder()
+{
     const QByteArray path = QFile::encodeName(m_folder);
     const auto made = makeFolders(m_ops, path);
     if (!made)
         return FileStatus::failed(made.error());
-    // Not only when the folder was made just now: the last try may have ended before its name was
-    // on the device.
-    if (*made || !m_isFolderLasting) {
-        const FileStatus synced = syncPath(m_ops, path);
-        if (!synced)
-            return synced;
-        m_isFolderLasting = true;
-    }
+    if (*made)
+        m_isFolderLasting = false;
     const auto folder = FileHandle::open(m_ops, path, O_RDONLY | O_DIRECTORY);
     if (!folder)
         return FileStatus::failed(folder.error());

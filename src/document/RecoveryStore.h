@@ -53,6 +53,11 @@ public:
 
     QString folder() const { return m_folder; }
 
+    /// Makes the folder, for its owner only, if it is not there.
+    FileStatus makeFolder();
+    /// The same, and brings its name to the device.
+    FileStatus prepareFolder();
+
     /// Keeps what \a source gives; when the answer comes, it outlasts a power cut. The answer is
     /// the record's id: \a id where that is given, whose text is then replaced by the new one.
     FileResult<QString> store(const RecoveryEntry& entry, const ByteSource& source,
@@ -76,7 +81,6 @@ public:
     ByteSource bytes(const QString& name);
 
 private:
-    FileStatus prepareFolder();
     QByteArray pathOf(const QString& name) const;
     FileStatus write(const QString& name, FileOps::Replacing replacing, RecoveryEntry entry,
                      const ByteSource& source);

@@ -5,6 +5,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
+#include <sys/file.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -103,6 +104,11 @@ FileResult<QByteArray> SystemFileOps::tryReadLink(const QByteArray& path)
     if (size < 0)
         return FileResult<QByteArray>::failed(errno);
     return QByteArray(target, size);
+}
+
+FileStatus SystemFileOps::tryLock(int descriptor)
+{
+    return statusOf(::flock(descriptor, LOCK_EX | LOCK_NB));
 }
 
 FileStatus SystemFileOps::tryChangeMode(int descriptor, mode_t mode)

@@ -27,6 +27,9 @@ public:
     /// and \a replacing is No. The folder is not synced.
     FileStatus publish(const QByteArray& path, FileOps::Replacing replacing);
 
+    /// The file, once it is published.
+    FileHandle takeFile() { return std::move(m_file); }
+
 private:
     TemporaryFile(FileOps& ops, QByteArray folder, QByteArray name, FileHandle file);
 

@@ -11,6 +11,7 @@
 #include "foundation/NotificationCenter.h"
 #include "foundation/UserDefaults.h"
 
+#include <QCoreApplication>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QThread>
@@ -24,13 +25,13 @@ class SmallDisk : public SystemFileOps
 {
 public:
     std::atomic_bool full = false;
-    std::atomic_bool held = false; ///< writing waits until it is let go
+    std::atomic_bool held = false; ///< writing waits until it is let go, but on the main thread
 
 protected:
     FileResult<qint64> tryWrite(int descriptor, const char* bytes, qint64 size,
                                 qint64 offset) override
     {
-        while (held)
+        while (held && QThread::currentThread() != qApp->thread())
             QThread::msleep(1);
         return full ? FileResult<qint64>::failed(ENOSPC)
                     : SystemFileOps::tryWrite(descriptor, bytes, size, offset);

@@ -5,6 +5,7 @@
 #include "document/RecoveryStore.h"
 #include "document/SystemFileOps.h"
 #include "foundation/ApplicationFolders.h"
+#include "foundation/Background.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/UserDefaults.h"
 #include "support/Folders.h"
@@ -25,6 +26,8 @@ inline QByteArray readBytes(const QString& path)
 /// A folder of its own and everything that documents need, with the shipped resources.
 struct DocumentFixture : ::testing::Test
 {
+    ~DocumentFixture() override { backgroundPool().waitForDone(); }
+
     QTemporaryDir folder;
     ApplicationFolders folders = foldersIn(folder.path());
     UserDefaults defaults{folder.filePath(QStringLiteral("Quillory.conf"))};

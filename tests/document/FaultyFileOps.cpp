@@ -76,6 +76,11 @@ FileResult<QByteArray> FaultyFileOps::tryReadLink(const QByteArray& path)
     return counted([&] { return m_real.readLink(path); });
 }
 
+FileStatus FaultyFileOps::tryLock(int descriptor)
+{
+    return counted([&] { return m_real.lock(descriptor); });
+}
+
 FileStatus FaultyFileOps::tryChangeMode(int descriptor, mode_t mode)
 {
     return counted([&] { return m_real.changeMode(descriptor, mode); });

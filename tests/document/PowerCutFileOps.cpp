@@ -261,6 +261,11 @@ FileResult<QByteArray> PowerCutFileOps::tryReadLink(const QByteArray&)
     return failed<QByteArray>(EINVAL);
 }
 
+FileStatus PowerCutFileOps::tryLock(int)
+{
+    return Nothing();
+}
+
 FileStatus PowerCutFileOps::tryChangeMode(int descriptor, mode_t mode)
 {
     const NodePointer node = m_open.value(descriptor);

@@ -48,6 +48,7 @@ protected:
     FileResult<struct stat> tryStatus(int descriptor) override;
     FileResult<struct stat> tryLinkStatus(const QByteArray& path) override;
     FileResult<QByteArray> tryReadLink(const QByteArray& path) override;
+    FileStatus tryLock(int descriptor) override;
     FileStatus tryChangeMode(int descriptor, mode_t mode) override;
     FileStatus tryChangeOwner(int descriptor, uid_t owner, gid_t group) override;
     FileResult<QByteArrayList> tryAttributeNames(int descriptor) override;

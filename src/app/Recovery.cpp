@@ -1,0 +1,111 @@
+#include "app/Recovery.h"
+
+#include "app/DocumentController.h"
+#include "app/RecoveryMessage.h"
+#include "document/Document.h"
+#include "document/RecoveredDocument.h"
+#include "foundation/Background.h"
+
+namespace quillory {
+
+namespace {
+
+using State = RecoveredDocument::State;
+
+/// Calls \a then when as many calls have come as there are parts.
+std::function<void()> afterAll(qsizetype parts, const std::function<void()>& then)
+{
+    const auto left = std::make_shared<qsizetype>(parts);
+    return [left, then] {
+        if (--*left == 0 && then)
+            then();
+    };
+}
+
+} // namespace
+
+Recovery::Recovery(DocumentController& controller, const DocumentEnvironment& environment)
+    : m_controller(controller), m_environment(environment)
+{}
+
+void Recovery::recover(const QString& id, const std::function<void(DocumentWindow*)>& then)
+{
+    m_asked.insert(id);
+    runInBackground(
+        this,
+        [id, &environment = m_environment] {
+            return recoverJournal(environment.fileOps, environment.recovery, id);
+        },
+        [this, id, then](const RecoveredDocument& recovered) { open(id, recovered, then); });
+}
+
+void Recovery::recoverAll(const std::function<void()>& then)
+{
+    const RecoverableTexts found = recoverableTexts(m_environment.fileOps, m_environment.recovery);
+    const auto done = afterAll(found.journals.size() + found.records.size() + 1, then);
+    for (const QString& id : found.journals) {
+        if (m_asked.contains(id))
+            done();
+        else
+            recover(id, [done](DocumentWindow*) { done(); });
+    }
+    for (const RecoveryRecord& record : found.records) {
+        runInBackground(
+            this,
+            [record, &environment = m_environment] {
+                return recoverRecord(environment.recovery, record);
+            },
+            [this, record, done](const RecoveredDocument& recovered) {
+                openRecord(record, recovered);
+                done();
+            });
+    }
+    done();
+}
+
+void Recovery::open(const QString& id, const RecoveredDocument& recovered,
+                    const std::function<void(DocumentWindow*)>& then)
+{
+    DocumentWindow* window = nullptr;
+    if (recovered.state != State::Nothing) {
+        window = &show(recovered);
+        if (recovered.state == State::Text)
+            window->journal().adopt(id, std::move(*recovered.journal), recovered.end);
+        showRecoveryMessage(*window, recovered, id);
+    }
+    if (then)
+        then(window);
+}
+
+DocumentWindow& Recovery::show(const RecoveredDocument& recovered)
+{
+    DocumentWindow& window = m_controller.restore(recovered.document, recovered.untitledNumber);
+    Document& document = window.document();
+    if (!recovered.hasIdentity)
+        document.acceptFileOnDisk();
+    document.takeRecoveryRecord(recovered.recoveryRecord);
+    const QString& definition = recovered.document.record.definitionTitle;
+    if (!definition.isEmpty() && document.record().definitionTitle != definition)
+        document.setDefinitionWithTitle(definition);
+    if (recovered.state == State::Text)
+        document.undoManager().markDirty();
+    return window;
+}
+
+/// The record goes with the document, once that is saved or given up. What a file held before it
+/// was overwritten is a document of its own.
+void Recovery::openRecord(const RecoveryRecord& record, const RecoveredDocument& recovered)
+{
+    if (recovered.state == State::Nothing)
+        return;
+    RecoveredDocument document = recovered;
+    if (record.isPrevious)
+        document.recoveryRecord.clear();
+    DocumentWindow& window = show(document);
+    window.journal().keepText();
+    showRecoveryMessage(window, document, {});
+    if (record.isPrevious && window.journal().flush())
+        (void)m_environment.recovery.removeRecord(record.name);
+}
+
+} // namespace quillory

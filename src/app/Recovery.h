@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QObject>
+#include <QSet>
+#include <functional>
+
+namespace quillory {
+
+class DocumentController;
+class DocumentWindow;
+struct DocumentEnvironment;
+struct RecoveredDocument;
+struct RecoveryRecord;
+
+/// Brings back what a program that ended in the midst of it had not saved: the texts of the
+/// journals that nobody writes any more, and those that a failed save left. Each comes in a window
+/// of its own, which says so until the user has decided.
+class Recovery : public QObject
+{
+    Q_OBJECT
+
+public:
+    Recovery(DocumentController& controller, const DocumentEnvironment& environment);
+
+    /// Opens a window with the text of the journal \a id and calls \a then; with null where the
+    /// journal is not there, belongs to a program that runs, or holds nothing that its file does
+    /// not hold too.
+    void recover(const QString& id, const std::function<void(DocumentWindow*)>& then = {});
+    /// The same for all that nobody has asked for by its id; \a then is called when their windows
+    /// are there.
+    void recoverAll(const std::function<void()>& then = {});
+
+private:
+    void open(const QString& id, const RecoveredDocument& recovered,
+              const std::function<void(DocumentWindow*)>& then);
+    DocumentWindow& show(const RecoveredDocument& recovered);
+    void openRecord(const RecoveryRecord& record, const RecoveredDocument& recovered);
+
+    DocumentController& m_controller;
+    const DocumentEnvironment& m_environment;
+    QSet<QString> m_asked;
+};
+
+} // namespace quillory

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+namespace quillory {
+
+class DocumentWindow;
+struct RecoveredDocument;
+
+/// Tells in \a window what was brought back, with the ways out. \a id is that of the journal, empty
+/// for a record.
+void showRecoveryMessage(DocumentWindow& window, const RecoveredDocument& recovered,
+                         const QString& id);
+
+/// Tells when what is edited in \a window cannot be kept safe, and until it is.
+void watchJournal(DocumentWindow& window);
+
+} // namespace quillory

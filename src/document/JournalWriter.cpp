@@ -1,0 +1,87 @@
+#include "document/JournalWriter.h"
+
+namespace quillory {
+
+namespace {
+
+/// What is written within a small part of a frame.
+constexpr TextOffset shortLength = 1 << 19; ///< units
+constexpr size_t fewEdits = 2000;
+
+bool isShort(const JournalBatch& batch)
+{
+    return batch.edits.size() <= fewEdits && batch.length() <= shortLength;
+}
+
+} // namespace
+
+JournalWriter::JournalWriter(FileOps& ops, RecoveryStore& store, const QString& id)
+    : m_file(ops, store, id)
+{}
+
+JournalWriter::JournalWriter(FileOps& ops, RecoveryStore& store, const QString& id, FileHandle file,
+                             JournalEnd end)
+    : m_file(ops, store, id, std::move(file), end)
+{}
+
+JournalWriter::Rest JournalWriter::add(JournalBatch batch, int& error)
+{
+    const bool atOnce = isShort(batch);
+    bool isFirst = false;
+    {
+        const std::lock_guard lock(m_queueMutex);
+        isFirst = m_queue.empty();
+        m_queue.push_back(std::move(batch));
+    }
+    if (!atOnce || !isFirst)
+        return Rest::Some;
+    const std::unique_lock lock(m_fileMutex, std::try_to_lock);
+    return lock ? writeQueue(error) : Rest::Some;
+}
+
+JournalWriter::Rest JournalWriter::writeRest(int& error)
+{
+    const std::lock_guard lock(m_fileMutex);
+    return writeQueue(error);
+}
+
+JournalWriter::Rest JournalWriter::writeQueue(int& error)
+{
+    for (;;) {
+        JournalBatch* next = nullptr;
+        {
+            const std::lock_guard lock(m_queueMutex);
+            if (m_queue.empty())
+                return Rest::None;
+            next = &m_queue.front(); // adding moves no other
+        }
+        const FileStatus done = m_file.append(*next, m_abandoned);
+        if (m_abandoned) {
+            m_file.remove();
+            return Rest::None;
+        }
+        if (!done) {
+            error = done.error();
+            return Rest::Refused;
+        }
+        JournalBatch written; // freed when nobody waits for it
+        const std::lock_guard lock(m_queueMutex);
+        written = std::move(m_queue.front());
+        m_queue.pop_front();
+    }
+}
+
+FileStatus JournalWriter::sync()
+{
+    return m_file.isMade() ? m_file.sync() : FileStatus(Nothing());
+}
+
+void JournalWriter::abandon()
+{
+    m_abandoned = true;
+    const std::unique_lock lock(m_fileMutex, std::try_to_lock);
+    if (lock)
+        m_file.remove();
+}
+
+} // namespace quillory

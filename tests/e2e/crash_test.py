@@ -1,0 +1,100 @@
+#!/usr/bin/python3
+"""The program is killed while it is typed into, and brings the text back: crash_test.py PROGRAM"""
+
+import random
+import signal
+
+import session
+from session import equal, until
+
+session.enter_bus()
+
+ROUNDS = 3
+SEED = 20
+
+
+def main(program):
+    with session.Session() as desktop:
+        recovery = desktop.folder / "state_home" / "Quillory" / "Recovery"
+        settings = desktop.folder / "config_home" / "Quillory"
+        settings.mkdir()
+        (settings / "Quillory.conf").write_text("[General]\ndontAsk=true\n")
+
+        def shown(name):
+            until(lambda: name in desktop.active_title(), f"{name} has the keyboard")
+
+        def journals():
+            return list(recovery.glob("*.journal"))
+
+        def ended(process, what):
+            until(lambda: process.poll() is not None, what)
+
+        def end(process, number):
+            process.send_signal(number)
+            ended(process, f"signal {number} ends the program")
+
+        # Of any key press that was answered nothing is missing after a kill, whenever it comes.
+        for seed in range(SEED, SEED + ROUNDS):
+            print("seed", seed, flush=True)
+            moments = random.Random(seed)
+            file = desktop.write("named.txt", "one\n")
+            first = desktop.start(program, str(file))
+            shown("named.txt")
+            letters = [moments.choice("abcdefgh") for _ in range(moments.randint(3, 30))]
+            desktop.keys(*letters)
+            typed = "".join(letters)
+            # What was sent is seen once it was written; what is to be killed is the typing of more.
+            until(lambda: any(typed.encode() == typed_in(path, len(typed)) for path in journals()),
+                  "all that was typed is in the journal")
+            end(first, signal.SIGKILL)
+            equal(file.read_text(), "one\n", "the file")
+
+            again = desktop.start(program)
+            shown("named.txt")
+            desktop.keys("ctrl+s")
+            until(lambda: file.read_text() == typed + "one\n", "the text is back, and saved")
+            until(lambda: not journals(), "the journal goes with the save")
+            desktop.keys("ctrl+w")
+            ended(again, "the program ends with its window")
+
+        # The system's word to end is no crash, but asks nothing either; a document without a file.
+        for number, key in ((signal.SIGTERM, "x"), (signal.SIGHUP, "y"), (signal.SIGINT, "z")):
+            running = desktop.start(program)
+            shown("Untitled")
+            desktop.keys(key)
+            until(lambda: len(journals()) == 1, "there is a journal")
+            end(running, number)
+            equal(running.returncode, 128 + number, "the status")
+        # One that runs apart leaves the others' texts alone.
+        file = desktop.write("other.txt", "other\n")
+        apart = desktop.start(program, "--new-instance", str(file))
+        shown("other.txt")
+        desktop.keys("ctrl+w")
+        ended(apart, "an instance of its own")
+        running = desktop.start(program)
+        shown("Untitled")
+        desktop.keys("ctrl+a", "ctrl+c")
+        target = desktop.folder / "saved.txt"
+        desktop.keys("ctrl+s")
+        until(lambda: "Untitled" not in desktop.active_title(), "it asks where to save")
+        desktop.keys("ctrl+a")
+        session.subprocess.run(["xdotool", "type", str(target)], env=desktop.environment, check=True)
+        desktop.keys("Return")
+        until(lambda: target.exists() and target.read_text() == "zyx", "all three are back")
+        until(lambda: not journals(), "nothing is left")
+        running.terminate()
+        ended(running, "the program")
+
+
+def typed_in(path, count):
+    """The characters put in one by one, as the journal's last records hold them."""
+    data = path.read_bytes()
+    head = 4 + 8 + 1 + 8 + 8 + 4 + 1
+    typed = b""
+    while len(typed) < count and len(data) > head:
+        typed = data[-1:] + typed
+        data = data[:-head - 1]
+    return typed
+
+
+main(session.sys.argv[1])
