@@ -41,8 +41,8 @@ protected:
     void recoverAll()
     {
         bool done = false;
-        Recovery recovery(controller, environment);
-        recovery.recoverAll([&done] { done = true; });
+        Recovery flow(controller, environment);
+        flow.recoverAll([&done] { done = true; });
         EXPECT_TRUE(QTest::qWaitFor([&] { return done; }, patience));
     }
 

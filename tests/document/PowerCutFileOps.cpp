@@ -1,5 +1,6 @@
 #include "document/PowerCutFileOps.h"
 
+#include <algorithm>
 #include <cstring>
 #include <fcntl.h>
 
@@ -34,10 +35,13 @@ QByteArrayList possibleBytes(const QByteArray& old, const QByteArray& now)
     if (old == now)
         return {now};
     QByteArrayList all{old, now};
-    // The size came through, or part of the bytes, but not the rest.
-    const qsizetype half = now.size() / 2;
+    // The size came through, or part of the bytes, but not the rest. What was appended to does not
+    // suffer: before the first byte that is another both are the same.
+    const qsizetype same =
+        std::mismatch(old.begin(), old.end(), now.begin(), now.end()).first - old.begin();
+    const qsizetype half = same + (now.size() - same) / 2;
     all.append(now.first(half) + QByteArray(now.size() - half, '\0'));
-    all.append(QByteArray(now.size(), '\0'));
+    all.append(now.first(same) + QByteArray(now.size() - same, '\0'));
     all.append(now.first(half) + old.mid(half));
     all.append(old.first(std::min(half, old.size())) + now.mid(half));
     all.append(now.first(half));

@@ -25,6 +25,7 @@
 #include <QTest>
 #include <csignal>
 #include <cstdio>
+#include <fcntl.h>
 #include <random>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -129,7 +130,7 @@ const QString firstText = QStringLiteral("first\nsecond\n");
 
 struct Place
 {
-    explicit Place(const QString& folder) : folder(folder), store(ops, folder + u"/recovery") {}
+    explicit Place(const QString& path) : folder(path), store(ops, path + u"/recovery") {}
 
     QString file() const { return folder + u"/a.txt"; }
 
