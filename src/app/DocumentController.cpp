@@ -6,6 +6,7 @@
 #include "document/Document.h"
 #include "document/DocumentType.h"
 #include "foundation/Background.h"
+#include "view/LineNumberView.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -233,6 +234,7 @@ void DocumentController::openLarge(const std::shared_ptr<GradualRead>& reading,
     auto document = std::make_unique<Document>(m_environment);
     document->adoptBeginning(reading->beginning());
     DocumentWindow& shown = *show(std::move(document), window);
+    shown.ruler().expectLines(reading->expectedLineCount());
     LoadFlow& loading = shown.loading();
     connect(&loading, &LoadFlow::loaded, this, [this, &shown] {
         m_opened = true;

@@ -73,6 +73,12 @@ bool GradualRead::readBeginning()
     return true;
 }
 
+qsizetype GradualRead::expectedLineCount() const
+{
+    const qsizetype known = m_beginning.text ? m_beginning.text->lineCount() : 1;
+    return m_used > 0 ? qsizetype(double(known) * double(m_status.st_size) / double(m_used)) : 1;
+}
+
 GradualRead::Outcome GradualRead::finish(const std::atomic_bool& cancelled,
                                          const std::function<void(const Progress&)>& report)
 {

@@ -47,6 +47,8 @@ public:
 
     /// What the beginning says; a text that is not understood yet is undecoded.
     const ReadResult& beginning() const { return m_beginning; }
+    /// How many lines the file has if the rest is like the beginning.
+    qsizetype expectedLineCount() const;
 
     /// Reads the rest, once; may run on any thread. \a report is called on that thread. Ends early,
     /// with the answer no, once \a cancelled is set. A file that becomes shorter meanwhile is not

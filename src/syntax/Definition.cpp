@@ -1,5 +1,6 @@
 #include "syntax/Definition.h"
 
+#include "syntax/DefinitionCopy.h"
 #include "syntax/PropertyListFolder.h"
 
 #include <QCoreApplication>
@@ -96,9 +97,10 @@ Definition::Definition(PropertyList dictionary, QString path)
         m_title = QFileInfo(m_path).completeBaseName();
 }
 
-Definition Definition::ofHead(PropertyList head, QString path)
+Definition Definition::ofHead(PropertyList head, QString path, QString copy)
 {
     Definition definition(std::move(head), std::move(path));
+    definition.m_copy = std::move(copy);
     definition.m_isHead = true;
     return definition;
 }
@@ -122,9 +124,16 @@ const PropertyList& Definition::dictionaryWith(QLatin1StringView key) const
                     [&](const Key& known) { return key == QLatin1StringView(known.name); });
     if (m_isHead && !isOfHead) {
         m_isHead = false;
+        if (std::optional<PropertyList> copied = readDefinitionCopy(m_copy, m_path)) {
+            m_dictionary = std::move(*copied);
+            return m_dictionary;
+        }
+        const QString stamp = stampOf(m_path);
         const PropertyListFile file = propertyListAt(m_path);
-        if (file.problem.isEmpty())
+        if (file.problem.isEmpty()) {
             m_dictionary = file.dictionary;
+            writeDefinitionCopy(m_copy, stamp, m_dictionary);
+        }
     }
     return m_dictionary;
 }

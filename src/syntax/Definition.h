@@ -20,8 +20,9 @@ public:
     Definition(PropertyList dictionary, QString path);
 
     /// One of which only the keys that tell definitions apart are known; the others are read from
-    /// \a path when the first of them is asked for.
-    static Definition ofHead(PropertyList head, QString path);
+    /// \a path, or from the \a copy of that (see DefinitionCopy.h), when the first of them is asked
+    /// for.
+    static Definition ofHead(PropertyList head, QString path, QString copy);
     PropertyList head() const;
 
     /// Its name; of a definition without one that of its file, without the extension.
@@ -70,6 +71,7 @@ private:
     mutable PropertyList m_dictionary;
     mutable bool m_isHead = false; ///< the dictionary holds nothing but that
     QString m_path;
+    QString m_copy;
     QString m_title;
 };
 

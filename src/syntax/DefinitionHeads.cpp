@@ -2,23 +2,12 @@
 
 #include "foundation/BinaryPropertyListWriter.h"
 #include "foundation/PropertyListReader.h"
+#include "syntax/DefinitionCopy.h"
 
-#include <QDateTime>
 #include <QFileInfo>
 #include <QSaveFile>
 
 namespace quillory {
-
-namespace {
-
-/// Another one for every state of the file, and the same for a copy of it that keeps its time.
-QString stampOf(const QFileInfo& file)
-{
-    return QString::number(file.size()) + u'/' +
-           QString::number(file.lastModified().toMSecsSinceEpoch());
-}
-
-} // namespace
 
 DefinitionHeads::DefinitionHeads(QString file, const QString& folder)
     : m_file(std::move(file)), m_folder(folder)
@@ -32,7 +21,7 @@ DefinitionHeads::DefinitionHeads(QString file, const QString& folder)
 std::optional<PropertyList> DefinitionHeads::head(const QFileInfo& definition)
 {
     const PropertyList known = m_read.value(keyOf(definition));
-    if (known[QStringLiteral("stamp")].toString() != stampOf(definition))
+    if (known[QStringLiteral("stamp")].toString() != stampOf(definition.filePath()))
         return std::nullopt;
     m_used.insert(keyOf(definition), known);
     return known[QStringLiteral("head")];
@@ -45,9 +34,16 @@ QString DefinitionHeads::keyOf(const QFileInfo& definition) const
 
 void DefinitionHeads::remember(const QFileInfo& definition, const PropertyList& head)
 {
-    m_used.insert(keyOf(definition),
-                  PropertyList::Dictionary{{QStringLiteral("stamp"), stampOf(definition)},
-                                           {QStringLiteral("head"), head}});
+    m_used.insert(keyOf(definition), PropertyList::Dictionary{
+                                         {QStringLiteral("stamp"), stampOf(definition.filePath())},
+                                         {QStringLiteral("head"), head}});
+}
+
+QString DefinitionHeads::copyOf(const QFileInfo& definition) const
+{
+    if (m_file.isEmpty())
+        return {};
+    return QFileInfo(m_file).path() + QStringLiteral("/Definitions/") + keyOf(definition);
 }
 
 void DefinitionHeads::save() const

@@ -23,6 +23,9 @@ public:
     std::optional<PropertyList> head(const QFileInfo& definition);
     void remember(const QFileInfo& definition, const PropertyList& head);
 
+    /// Where the copy of the whole definition belongs; empty where nothing is kept.
+    QString copyOf(const QFileInfo& definition) const;
+
     /// Writes down, where that is another than was read, what was asked for or remembered. That it
     /// cannot be written only costs time.
     void save() const;

@@ -34,7 +34,7 @@ void DefinitionList::load(const QString& folder, const QString& shipped, const Q
     for (const QString& path : propertyListPathsBelow(folder)) {
         const QFileInfo info(path);
         if (std::optional<PropertyList> head = known.head(info)) {
-            m_definitions.push_back(Definition::ofHead(std::move(*head), path));
+            m_definitions.push_back(Definition::ofHead(std::move(*head), path, known.copyOf(info)));
         } else {
             PropertyListFile file = propertyListAt(path);
             if (!file.problem.isEmpty()) {

@@ -16,16 +16,16 @@ char16_t codeOf(QChar unit)
     return unit.unicode();
 }
 
-char16_t displayUnit(char16_t unit, bool controlPictures)
+char16_t displayUnit(char16_t unit, const TextFont& font)
 {
     if (unit < 0x20)
-        return unit == u'\t'     ? unit
-               : controlPictures ? char16_t(0x2400 + unit)
-                                 : replacementCharacter;
+        return unit == u'\t'               ? unit
+               : font.hasControlPictures() ? char16_t(0x2400 + unit)
+                                           : replacementCharacter;
     if (unit < 0x7F)
         return unit;
     if (unit < 0xA0)
-        return unit == 0x7F && controlPictures ? char16_t(0x2421) : replacementCharacter;
+        return unit == 0x7F && font.hasControlPictures() ? char16_t(0x2421) : replacementCharacter;
     // Line and paragraph separators end lines; U+FFFC would make room for an object.
     if (unit == 0x2028 || unit == 0x2029 || unit >= 0xFFFC)
         return replacementCharacter;
@@ -46,7 +46,7 @@ void replaceUnpairedSurrogates(QString& string)
 
 } // namespace
 
-QString displayText(const TextSnapshot& text, TextRange range, bool controlPictures,
+QString displayText(const TextSnapshot& text, TextRange range, const TextFont& font,
                     WorkCounters& counters)
 {
     QString result(range.length, Qt::Uninitialized);
@@ -57,7 +57,7 @@ QString displayText(const TextSnapshot& text, TextRange range, bool controlPictu
         std::visit(
             [&](auto units) {
                 for (const auto unit : units) {
-                    const char16_t shown = displayUnit(codeOf(unit), controlPictures);
+                    const char16_t shown = displayUnit(codeOf(unit), font);
                     surrogates = surrogates || QChar::isSurrogate(shown);
                     *out++ = shown;
                 }

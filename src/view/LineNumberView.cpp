@@ -164,7 +164,14 @@ void LineNumberView::followFont()
 
 int LineNumberView::requiredThickness()
 {
-    return quillory::requiredThickness(m_font.widthOfDigits(digitCount(lineIndices().count())));
+    const qsizetype widest = std::max(lineIndices().count(), m_expectedLines);
+    return quillory::requiredThickness(m_font.widthOfDigits(digitCount(widest)));
+}
+
+void LineNumberView::expectLines(qsizetype count)
+{
+    m_expectedLines = count;
+    setRuleThickness(requiredThickness());
 }
 
 void LineNumberView::setRuleThickness(int thickness)

@@ -80,6 +80,9 @@ public:
     virtual void setRuleThickness(int thickness);
     /// What the widest number needs.
     int requiredThickness();
+    /// Takes room for the number \a count at least from now on, so that the text of a file that is
+    /// still being read does not move.
+    void expectLines(qsizetype count);
 
     /// A number in sight.
     struct Label
@@ -133,6 +136,7 @@ private:
     QFont m_textFont; ///< that m_font was made for
     NumberFont m_font;
     int m_thickness = 0;
+    qsizetype m_expectedLines = 0;
     bool m_thicknessPending = false;
     std::vector<Place> m_shown; ///< what was painted last
 };

@@ -63,7 +63,7 @@ LineSegment LineSegments::segment(TextRange range, TextRange content,
     if (known)
         return m_last.segment;
     LineSegment result;
-    QString shown = displayText(text(), range, font().hasControlPictures(), counters());
+    QString shown = displayText(text(), range, font(), counters());
     const bool holdsEnd = range.end() == content.end();
     if (!m_preedit.text.isEmpty() && m_preedit.offset >= range.location &&
         m_preedit.offset < range.end() + (holdsEnd ? 1 : 0)) {
@@ -142,7 +142,7 @@ double LineSegments::tabPhase(TextRange content, const LineChunks& chunks, size_
     double x = chunks.placeOf(index).x;
     if (start > limit || limit == content.location) {
         const QString shown = displayText(text(), TextRange::between(start, range.location),
-                                          font().hasControlPictures(), counters());
+                                          font(), counters());
         x = shown.isEmpty() ? 0 : m_cache.layout(shown, chunkStyle(content))->rowWidth(0);
     }
     return std::fmod(x, font().tabDistance());
@@ -156,7 +156,7 @@ TextOffset LineSegments::rowStartAt(TextRange content, TextOffset start, TextOff
     const auto ahead = TextOffset(2 * wrapWidth() / font().advance()) + 16;
     const TextOffset end = std::min(content.end(), offset + ahead);
     const QString shown = displayText(text(), TextRange::between(start, end),
-                                      font().hasControlPictures(), counters());
+                                      font(), counters());
     const LineLayout layout = m_cache.passingLayout(shown, chunkStyle(content));
     return start + layout.rowStart(layout.rowOf(int(offset - start)));
 }
@@ -166,7 +166,7 @@ void LineSegments::endWithFullRow(TextRange content, LineChunks& chunks, size_t 
 {
     chunks.restoreCut(index + 1);
     const TextRange range = rangeOf(content, chunks, index);
-    const QString shown = displayText(text(), range, font().hasControlPictures(), counters());
+    const QString shown = displayText(text(), range, font(), counters());
     const TextOffset rest = range.length - m_cache.layoutOfFullRows(shown, chunkStyle(content));
     chunks.settle(index + 1,
                   rest > 0 ? rest

@@ -15,7 +15,13 @@ TextFont::TextFont(const QFont& font, int tabColumns)
     const double height = std::max(metrics.lineSpacing(), metrics.height());
     m_rowHeight = std::max(1, int(std::ceil(height * 1.1)));
     m_baseline = int(std::round((m_rowHeight - metrics.height()) / 2 + metrics.ascent()));
-    m_hasControlPictures = metrics.inFontUcs4(0x2400);
+}
+
+bool TextFont::hasControlPictures() const
+{
+    if (!m_hasControlPictures)
+        m_hasControlPictures = QFontMetricsF(m_font).inFontUcs4(0x2400);
+    return *m_hasControlPictures;
 }
 
 } // namespace quillory

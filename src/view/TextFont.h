@@ -26,7 +26,8 @@ public:
     /// From the top of a row down to its baseline.
     int baseline() const { return m_baseline; }
     /// Whether the font, or one that stands in for it, has the control pictures (U+2400…).
-    bool hasControlPictures() const { return m_hasControlPictures; }
+    /// Loads the fonts that may stand in when it is first asked.
+    bool hasControlPictures() const;
 
 private:
     QFont m_font;
@@ -34,7 +35,7 @@ private:
     double m_advance;
     int m_rowHeight;
     int m_baseline;
-    bool m_hasControlPictures;
+    mutable std::optional<bool> m_hasControlPictures; ///< none until asked for
 };
 
 } // namespace quillory

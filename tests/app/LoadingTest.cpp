@@ -134,6 +134,7 @@ TEST_F(LoadingTest, showsTheBeginningAtOnceAndLetsItBeRead)
     EXPECT_GT(text.length(), beginning / 2);
     EXPECT_EQ(window.windowTitle(), qs("large.txt[*] — Quillory"));
     waitForBar(window);
+    const int left = window.view().viewport()->x();
 
     QTest::keyClick(&window.view(), Qt::Key_Right, Qt::ShiftModifier);
     window.document().textView().setSelectedRange({10, 9});
@@ -152,6 +153,7 @@ TEST_F(LoadingTest, showsTheBeginningAtOnceAndLetsItBeRead)
     EXPECT_FALSE(bar(window).isVisible());
     EXPECT_EQ(textOf(window), QString::fromLatin1(bytes));
     EXPECT_EQ(window.view().verticalScrollBar()->value(), top);
+    EXPECT_EQ(window.view().viewport()->x(), left) << "there was room for the last number";
     EXPECT_EQ(window.document().textView().selectedRange(), (TextRange{10, 9}));
     EXPECT_EQ(controller.recentDocuments(), QStringList{file});
 }

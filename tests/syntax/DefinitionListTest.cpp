@@ -156,6 +156,10 @@ TEST_F(DefinitionListTest, KnownHeadsSpareReadingAndChangedFilesAreReadAnew)
     EXPECT_EQ(lines(list.faults()), faults);
     EXPECT_EQ(list.indexForExtension(u"a"_s), 0);
     EXPECT_EQ(keywords(), QStringList{u"one"_s});
+    const QString copy = caches.filePath(u"deep/Definitions/a.plist"_s);
+    ASSERT_TRUE(QFile::exists(copy)) << "made when the whole was asked for";
+    reload();
+    EXPECT_EQ(keywords(), QStringList{u"one"_s});
 
     // The same length.
     QTest::qWait(5);
@@ -164,12 +168,18 @@ TEST_F(DefinitionListTest, KnownHeadsSpareReadingAndChangedFilesAreReadAnew)
     EXPECT_EQ(titles(list).front(), u"Alphb"_s);
     EXPECT_EQ(keywords(), QStringList{u"two"_s});
 
-    QFile broken(heads);
-    ASSERT_TRUE(broken.open(QFile::WriteOnly));
-    broken.write("no list");
-    broken.close();
     reload();
-    EXPECT_EQ(titles(list).front(), u"Alphb"_s);
+    EXPECT_EQ(keywords(), QStringList{u"two"_s}) << "the copy follows";
+
+    for (const QString& path : {copy, heads}) {
+        QFile broken(path);
+        ASSERT_TRUE(broken.open(QFile::WriteOnly));
+        broken.write("no list");
+        broken.close();
+        reload();
+        EXPECT_EQ(titles(list).front(), u"Alphb"_s);
+        EXPECT_EQ(keywords(), QStringList{u"two"_s});
+    }
 }
 
 } // namespace
