@@ -7,6 +7,7 @@
 #include "app/Recovery.h"
 #include "app/RenderToPng.h"
 #include "app/SessionEnd.h"
+#include "app/WindowRestoration.h"
 #include "view/TextViewAccessible.h"
 
 #include <QApplication>
@@ -53,7 +54,11 @@ int Application::run(const StartOptions& line, int listeningSocket)
     if (line.action == StartOptions::Action::Print)
         return printToFile(m_environment, line);
     bool opened = false;
+    WindowRestoration* restoration = nullptr;
     const auto finish = [&] {
+        // The windows that were closed meanwhile were not all that there are.
+        if (restoration->isRestoring())
+            return;
         QCoreApplication::exit(m_controller.hasOpened() || !m_controller.hasFailed() ? 0 : 1);
     };
     QObject::connect(&m_controller, &DocumentController::finished, qApp, finish,
@@ -70,19 +75,35 @@ int Application::run(const StartOptions& line, int listeningSocket)
     const HandoverServer server(listeningSocket, m_controller);
     const SessionEnd sessionEnd(m_controller);
     Recovery recovery(m_controller, m_environment);
+    WindowRestoration windows(m_controller, m_environment, m_questions);
+    restoration = &windows;
+    windows.setException([&](const DocumentWindow& window) { return server.isWaitedFor(window); });
+    windows.setRecovery(recovery);
+    QObject::connect(&sessionEnd, &SessionEnd::stateWanted, &windows, &WindowRestoration::save);
     const auto openTargets = [&] {
         if (!line.targets.empty())
             m_controller.open(line.targets);
-        else if (m_controller.windows().empty())
+        else if (m_controller.windows().empty() && !windows.isRestoring())
             m_controller.newDocument();
     };
+    // A text that is brought back is not to be opened as its file says, too.
+    QObject::connect(&windows, &WindowRestoration::textsRestored, qApp,
+                     [&] { recovery.recoverAll(openTargets); });
+    QObject::connect(&windows, &WindowRestoration::restored, qApp, [&] {
+        if (!opened && line.targets.empty())
+            m_controller.newDocument();
+        else
+            m_controller.settle();
+    });
     // One that another program waits for shows what that asks for, and nothing else.
     if (line.serves)
         QTimer::singleShot(patienceWithoutWindow, &m_controller, &DocumentController::settle);
-    else if (line.action != StartOptions::Action::Open || line.newInstance || line.waits)
-        openTargets();
-    else
+    else if (line.restoresWindows())
+        windows.start(!line.targets.empty());
+    else if (line.action == StartOptions::Action::Open && !line.newInstance && !line.waits)
         recovery.recoverAll(openTargets);
+    else
+        openTargets();
     return QCoreApplication::exec();
 }
 

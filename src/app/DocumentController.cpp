@@ -2,6 +2,7 @@
 
 #include "app/LoadFlow.h"
 #include "app/UserQuestions.h"
+#include "app/WindowRestoration.h"
 #include "app/WindowSize.h"
 #include "document/Document.h"
 #include "document/DocumentType.h"
@@ -72,6 +73,7 @@ DocumentWindow* DocumentController::show(std::unique_ptr<Document> document,
     if (replaces)
         window->setGeometry(inPlaceOf->geometry());
     m_opened |= !window->document().isLoading();
+    Q_EMIT windowMade(window);
     window->show();
     if (replaces)
         inPlaceOf->close();
@@ -280,6 +282,21 @@ void DocumentController::fail(const QString& message, DocumentWindow* window)
 
 void DocumentController::quit()
 {
+    if (m_restoration && m_restoration->keepsWindows())
+        m_restoration->quit();
+    else
+        closeAll();
+}
+
+void DocumentController::quitForGood()
+{
+    if (m_restoration)
+        m_restoration->forget();
+    closeAll();
+}
+
+void DocumentController::closeAll()
+{
     if (m_windows.empty()) {
         settle();
         return;
@@ -292,7 +309,7 @@ void DocumentController::quit()
     DocumentWindow* next = edited == m_windows.end() ? m_windows.back() : *edited;
     next->closeAfterQuestions([this](bool closed) {
         if (closed)
-            quit();
+            closeAll();
     });
 }
 

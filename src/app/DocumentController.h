@@ -16,6 +16,8 @@ class QSettings;
 
 namespace quillory {
 
+class WindowRestoration;
+
 /// Opens documents, each in a window of its own, and knows the windows that are open.
 class DocumentController : public QObject
 {
@@ -36,8 +38,13 @@ public:
     /// Opens a window for \a result, which is not what stands on the disk.
     DocumentWindow& restore(ReadResult result, int untitledNumber);
     void askForFiles(DocumentWindow& window);
-    /// Closes all windows, asking for each that was edited; any of them may keep the rest open.
+    /// Closes all windows, asking for each that was edited and will not come back with the next
+    /// start; any of them may keep the rest open.
     void quit();
+    /// The same with windows that are not to come back.
+    void quitForGood();
+    /// Brings windows back, and outlives this or is reset.
+    void setRestoration(WindowRestoration* restoration) { m_restoration = restoration; }
 
     /// In the order in which they were opened.
     const std::vector<DocumentWindow*>& windows() const { return m_windows; }
@@ -66,6 +73,8 @@ public:
     bool hasOpened() const { return m_opened; }
 
 Q_SIGNALS:
+    /// It is about to be shown.
+    void windowMade(quillory::DocumentWindow* window);
     void windowOpened(quillory::DocumentWindow* window);
     /// A window was closed, or something that was asked for has been opened or could not be.
     void settled();
@@ -82,6 +91,7 @@ private:
     DocumentWindow* newUntitled(int number);
     DocumentWindow* show(std::unique_ptr<Document> document, DocumentWindow* inPlaceOf);
     void fail(const QString& message, DocumentWindow* window);
+    void closeAll();
 
     const DocumentEnvironment& m_environment;
     UserQuestions& m_questions;
@@ -92,6 +102,7 @@ private:
     ThemeFollowing m_themeFollowing;
     std::unique_ptr<DocumentLoader> m_loader; ///< goes before the windows
     std::vector<DocumentWindow*> m_windows;
+    WindowRestoration* m_restoration = nullptr;
     QStringList m_reading; ///< canonical paths of the files that are being read
     int m_underway = 0;    ///< readings and dialogs that must end before the program may
     int m_lastUntitled = 0;

@@ -23,6 +23,7 @@
 #include "app/UserQuestions.h"
 #include "app/ViewAppearance.h"
 #include "app/WebPreview.h"
+#include "app/WindowPresentation.h"
 #include "document/Document.h"
 #include "foundation/Background.h"
 #include "syntax/PageColouring.h"
@@ -52,6 +53,7 @@ DocumentWindow::DocumentWindow(std::unique_ptr<Document> document, const WindowS
     // Nothing can be typed into a file that nothing is seen of.
     if (m_document->isUndecoded())
         m_document->textView().setEditable(false);
+    m_presentation = new WindowPresentation(*this);
     m_menu = new MainMenu(*this);
     m_titleBarButtons = new TitleBarButtons(*this);
     menuBar()->setCornerWidget(m_titleBarButtons);
@@ -420,7 +422,7 @@ void DocumentWindow::askBeforeClosing(const std::function<void(bool)>& then)
             then(false);
     };
     if (!m_document->isDocumentEdited()) {
-        finishClosing(then);
+        closeWithoutQuestions(then);
         return;
     }
     raise();
@@ -429,7 +431,7 @@ void DocumentWindow::askBeforeClosing(const std::function<void(bool)>& then)
         this, m_document->displayName(), [this, then, stay](UserQuestions::BeforeClosing answer) {
             switch (answer) {
             case UserQuestions::BeforeClosing::Discard:
-                finishClosing(then);
+                closeWithoutQuestions(then);
                 break;
             case UserQuestions::BeforeClosing::Cancel:
                 stay();
@@ -447,7 +449,7 @@ void DocumentWindow::askBeforeClosing(const std::function<void(bool)>& then)
         });
 }
 
-void DocumentWindow::finishClosing(const std::function<void(bool)>& then)
+void DocumentWindow::closeWithoutQuestions(const std::function<void(bool)>& then)
 {
     m_asking = false;
     m_mayClose = true;

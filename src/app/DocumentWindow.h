@@ -33,6 +33,7 @@ class TitleBarButtons;
 class UserQuestions;
 class ViewAppearance;
 class WebPreview;
+class WindowPresentation;
 struct DocumentEnvironment;
 
 /// What the windows share. All of it outlives them.
@@ -74,6 +75,7 @@ public:
     UserQuestions& questions() const { return m_services.questions; }
     CommandActions& actions() const { return *m_actions; }
     TitleBarButtons& titleBarButtons() const { return *m_titleBarButtons; }
+    WindowPresentation& presentation() const { return *m_presentation; }
 
     /// True for a new document that nothing was done to, so that another may take its place.
     bool isUntouched() const;
@@ -101,6 +103,8 @@ public:
     /// Closes the window once the document is saved or its edits are given up; \a then is told
     /// whether it closed.
     void closeAfterQuestions(const std::function<void(bool closed)>& then = {});
+    /// Closes the window; \a then is told that it did.
+    void closeWithoutQuestions(const std::function<void(bool closed)>& then = {});
 
 Q_SIGNALS:
     /// The window is going, and its document with it.
@@ -124,7 +128,6 @@ private:
     void checkEncoding();
     void whenIdle(const std::function<void()>& then);
     void askBeforeClosing(const std::function<void(bool)>& then);
-    void finishClosing(const std::function<void(bool)>& then);
 
     WindowServices m_services;
     std::unique_ptr<Document> m_document;
@@ -135,6 +138,7 @@ private:
     SettingsPopover* m_settings = nullptr; ///< made when first shown
     MainMenu* m_menu = nullptr;
     TitleBarButtons* m_titleBarButtons = nullptr;
+    WindowPresentation* m_presentation = nullptr;
     std::unique_ptr<ViewAppearance> m_appearance;
     std::unique_ptr<EditingAids> m_aids;
     std::unique_ptr<SaveFlow> m_saving;

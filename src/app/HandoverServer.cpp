@@ -120,6 +120,15 @@ void HandoverServer::noteOpened(DocumentWindow* window)
     }
 }
 
+bool HandoverServer::isWaitedFor(const DocumentWindow& window) const
+{
+    const auto isIn = [&](const std::unique_ptr<Start>& start) {
+        return std::find(start->windows.begin(), start->windows.end(), &window) !=
+               start->windows.end();
+    };
+    return std::any_of(m_starts.begin(), m_starts.end(), isIn);
+}
+
 /// Those whose files are neither shown nor about to be.
 void HandoverServer::answerWaiting()
 {

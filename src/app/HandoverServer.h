@@ -24,6 +24,9 @@ public:
     HandoverServer(int listeningSocket, DocumentController& controller, QObject* parent = nullptr);
     ~HandoverServer() override;
 
+    /// Some other start of the program waits until \a window is closed.
+    bool isWaitedFor(const DocumentWindow& window) const;
+
 private:
     /// Another start of the program.
     struct Start

@@ -19,6 +19,7 @@
 #include "app/TitleBarButtons.h"
 #include "app/ViewAppearance.h"
 #include "app/WebPreview.h"
+#include "app/WindowPresentation.h"
 #include "document/Document.h"
 #include "text/LineBreaks.h"
 #include "view/LineNumberView.h"
@@ -189,6 +190,9 @@ constexpr MenuItem fileMenu[]{
      .standardKey = QKeySequence::Quit,
      .ownKeys = "Ctrl+Q",
      .run = [](W& w) { w.controller().quit(); }},
+    {.text = ENTRY("Quit and Close A&ll Windows"),
+     .ownKeys = "Ctrl+Alt+Shift+Q",
+     .run = [](W& w) { w.controller().quitForGood(); }},
 };
 
 constexpr MenuItem viewMenu[]{
@@ -235,6 +239,9 @@ constexpr MenuItem viewMenu[]{
      .isEnabled = [](const W& w) { return w.document().record().canUsePDFPreview; },
      .isChecked = [](const W& w) { return w.programs().isPDFPreviewVisible(); }},
     separator,
+    {.text = ENTRY("&Keep on Top"),
+     .run = [](W& w) { w.presentation().toggleFloatingWindow(); },
+     .isChecked = [](const W& w) { return w.presentation().isFloating(); }},
     {.text = ENTRY("&Full Screen"),
      .standardKey = QKeySequence::FullScreen,
      .ownKeys = "F11",

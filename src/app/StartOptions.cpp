@@ -57,6 +57,13 @@ StartOptions refused(const QString& reason)
 
 } // namespace
 
+bool StartOptions::restoresWindows() const
+{
+    return action == Action::Open && !newInstance && !waits && !serves &&
+           std::none_of(targets.begin(), targets.end(),
+                        [](const OpenTarget& target) { return target.isStandardInput(); });
+}
+
 StartOptions parseStartOptions(const QStringList& arguments,
                                const std::function<bool(const QString&)>& exists)
 {

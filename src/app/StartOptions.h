@@ -43,6 +43,9 @@ struct StartOptions
     bool waits = false;       ///< for the windows of the targets to be closed
     bool serves = false;      ///< opens nothing before another start hands something over
     QString text;
+
+    /// The start is one that brings back the windows of the last session.
+    bool restoresWindows() const;
 };
 
 /// Reads \a arguments, the first of which is the program's name. \a exists tells whether a path

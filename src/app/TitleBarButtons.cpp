@@ -13,17 +13,38 @@
 #include <QMenu>
 #include <QProxyStyle>
 #include <QStyleOptionToolButton>
+#include <QStylePainter>
 #include <QToolButton>
 
 namespace quillory {
 
 namespace {
 
-/// Has no arrow, which would cover the icon.
-class PullDownButton : public QToolButton
+/// Shows as much of itself as its bar does.
+class FadingButton : public QToolButton
 {
 public:
-    explicit PullDownButton(QWidget* parent) : QToolButton(parent)
+    explicit FadingButton(TitleBarButtons* bar) : QToolButton(bar), m_bar(*bar) {}
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QStyleOptionToolButton option;
+        initStyleOption(&option);
+        QStylePainter painter(this);
+        painter.setOpacity(m_bar.shownAlpha());
+        painter.drawComplexControl(QStyle::CC_ToolButton, option);
+    }
+
+private:
+    const TitleBarButtons& m_bar;
+};
+
+/// Has no arrow, which would cover the icon.
+class PullDownButton : public FadingButton
+{
+public:
+    explicit PullDownButton(TitleBarButtons* bar) : FadingButton(bar)
     {
         setPopupMode(QToolButton::InstantPopup);
     }
@@ -65,7 +86,7 @@ QMenu& menuOf(QToolButton& button, const std::function<void(QMenu&)>& fill)
 } // namespace
 
 TitleBarButtons::TitleBarButtons(DocumentWindow& window)
-    : QWidget(&window), m_window(window), m_infoButton(new QToolButton(this)),
+    : QWidget(&window), m_window(window), m_infoButton(new FadingButton(this)),
       m_navigationButton(new PullDownButton(this)), m_actionButton(new PullDownButton(this))
 {
     auto* layout = new QHBoxLayout(this);
@@ -105,6 +126,24 @@ void TitleBarButtons::add(QToolButton& button, const QString& icon, const QStrin
     button.setToolTip(toolTip);
     button.setAccessibleName(name);
     layout()->addWidget(&button);
+}
+
+void TitleBarButtons::setAlpha(double alpha)
+{
+    m_alpha = alpha;
+    update();
+}
+
+void TitleBarButtons::enterEvent(QEnterEvent* event)
+{
+    QWidget::enterEvent(event);
+    update();
+}
+
+void TitleBarButtons::leaveEvent(QEvent* event)
+{
+    QWidget::leaveEvent(event);
+    update();
 }
 
 QMenu& TitleBarButtons::navigationMenu()

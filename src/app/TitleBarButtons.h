@@ -19,7 +19,15 @@ class TitleBarButtons : public QWidget
     Q_OBJECT
 
 public:
+    static constexpr double usualAlpha = 0.7;
+
     explicit TitleBarButtons(DocumentWindow& window);
+
+    /// How much of the buttons shows, 0 to 1. The pointer brings back what does not.
+    void setAlpha(double alpha);
+    double alpha() const { return m_alpha; }
+    /// With what the pointer brings back.
+    double shownAlpha() const { return underMouse() ? std::max(m_alpha, usualAlpha) : m_alpha; }
 
     QToolButton& infoButton() const { return *m_infoButton; }
     QToolButton& navigationButton() const { return *m_navigationButton; }
@@ -29,10 +37,15 @@ public:
     FunctionMenu& functions();
     StatisticsPopover& information();
 
+protected:
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
 private:
     void add(QToolButton& button, const QString& icon, const QString& name, const QString& toolTip);
 
     DocumentWindow& m_window;
+    double m_alpha = usualAlpha;
     QToolButton* m_infoButton;
     QToolButton* m_navigationButton;
     QToolButton* m_actionButton;

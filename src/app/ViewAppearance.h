@@ -29,6 +29,7 @@ public:
     void zoomBy(int points) { setZoom(m_zoom + points); }
     void resetZoom() { setZoom(0); }
     bool isZoomed() const { return m_zoom != 0; }
+    int zoom() const { return m_zoom; } ///< points added to the font's size
 
     /// The one that \a defaults ask for; where it is not installed, the desktop's fixed font in the
     /// size asked for.
@@ -43,7 +44,7 @@ private:
     TextViewWidget& m_view;
     const DocumentEnvironment& m_environment;
     const SyntaxColouring& m_colouring;
-    int m_zoom = 0; ///< points added to the font's size
+    int m_zoom = 0;
 };
 
 } // namespace quillory

@@ -33,6 +33,8 @@ struct ApplicationFolders
     {
         return applicationSupport + QStringLiteral("/Replacements.plist");
     }
+    /// The windows of the last session.
+    QString sessionFile() const { return state + QStringLiteral("/Session.plist"); }
     /// Of texts that are not safely in their files.
     QString recoveryFolder() const { return state + QStringLiteral("/Recovery"); }
 };

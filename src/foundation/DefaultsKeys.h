@@ -48,6 +48,7 @@ inline constexpr DefaultsKey<bool> webKitDeveloperExtras{"WebKitDeveloperExtras"
 // Documents.
 inline constexpr DefaultsKey<QUrl> dropboxPath{"dropboxPath"};
 inline constexpr DefaultsKey<bool> dontAsk{"dontAsk"}; ///< no settings sheet for new documents
+inline constexpr DefaultsKey<bool> restoresWindows{"restoresWindows"}; ///< of the last session
 inline constexpr DefaultsKey<bool> firstStartEver{"firstStartEver"};
 inline constexpr DefaultsKey<bool> isiCloudAvailable{"isiCloudAvailable"};
 inline constexpr DefaultsKey<bool> isIcloudAvailable{"isIcloudAvailable"};

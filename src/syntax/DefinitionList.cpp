@@ -50,9 +50,22 @@ void DefinitionList::load(const QString& folder, const QString& shipped, const Q
     known.save();
     if (indexOfPlainText() < 0)
         addPlainText(shipped);
-    std::stable_sort(
-        m_definitions.begin(), m_definitions.end(),
-        [](const Definition& a, const Definition& b) { return a.title() < b.title(); });
+    rearrangeObjects();
+}
+
+void DefinitionList::rearrangeObjects()
+{
+    const auto inOrder = [](const Definition& a, const Definition& b) {
+        return a.title() < b.title();
+    };
+    // Whoever holds the selected one keeps it where there is nothing to move.
+    if (std::is_sorted(m_definitions.begin(), m_definitions.end(), inOrder))
+        return;
+    const QString path = selected() ? selected()->path() : QString();
+    std::stable_sort(m_definitions.begin(), m_definitions.end(), inOrder);
+    if (m_selection >= 0)
+        m_selection = indexOf(m_definitions.begin(), m_definitions.end(),
+                              [&](const Definition& d) { return d.path() == path; });
 }
 
 void DefinitionList::addPlainText(const QString& shipped)

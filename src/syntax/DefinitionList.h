@@ -16,6 +16,8 @@ public:
     void load(const QString& folder, const QString& shipped, const QString& heads = {});
 
     const std::vector<Definition>& arrangedObjects() const { return m_definitions; }
+    /// Sorts them anew; the selected one stays selected.
+    void rearrangeObjects();
 
     /// Files that are no dictionaries, and wrong titles and extensions.
     const std::vector<DefinitionFault>& faults() const { return m_faults; }

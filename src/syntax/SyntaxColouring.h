@@ -49,6 +49,8 @@ public:
     void followExtension(const QString& path);
     /// Selects an arranged definition without applying it; an index outside changes nothing.
     void selectDefinition(qsizetype index);
+    /// Sorts the definitions anew; the selected one stays selected.
+    void rearrangeDefinitions() { m_definitions.rearrangeObjects(); }
     /// Colours anew by the selected definition.
     void applyDefinition();
 

@@ -14,6 +14,9 @@ session.need_programs("git")
 
 def main(program):
     with session.Session() as desktop:
+        # The programs that are killed here are not to leave windows to the next.
+        desktop.write_setting("restoresWindows", "false")
+
         def start(*arguments, **options):
             return desktop.start(program, *map(str, arguments), **options)
 

@@ -96,6 +96,12 @@ class Session:
         path.write_bytes(text.encode(encoding))
         return path
 
+    def write_setting(self, key, value):
+        """For the programs that are started afterwards; replaces what was set."""
+        path = self.folder / "config_home" / "Quillory" / "Quillory.conf"
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(f"[General]\n{key}={value}\n")
+
     def edit(self, program, path):
         """Opens a file in the editor, and waits until its window has the keyboard."""
         self.start(program, str(path))

@@ -1,0 +1,316 @@
+#include "app/WindowRestoration.h"
+
+#include "app/DocumentController.h"
+#include "app/Recovery.h"
+#include "app/SessionRecorder.h"
+#include "app/UserQuestions.h"
+#include "app/WindowPlace.h"
+#include "document/Document.h"
+#include "document/EditJournal.h"
+#include "foundation/Background.h"
+#include "foundation/NotificationCenter.h"
+#include "foundation/UserDefaults.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QTimer>
+
+namespace quillory {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto forTheFirst = 50ms; // in which the window in front is painted, and takes keys
+constexpr qsizetype namesTold = 10;
+
+/// May take long: a folder of another machine can be out of reach.
+bool isReadableFile(const QString& path)
+{
+    const QFileInfo info(path);
+    return info.isFile() && info.isReadable();
+}
+
+} // namespace
+
+WindowRestoration::WindowRestoration(DocumentController& controller,
+                                     const DocumentEnvironment& environment,
+                                     UserQuestions& questions)
+    : m_controller(controller), m_environment(environment), m_questions(questions),
+      m_file(environment.folders.sessionFile())
+{
+    controller.setRestoration(this);
+}
+
+WindowRestoration::~WindowRestoration()
+{
+    if (m_recorder && !m_isQuitting)
+        save();
+    m_controller.setRestoration(nullptr);
+}
+
+// Bringing back
+
+void WindowRestoration::start(bool behind)
+{
+    if (!m_file.claim()) {
+        tellTextsRestored();
+        return;
+    }
+    m_behind = behind;
+    if (keepsWindows()) {
+        const std::vector<SavedWindow> windows = m_file.read();
+        m_pending.assign(windows.begin(), windows.end());
+        // Each opens behind the one in front, and before those that opened earlier.
+        if (!m_pending.empty())
+            std::reverse(m_pending.begin() + 1, m_pending.end());
+    }
+    m_recorder = std::make_unique<SessionRecorder>(m_controller);
+    connect(m_recorder.get(), &SessionRecorder::changed, this, &WindowRestoration::record);
+    m_isRestoring = !m_pending.empty();
+    if (!m_isRestoring) {
+        tellTextsRestored();
+        return;
+    }
+    connect(&m_controller, &DocumentController::windowMade, this, &WindowRestoration::place);
+    connect(&m_controller, &DocumentController::windowOpened, this, &WindowRestoration::show);
+    connect(&m_controller, &DocumentController::settled, this,
+            &WindowRestoration::goOnUnlessOpening);
+    openNext();
+}
+
+void WindowRestoration::openNext()
+{
+    if (!m_isRestoring)
+        return;
+    m_opening.reset();
+    m_isAsked = false;
+    if (std::all_of(m_pending.begin(), m_pending.end(),
+                    [](const SavedWindow& saved) { return saved.journal.isEmpty(); }))
+        tellTextsRestored();
+    if (m_pending.empty()) {
+        finishRestoring();
+        return;
+    }
+    m_opening = std::move(m_pending.front());
+    m_pending.pop_front();
+    if (m_recovery && !m_opening->journal.isEmpty())
+        recoverText(*m_opening);
+    else
+        openFile(*m_opening);
+}
+
+void WindowRestoration::tellTextsRestored()
+{
+    if (std::exchange(m_hasTexts, false))
+        Q_EMIT textsRestored();
+}
+
+void WindowRestoration::recoverText(const SavedWindow& saved)
+{
+    m_isRecovering = true;
+    m_recovery->recover(saved.journal, [this](DocumentWindow* window) {
+        m_isRecovering = false;
+        // There may have been nothing to recover, as after a save.
+        if (!window && m_isRestoring && m_opening)
+            openFile(*m_opening);
+    });
+}
+
+void WindowRestoration::openFile(const SavedWindow& saved)
+{
+    if (saved.path.isEmpty()) {
+        QTimer::singleShot(0, this, &WindowRestoration::openNext);
+        return;
+    }
+    runInBackground(
+        this, [path = saved.path] { return isReadableFile(path); },
+        [this, path = saved.path](bool isReadable) {
+            // It may have been asked for by other ways meanwhile.
+            if (!m_isRestoring || !m_opening || m_opening->path != path)
+                return;
+            if (isReadable && !m_controller.windowShowing(path)) {
+                m_isAsked = true;
+                m_controller.open({{path, {}}});
+                return;
+            }
+            if (!isReadable)
+                m_missing.append(path);
+            QTimer::singleShot(0, this, &WindowRestoration::openNext);
+        });
+}
+
+void WindowRestoration::place(DocumentWindow* window)
+{
+    const QString path = window->document().path();
+    const bool isNext = m_opening && m_opening->path == path && (!path.isEmpty() || m_isRecovering);
+    SavedWindow saved;
+    if (isNext) {
+        saved = *m_opening;
+    } else {
+        const auto found = std::find_if(m_pending.begin(), m_pending.end(),
+                                        [&](const SavedWindow& each) { return each.path == path; });
+        if (path.isEmpty() || found == m_pending.end())
+            return;
+        saved = *found;
+        m_pending.erase(found);
+    }
+    placeWindow(*window, saved, !isNext || (m_isFirst && !m_behind));
+    m_placed.insert(window, saved);
+}
+
+void WindowRestoration::show(DocumentWindow* window)
+{
+    if (m_isQuitting) {
+        QMetaObject::invokeMethod(
+            window, [window] { window->closeWithoutQuestions(); }, Qt::QueuedConnection);
+        return;
+    }
+    const auto placed = m_placed.find(window);
+    if (placed == m_placed.end())
+        return;
+    const SavedWindow saved = *placed;
+    m_placed.erase(placed);
+    window->setAttribute(Qt::WA_ShowWithoutActivating, false);
+    // Not every window manager puts what does not ask for the keyboard behind what has it.
+    connect(window, &DocumentWindow::firstPainted, window, [window] {
+        QWidget* active = QApplication::activeWindow();
+        if (active && active != window)
+            active->raise();
+    });
+    m_recorder->note(*window, saved);
+    showPlace(*window, saved);
+    if (!m_opening || m_opening->path != saved.path)
+        return;
+    m_opening.reset();
+    QTimer::singleShot(std::exchange(m_isFirst, false) ? forTheFirst : 0ms, this,
+                       &WindowRestoration::openNext);
+}
+
+/// The file that was to be opened could not be, which has been told.
+void WindowRestoration::goOnUnlessOpening()
+{
+    if (!m_opening || !m_isAsked || m_controller.isOpening(m_opening->path))
+        return;
+    m_opening.reset();
+    QTimer::singleShot(0, this, &WindowRestoration::openNext);
+}
+
+void WindowRestoration::finishRestoring()
+{
+    m_isRestoring = false;
+    m_controller.disconnect(this);
+    tellMissing();
+    m_environment.notifications.post(notifications::didFinishRestoringWindows);
+    record();
+    Q_EMIT restored();
+}
+
+void WindowRestoration::tellMissing()
+{
+    if (m_missing.isEmpty())
+        return;
+    QStringList told = m_missing.mid(0, namesTold);
+    if (m_missing.size() > namesTold)
+        told += tr("and %n more", nullptr, int(m_missing.size() - namesTold));
+    m_questions.tell(nullptr, tr("Files of the last session are not there any more."),
+                     tr("They are missing, or may not be read:") + u"\n\n" + told.join(u'\n'),
+                     [] {});
+}
+
+// Keeping
+
+bool WindowRestoration::keepsWindows() const
+{
+    return m_file.isClaimed() && m_environment.defaults.value(keys::restoresWindows);
+}
+
+std::vector<SavedWindow> WindowRestoration::session() const
+{
+    std::vector<SavedWindow> windows = m_recorder->session(m_exception);
+    if (m_opening)
+        windows.push_back(*m_opening);
+    windows.insert(windows.end(), m_pending.rbegin(), m_pending.rend());
+    return windows;
+}
+
+void WindowRestoration::record()
+{
+    if (m_isRestoring || m_isQuitting)
+        return;
+    if (keepsWindows())
+        m_file.write(session());
+    else
+        m_file.remove();
+}
+
+void WindowRestoration::save()
+{
+    const std::vector<SavedWindow> windows =
+        keepsWindows() ? session() : std::vector<SavedWindow>();
+    if (windows.empty())
+        m_file.remove();
+    else
+        m_file.writeAtOnce(windows);
+}
+
+// Quitting
+
+/// Whether closing \a window loses nothing that the next start does not bring back.
+bool WindowRestoration::isKept(DocumentWindow& window) const
+{
+    if (window.isBusy())
+        return false;
+    if (!window.document().isDocumentEdited())
+        return true;
+    EditJournal& journal = window.journal();
+    return !(m_exception && m_exception(window)) && !journal.id().isEmpty() && journal.flush();
+}
+
+void WindowRestoration::quit()
+{
+    m_isRestoring = false;
+    m_isQuitting = true;
+    m_recorder->setKeepsClosed(true);
+    quitStep();
+}
+
+void WindowRestoration::forget()
+{
+    m_isRestoring = false;
+    m_pending.clear();
+    m_opening.reset();
+}
+
+void WindowRestoration::quitStep()
+{
+    const std::vector<DocumentWindow*> windows = m_controller.windows();
+    const auto asked = std::find_if(windows.begin(), windows.end(),
+                                    [this](DocumentWindow* window) { return !isKept(*window); });
+    if (asked != windows.end()) {
+        (*asked)->closeAfterQuestions([this](bool closed) {
+            if (closed) {
+                quitStep();
+                return;
+            }
+            m_isQuitting = false;
+            m_recorder->setKeepsClosed(false);
+        });
+        return;
+    }
+    connect(
+        &m_file, &SessionFile::written, this,
+        [this] {
+            for (DocumentWindow* window : std::vector(m_controller.windows())) {
+                // Something may have been typed since.
+                if (window->document().isDocumentEdited())
+                    window->journal().leave();
+                window->closeWithoutQuestions();
+            }
+            m_controller.settle();
+        },
+        Qt::SingleShotConnection);
+    m_file.write(session());
+}
+
+} // namespace quillory

@@ -1,0 +1,308 @@
+#include "AppFixture.h"
+
+#include "../view/EventLoopWatchdog.h"
+
+#include "app/LoadFlow.h"
+#include "app/ViewAppearance.h"
+#include "app/WindowPresentation.h"
+#include "app/WindowRestoration.h"
+#include "document/Document.h"
+#include "view/TextViewWidget.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace quillory {
+namespace {
+
+using test::AppFixture;
+
+constexpr int patience = 20000; // milliseconds
+
+class WindowRestorationTest : public AppFixture
+{
+protected:
+    WindowRestorationTest()
+    {
+        folders.state = folder.filePath(QStringLiteral("state"));
+        defaults.setValue(keys::restoresWindows, true);
+        defaults.setValue(keys::dontAsk, true);
+    }
+
+    /// One run of the program.
+    struct Program
+    {
+        explicit Program(WindowRestorationTest& test)
+            : controller(test.environment, test.questions, test.state),
+              restoration(controller, test.environment, test.questions)
+        {}
+
+        void start(bool behind = false)
+        {
+            QSignalSpy restored(&restoration, &WindowRestoration::restored);
+            restoration.start(behind);
+            EXPECT_TRUE(!restoration.isRestoring() || restored.wait(patience));
+            QCoreApplication::processEvents();
+        }
+
+        DocumentWindow& open(const QString& path)
+        {
+            controller.open({{path, {}}});
+            EXPECT_TRUE(QTest::qWaitFor([&] { return controller.windowShowing(path); }, patience));
+            DocumentWindow& window = *controller.windowShowing(path);
+            EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
+            return window;
+        }
+
+        bool quit()
+        {
+            QSignalSpy finished(&controller, &DocumentController::finished);
+            controller.quit();
+            return !finished.isEmpty() || finished.wait(2000);
+        }
+
+        DocumentController controller;
+        WindowRestoration restoration;
+    };
+
+    QByteArray numbered(int lines) const
+    {
+        QByteArray text;
+        for (int i = 0; i < lines; ++i)
+            text += "line " + QByteArray::number(i) + "\n";
+        return text;
+    }
+    static TextOffset topOf(DocumentWindow& window)
+    {
+        return window.view().textViewport().rows().front().row.range.location;
+    }
+};
+
+TEST_F(WindowRestorationTest, WindowsComeBackAsTheyWere)
+{
+    const QString a = write("a.txt", numbered(500));
+    const QString b = write("b.txt", "two words\n");
+    std::vector<Selection> selections{{30, 20}, {3000, 3005}};
+    TextOffset top = 0;
+    int topY = 0;
+    QRect frame;
+    {
+        Program program(*this);
+        program.start();
+        DocumentWindow& first = program.open(a);
+        first.setGeometry(120, 90, 420, 310);
+        first.document().setDefinitionWithTitle(QStringLiteral("HTML"));
+        first.document().textView().setSelections(selections, 0);
+        first.view().scrollBy(0, 1234);
+        first.appearance().zoomBy(3);
+        first.presentation().toggleFloatingWindow();
+        DocumentWindow& second = program.open(b);
+        second.showMaximized();
+        first.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&first));
+        QCoreApplication::processEvents();
+        top = topOf(first);
+        topY = first.view().textViewport().rows().front().y;
+        frame = QRect(first.pos(), first.size());
+        ASSERT_GT(top, 0);
+        ASSERT_TRUE(program.quit());
+    }
+    EXPECT_TRUE(questions.asked.isEmpty());
+
+    Program program(*this);
+    program.start();
+    ASSERT_EQ(program.controller.windows().size(), 2U);
+    DocumentWindow& first = *program.controller.windowShowing(a);
+    EXPECT_EQ(&first, program.controller.windows().front());
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&first));
+    QTest::qWait(100);
+    EXPECT_EQ(QRect(first.pos(), first.size()), frame);
+    EXPECT_EQ(first.document().textView().selections(), selections);
+    EXPECT_EQ(first.document().textView().primarySelection(), selections[0]);
+    EXPECT_EQ(topOf(first), top);
+    EXPECT_EQ(first.view().textViewport().rows().front().y, topY);
+    EXPECT_EQ(first.appearance().zoom(), 3);
+    EXPECT_TRUE(first.presentation().isFloating());
+    EXPECT_EQ(first.document().record().definitionTitle, u"HTML");
+    EXPECT_FALSE(first.document().isDocumentEdited());
+    EXPECT_TRUE(program.controller.windowShowing(b)->isMaximized());
+}
+
+TEST_F(WindowRestorationTest, NothingIsLostWithoutAGoodEnd)
+{
+    const QString a = write("a.txt", numbered(10));
+    QFile session(folders.sessionFile());
+    {
+        Program program(*this);
+        program.start();
+        DocumentWindow& window = program.open(a);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return session.exists(); }, patience));
+        window.document().textView().setSelection({5, 5});
+        QTest::qWait(1500);
+        // As after a kill: what the end writes does not count.
+        ASSERT_TRUE(session.copy(path("kept")));
+    }
+    ASSERT_TRUE(session.remove());
+    ASSERT_TRUE(QFile::rename(path("kept"), folders.sessionFile()));
+    Program program(*this);
+    program.start();
+    DocumentWindow* window = program.controller.windowShowing(a);
+    ASSERT_TRUE(window);
+    EXPECT_EQ(window->document().textView().primarySelection(), Selection::caret(5));
+}
+
+TEST_F(WindowRestorationTest, FilesThatAreGoneAreToldOnceAndOthersPulledIn)
+{
+    const QString a = write("a.txt", numbered(1000));
+    {
+        Program program(*this);
+        program.start();
+        DocumentWindow& window = program.open(a);
+        window.document().textView().setSelection({9000, 9010});
+        window.view().scrollBy(0, 100000);
+        for (const char* name : {"b", "c"})
+            program.open(write(name, "x"));
+        ASSERT_TRUE(program.quit());
+    }
+    QFile::remove(path("b"));
+    QFile::remove(path("c"));
+    write("a.txt", "short\r\n");
+    Program program(*this);
+    program.start();
+    ASSERT_EQ(program.controller.windows().size(), 1U);
+    DocumentWindow& window = *program.controller.windowShowing(a);
+    EXPECT_EQ(window.document().textView().primarySelection(), Selection::caret(7));
+    EXPECT_EQ(topOf(window), 0);
+    // The file has its own line breaks since.
+    EXPECT_EQ(window.document().record().lbFormat, 3);
+    EXPECT_FALSE(window.document().isDocumentEdited());
+    ASSERT_EQ(questions.told.size(), 1);
+    EXPECT_TRUE(questions.told[0].contains(path("b")) && questions.told[0].contains(path("c")));
+}
+
+TEST_F(WindowRestorationTest, FileThatIsAskedForComesAsItWasButWhereItWasAskedFor)
+{
+    const QString a = write("a.txt", numbered(500));
+    const QString b = write("b.txt", "b");
+    {
+        Program program(*this);
+        program.start();
+        program.open(a).document().textView().setSelection({70, 70});
+        program.open(b);
+        ASSERT_TRUE(program.quit());
+    }
+    Program program(*this);
+    QSignalSpy restored(&program.restoration, &WindowRestoration::restored);
+    program.restoration.start(true);
+    program.controller.open({{a, TextPlace{300, 1}}});
+    ASSERT_TRUE(restored.wait(patience));
+    ASSERT_EQ(program.controller.windows().size(), 2U);
+    DocumentWindow& window = *program.controller.windowShowing(a);
+    const TextSnapshot text = window.document().completeString();
+    EXPECT_EQ(window.document().textView().primarySelection().head, text.lineStart(LineIndex(299)));
+}
+
+TEST_F(WindowRestorationTest, QuittingAsksForWhatWouldBeLost)
+{
+    const QString a = write("a.txt", "a");
+    const QString b = write("b.txt", "b");
+    Program program(*this);
+    program.start();
+    program.open(a);
+    DocumentWindow& edited = program.open(b);
+    defaults.setValue(keys::restoresWindows, false);
+    press(edited, {QStringLiteral("'x'")});
+    EXPECT_FALSE(program.quit());
+    EXPECT_EQ(questions.asked, QStringList(QStringLiteral("save b.txt")));
+    EXPECT_EQ(program.controller.windows().size(), 2U);
+}
+
+TEST_F(WindowRestorationTest, WhatIsClosedOrSwitchedOffDoesNotComeBack)
+{
+    const QString a = write("a.txt", "a");
+    const QString b = write("b.txt", "b");
+    const auto windowsOfNextStart = [&] {
+        Program program(*this);
+        program.start();
+        return program.controller.windows().size();
+    };
+    {
+        Program program(*this);
+        program.start();
+        program.open(a);
+        program.open(b).close();
+        ASSERT_TRUE(program.quit());
+    }
+    EXPECT_EQ(windowsOfNextStart(), 1U);
+    {
+        Program program(*this);
+        program.start();
+        QSignalSpy finished(&program.controller, &DocumentController::finished);
+        program.controller.quitForGood();
+        EXPECT_FALSE(finished.isEmpty());
+    }
+    EXPECT_EQ(windowsOfNextStart(), 0U);
+    {
+        Program program(*this);
+        program.start();
+        program.open(a);
+        defaults.setValue(keys::restoresWindows, false);
+        ASSERT_TRUE(program.quit());
+    }
+    defaults.setValue(keys::restoresWindows, true);
+    EXPECT_EQ(windowsOfNextStart(), 0U);
+}
+
+TEST_F(WindowRestorationTest, AnotherProgramOverTheSameFolderKeepsAway)
+{
+    const QString a = write("a.txt", "a");
+    Program program(*this);
+    program.start();
+    program.open(a);
+    {
+        Program other(*this);
+        other.start();
+        EXPECT_FALSE(other.restoration.keepsWindows());
+        EXPECT_TRUE(other.controller.windows().empty());
+    }
+    ASSERT_TRUE(program.quit());
+    EXPECT_TRUE(QFile::exists(folders.sessionFile()));
+}
+
+TEST_F(WindowRestorationTest, LargeFilesAndManyWindowsDoNotStandInTheWay)
+{
+    constexpr int windows = 20;
+    const QByteArray line = "a line of a long text, which is read a little at a time\n";
+    const QString large = write("large.txt", line.repeated(int(100'000'000 / line.size())));
+    TextOffset top = 0;
+    {
+        Program program(*this);
+        program.start();
+        for (int i = 0; i < windows; ++i)
+            program.open(write(qPrintable(QString::number(i)), "text\n"));
+        DocumentWindow& window = program.open(large);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !window.document().isLoading(); }, patience));
+        window.goToLine(1'000'000);
+        QCoreApplication::processEvents();
+        top = topOf(window);
+        ASSERT_GT(top, 0);
+        EventLoopWatchdog watchdog;
+        ASSERT_TRUE(program.quit());
+    }
+    EventLoopWatchdog watchdog;
+    Program program(*this);
+    program.start();
+    EXPECT_EQ(program.controller.windows().size(), size_t(windows + 1));
+    DocumentWindow& window = *program.controller.windowShowing(large);
+    EXPECT_EQ(&window, program.controller.windows().front());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !window.document().isLoading(); }, patience));
+    QTest::qWait(50);
+    EXPECT_EQ(topOf(window), top);
+    EXPECT_EQ(window.document().textView().selectedRange().location,
+              window.document().completeString().lineStart(LineIndex(999'999)));
+}
+
+} // namespace
+} // namespace quillory
