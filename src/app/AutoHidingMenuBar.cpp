@@ -14,9 +14,33 @@ constexpr int edge = 2; // logical pixels at the window's top that bring the bar
 
 } // namespace
 
+/// Sees the events of the whole program, since what is below the pointer hears of it first. A menu
+/// bar itself comes and goes as a filter of them.
+class AutoHidingMenuBar::Watch : public QObject
+{
+public:
+    explicit Watch(AutoHidingMenuBar& bar) : QObject(&bar), m_bar(bar)
+    {
+        qApp->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        m_bar.noteEvent(watched, event);
+        return false;
+    }
+
+private:
+    AutoHidingMenuBar& m_bar;
+};
+
 AutoHidingMenuBar::AutoHidingMenuBar(QMainWindow& window) : QMenuBar(&window), m_window(window)
 {
     setAutoFillBackground(true);
+    m_later.setSingleShot(true);
+    m_later.setInterval(0);
+    connect(&m_later, &QTimer::timeout, this, &AutoHidingMenuBar::follow);
 }
 
 void AutoHidingMenuBar::setAutoHiding(bool hides)
@@ -25,10 +49,7 @@ void AutoHidingMenuBar::setAutoHiding(bool hides)
         return;
     m_hides = hides;
     m_revealed = false;
-    if (hides)
-        qApp->installEventFilter(this);
-    else
-        qApp->removeEventFilter(this);
+    delete std::exchange(m_watch, hides ? new Watch(*this) : nullptr);
     updateGeometry();
     Q_EMIT revealedChanged(isRevealed());
     follow();
@@ -49,8 +70,7 @@ int AutoHidingMenuBar::heightForWidth(int width) const
     return m_hides ? 0 : QMenuBar::heightForWidth(width);
 }
 
-/// Of the whole program, since what is below the pointer hears of it first.
-bool AutoHidingMenuBar::eventFilter(QObject* watched, QEvent* event)
+void AutoHidingMenuBar::noteEvent(const QObject* watched, QEvent* event)
 {
     switch (event->type()) {
     case QEvent::MouseMove:
@@ -60,7 +80,7 @@ bool AutoHidingMenuBar::eventFilter(QObject* watched, QEvent* event)
     case QEvent::Leave:
         if (watched == m_window.windowHandle())
             m_pointer.reset();
-        follow();
+        m_later.start();
         break;
     case QEvent::FocusIn:
     case QEvent::FocusOut:
@@ -68,12 +88,12 @@ bool AutoHidingMenuBar::eventFilter(QObject* watched, QEvent* event)
     case QEvent::WindowDeactivate:
     case QEvent::Show:
     case QEvent::Hide:
-        follow();
+        // It is not known yet what comes of it.
+        m_later.start();
         break;
     default:
         break;
     }
-    return QMenuBar::eventFilter(watched, event);
 }
 
 bool AutoHidingMenuBar::event(QEvent* event)

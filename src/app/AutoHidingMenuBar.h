@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMenuBar>
+#include <QTimer>
 #include <optional>
 
 class QMainWindow;
@@ -31,15 +32,19 @@ Q_SIGNALS:
     void revealedChanged(bool revealed);
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     bool event(QEvent* event) override;
 
 private:
+    class Watch;
+
+    void noteEvent(const QObject* watched, QEvent* event);
     bool isNeeded() const;
     void follow();
     void place();
 
     QMainWindow& m_window;
+    Watch* m_watch = nullptr; ///< while it hides
+    QTimer m_later;
     bool m_hides = false;
     bool m_revealed = false;
     std::optional<QPoint> m_pointer; ///< on all screens; none while it is in no window

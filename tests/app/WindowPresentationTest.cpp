@@ -6,6 +6,7 @@
 #include "document/Document.h"
 #include "view/TextViewWidget.h"
 
+#include <QApplication>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QTest>
@@ -84,9 +85,22 @@ TEST_F(WindowPresentationTest, BarHidesInFullScreenAndComesBackAtTheEdge)
 
     // The keyboard brings it too, and its commands work without it.
     menuBar(window).setFocus();
+    QCoreApplication::processEvents();
     EXPECT_TRUE(menuBar(window).isRevealed());
     window.view().setFocus();
+    QCoreApplication::processEvents();
     EXPECT_FALSE(menuBar(window).isRevealed());
+    QTest::keyPress(window.windowHandle(), Qt::Key_Alt);
+    QTest::keyClick(window.windowHandle(), Qt::Key_V, Qt::AltModifier);
+    QTest::keyRelease(window.windowHandle(), Qt::Key_Alt);
+    QWidget* menu = QApplication::activePopupWidget();
+    ASSERT_TRUE(menu);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(menuBar(window).isRevealed());
+    QTest::keyClick(menu, Qt::Key_Escape);
+    if (menuBar(window).hasFocus())
+        QTest::keyClick(&menuBar(window), Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !menuBar(window).isRevealed(); }));
     press(window, {QStringLiteral("'ab'"), QStringLiteral("Ctrl+Z")});
     EXPECT_EQ(textOf(window), QString());
 
