@@ -86,9 +86,7 @@ int Application::run(const StartOptions& line, int listeningSocket)
         else if (m_controller.windows().empty() && !windows.isRestoring())
             m_controller.newDocument();
     };
-    // A text that is brought back is not to be opened as its file says, too.
-    QObject::connect(&windows, &WindowRestoration::textsRestored, qApp,
-                     [&] { recovery.recoverAll(openTargets); });
+    QObject::connect(&windows, &WindowRestoration::textsRestored, qApp, openTargets);
     QObject::connect(&windows, &WindowRestoration::restored, qApp, [&] {
         if (!opened && line.targets.empty())
             m_controller.newDocument();

@@ -28,7 +28,8 @@ Recovery::Recovery(DocumentController& controller, const DocumentEnvironment& en
     : m_controller(controller), m_environment(environment)
 {}
 
-void Recovery::recover(const QString& id, const std::function<void(DocumentWindow*)>& then)
+void Recovery::recover(const QString& id, const std::function<void(DocumentWindow*)>& then,
+                       bool isExpected)
 {
     m_asked.insert(id);
     runInBackground(
@@ -36,7 +37,9 @@ void Recovery::recover(const QString& id, const std::function<void(DocumentWindo
         [id, &environment = m_environment] {
             return recoverJournal(environment.fileOps, environment.recovery, id);
         },
-        [this, id, then](const RecoveredDocument& recovered) { open(id, recovered, then); });
+        [this, id, then, isExpected](const RecoveredDocument& recovered) {
+            open(id, recovered, then, isExpected);
+        });
 }
 
 void Recovery::recoverAll(const std::function<void()>& then)
@@ -64,14 +67,18 @@ void Recovery::recoverAll(const std::function<void()>& then)
 }
 
 void Recovery::open(const QString& id, const RecoveredDocument& recovered,
-                    const std::function<void(DocumentWindow*)>& then)
+                    const std::function<void(DocumentWindow*)>& then, bool isExpected)
 {
+    using File = RecoveredDocument::File;
     DocumentWindow* window = nullptr;
     if (recovered.state != State::Nothing) {
         window = &show(recovered);
         if (recovered.state == State::Text)
             window->journal().adopt(id, std::move(*recovered.journal), recovered.end);
-        showRecoveryMessage(*window, recovered, id);
+        const bool isAsLeft = recovered.state == State::Text && !recovered.isCut &&
+                              recovered.file != File::Changed && recovered.file != File::Gone;
+        if (!isExpected || !isAsLeft)
+            showRecoveryMessage(*window, recovered, id);
     }
     if (then)
         then(window);

@@ -25,14 +25,16 @@ public:
     /// Opens a window with the text of the journal \a id and calls \a then; with null where the
     /// journal is not there, belongs to a program that runs, or holds nothing that its file does
     /// not hold too.
-    void recover(const QString& id, const std::function<void(DocumentWindow*)>& then = {});
+    /// \a isExpected: the user knows of the text, and the window says only what is unexpected.
+    void recover(const QString& id, const std::function<void(DocumentWindow*)>& then = {},
+                 bool isExpected = false);
     /// The same for all that nobody has asked for by its id; \a then is called when their windows
     /// are there.
     void recoverAll(const std::function<void()>& then = {});
 
 private:
     void open(const QString& id, const RecoveredDocument& recovered,
-              const std::function<void(DocumentWindow*)>& then);
+              const std::function<void(DocumentWindow*)>& then, bool isExpected);
     DocumentWindow& show(const RecoveredDocument& recovered);
     void openRecord(const RecoveryRecord& record, const RecoveredDocument& recovered);
 

@@ -54,7 +54,7 @@ WindowRestoration::~WindowRestoration()
 void WindowRestoration::start(bool behind)
 {
     if (!m_file.claim()) {
-        tellTextsRestored();
+        recoverRest();
         return;
     }
     m_behind = behind;
@@ -62,14 +62,16 @@ void WindowRestoration::start(bool behind)
         const std::vector<SavedWindow> windows = m_file.read();
         m_pending.assign(windows.begin(), windows.end());
         // Each opens behind the one in front, and before those that opened earlier.
-        if (!m_pending.empty())
+        if (!m_pending.empty()) {
+            m_front = m_pending.front();
             std::reverse(m_pending.begin() + 1, m_pending.end());
+        }
     }
     m_recorder = std::make_unique<SessionRecorder>(m_controller);
     connect(m_recorder.get(), &SessionRecorder::changed, this, &WindowRestoration::record);
     m_isRestoring = !m_pending.empty();
     if (!m_isRestoring) {
-        tellTextsRestored();
+        recoverRest();
         return;
     }
     connect(&m_controller, &DocumentController::windowMade, this, &WindowRestoration::place);
@@ -85,36 +87,62 @@ void WindowRestoration::openNext()
         return;
     m_opening.reset();
     m_isAsked = false;
-    if (std::all_of(m_pending.begin(), m_pending.end(),
-                    [](const SavedWindow& saved) { return saved.journal.isEmpty(); }))
-        tellTextsRestored();
+    // A text that is brought back is not to be opened as its file says, too.
+    auto next = std::find_if(m_pending.begin(), m_pending.end(), [this](const SavedWindow& saved) {
+        return m_recovery && !saved.journal.isEmpty();
+    });
+    if (next == m_pending.end() && m_hasTexts) {
+        recoverRest();
+        return;
+    }
     if (m_pending.empty()) {
         finishRestoring();
         return;
     }
-    m_opening = std::move(m_pending.front());
-    m_pending.pop_front();
+    if (next == m_pending.end())
+        next = m_pending.begin();
+    m_opening = std::move(*next);
+    m_pending.erase(next);
     if (m_recovery && !m_opening->journal.isEmpty())
         recoverText(*m_opening);
     else
         openFile(*m_opening);
 }
 
-void WindowRestoration::tellTextsRestored()
+/// The texts that no window of the last session is known to have had.
+void WindowRestoration::recoverRest()
 {
-    if (std::exchange(m_hasTexts, false))
+    m_hasTexts = false;
+    m_isRecovering = true;
+    const auto goOn = [this] {
+        m_isRecovering = false;
         Q_EMIT textsRestored();
+        openNext();
+    };
+    if (m_recovery)
+        m_recovery->recoverAll(goOn);
+    else
+        goOn();
 }
 
 void WindowRestoration::recoverText(const SavedWindow& saved)
 {
     m_isRecovering = true;
-    m_recovery->recover(saved.journal, [this](DocumentWindow* window) {
-        m_isRecovering = false;
-        // There may have been nothing to recover, as after a save.
-        if (!window && m_isRestoring && m_opening)
-            openFile(*m_opening);
-    });
+    m_recovery->recover(
+        saved.journal,
+        [this](DocumentWindow* window) {
+            m_isRecovering = false;
+            // Its window has gone on by itself.
+            if (!m_isRestoring || !m_opening)
+                return;
+            if (!window) {
+                // It was saved since; there may be another one.
+                m_opening->journal.clear();
+                m_pending.push_front(*m_opening);
+            }
+            openNext();
+        },
+        saved.wasLeft);
 }
 
 void WindowRestoration::openFile(const SavedWindow& saved)
@@ -145,7 +173,9 @@ void WindowRestoration::place(DocumentWindow* window)
     const QString path = window->document().path();
     const bool isNext = m_opening && m_opening->path == path && (!path.isEmpty() || m_isRecovering);
     SavedWindow saved;
+    bool isFront = false;
     if (isNext) {
+        isFront = m_opening->path == m_front.path && m_opening->frame == m_front.frame;
         saved = *m_opening;
     } else {
         const auto found = std::find_if(m_pending.begin(), m_pending.end(),
@@ -155,7 +185,7 @@ void WindowRestoration::place(DocumentWindow* window)
         saved = *found;
         m_pending.erase(found);
     }
-    placeWindow(*window, saved, !isNext || (m_isFirst && !m_behind));
+    placeWindow(*window, saved, !isNext || (isFront && !m_behind));
     m_placed.insert(window, saved);
 }
 
@@ -179,7 +209,12 @@ void WindowRestoration::show(DocumentWindow* window)
             active->raise();
     });
     m_recorder->note(*window, saved);
-    showPlace(*window, saved);
+    // A text that is recovered is not all there yet.
+    if (m_isRecovering)
+        QMetaObject::invokeMethod(
+            window, [window, saved] { showPlace(*window, saved); }, Qt::QueuedConnection);
+    else
+        showPlace(*window, saved);
     if (!m_opening || m_opening->path != saved.path)
         return;
     m_opening.reset();
@@ -225,9 +260,12 @@ bool WindowRestoration::keepsWindows() const
     return m_file.isClaimed() && m_environment.defaults.value(keys::restoresWindows);
 }
 
-std::vector<SavedWindow> WindowRestoration::session() const
+/// With \a isLast the program ends as it should.
+std::vector<SavedWindow> WindowRestoration::session(bool isLast) const
 {
     std::vector<SavedWindow> windows = m_recorder->session(m_exception);
+    for (SavedWindow& window : windows)
+        window.wasLeft = isLast;
     if (m_opening)
         windows.push_back(*m_opening);
     windows.insert(windows.end(), m_pending.rbegin(), m_pending.rend());
@@ -239,7 +277,7 @@ void WindowRestoration::record()
     if (m_isRestoring || m_isQuitting)
         return;
     if (keepsWindows())
-        m_file.write(session());
+        m_file.write(session(false));
     else
         m_file.remove();
 }
@@ -247,7 +285,7 @@ void WindowRestoration::record()
 void WindowRestoration::save()
 {
     const std::vector<SavedWindow> windows =
-        keepsWindows() ? session() : std::vector<SavedWindow>();
+        keepsWindows() ? session(true) : std::vector<SavedWindow>();
     if (windows.empty())
         m_file.remove();
     else
@@ -310,7 +348,7 @@ void WindowRestoration::quitStep()
             m_controller.settle();
         },
         Qt::SingleShotConnection);
-    m_file.write(session());
+    m_file.write(session(true));
 }
 
 } // namespace quillory

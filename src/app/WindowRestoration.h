@@ -40,8 +40,9 @@ public:
     /// What brings back texts that are not saved; without it only files are opened.
     void setRecovery(Recovery& recovery) { m_recovery = &recovery; }
 
-    /// Begins to open the windows of the last session, the one in front first and then one a turn
-    /// of the event loop. With \a behind they stay behind what else is opened. Opens nothing where
+    /// Begins to open the windows of the last session, one a turn of the event loop: those with
+    /// texts that are not saved, and what else there is to recover, then the one in front and the
+    /// others. With \a behind they stay behind what else is opened. Opens nothing where
     /// another program that runs does it.
     void start(bool behind);
     bool isRestoring() const { return m_isRestoring; }
@@ -65,7 +66,7 @@ private:
     void openNext();
     void openFile(const SavedWindow& saved);
     void recoverText(const SavedWindow& saved);
-    void tellTextsRestored();
+    void recoverRest();
     bool isKept(DocumentWindow& window) const;
     void place(DocumentWindow* window);
     void show(DocumentWindow* window);
@@ -73,7 +74,7 @@ private:
     void finishRestoring();
     void tellMissing();
     void record();
-    std::vector<SavedWindow> session() const;
+    std::vector<SavedWindow> session(bool isLast) const;
     void quitStep();
 
     DocumentController& m_controller;
@@ -84,6 +85,7 @@ private:
     Exception m_exception;
     Recovery* m_recovery = nullptr;
     std::deque<SavedWindow> m_pending;
+    SavedWindow m_front; ///< comes to the front when it is there
     std::optional<SavedWindow> m_opening;
     bool m_isAsked = false;                       ///< for that, the controller was
     QHash<DocumentWindow*, SavedWindow> m_placed; ///< made and not yet shown

@@ -26,6 +26,7 @@ void forEachField(Window& window, Visit&& visit)
 {
     visit("path", window.path);
     visit("journal", window.journal);
+    visit("left", window.wasLeft);
     visit("fileModified", window.fileModified);
     visit("screen", window.screen);
     visit("maximised", window.isMaximised);

@@ -13,8 +13,9 @@ namespace quillory {
 /// What brings a document's window back as it was.
 struct SavedWindow
 {
-    QString path;    ///< of the file; empty for a document without one
-    QString journal; ///< of its edits, by EditJournal::id(); empty for none
+    QString path;         ///< of the file; empty for a document without one
+    QString journal;      ///< of its edits, by EditJournal::id(); empty for none
+    bool wasLeft = false; ///< the journal, by a program that ended as it should
     /// When the file was last changed as far as the document knew, in nanoseconds since 1970; 0 for
     /// no file.
     qint64 fileModified = 0;

@@ -3,6 +3,7 @@
 #include "../view/EventLoopWatchdog.h"
 
 #include "app/LoadFlow.h"
+#include "app/Recovery.h"
 #include "app/ViewAppearance.h"
 #include "app/WindowPresentation.h"
 #include "app/WindowRestoration.h"
@@ -36,8 +37,11 @@ protected:
     {
         explicit Program(WindowRestorationTest& test)
             : controller(test.environment, test.questions, test.state),
+              recovery(controller, test.environment),
               restoration(controller, test.environment, test.questions)
-        {}
+        {
+            restoration.setRecovery(recovery);
+        }
 
         void start(bool behind = false)
         {
@@ -64,6 +68,7 @@ protected:
         }
 
         DocumentController controller;
+        Recovery recovery;
         WindowRestoration restoration;
     };
 
@@ -217,6 +222,41 @@ TEST_F(WindowRestorationTest, QuittingAsksForWhatWouldBeLost)
     EXPECT_FALSE(program.quit());
     EXPECT_EQ(questions.asked, QStringList(QStringLiteral("save b.txt")));
     EXPECT_EQ(program.controller.windows().size(), 2U);
+}
+
+TEST_F(WindowRestorationTest, TextsThatAreNotSavedComeBackWithoutAQuestion)
+{
+    const QString a = write("a.txt", "a\n");
+    const QString b = write("b.txt", "b\n");
+    {
+        Program program(*this);
+        program.start();
+        press(program.open(a), {QStringLiteral("'more '")});
+        program.open(b);
+        DocumentWindow& untitled = *program.controller.newDocument();
+        untitled.setGeometry(200, 100, 500, 300);
+        press(untitled, {QStringLiteral("'a note'")});
+        ASSERT_TRUE(program.quit());
+    }
+    EXPECT_TRUE(questions.asked.isEmpty());
+    EXPECT_EQ(bytesOf(a), "a\n");
+
+    Program program(*this);
+    program.start();
+    ASSERT_EQ(program.controller.windows().size(), 3U);
+    DocumentWindow& named = *program.controller.windowShowing(a);
+    EXPECT_EQ(textOf(named), u"more a\n");
+    EXPECT_TRUE(named.document().isDocumentEdited());
+    EXPECT_EQ(named.document().textView().primarySelection(), Selection::caret(5));
+    const auto& windows = program.controller.windows();
+    const auto untitled = std::find_if(windows.begin(), windows.end(), [](DocumentWindow* window) {
+        return window->document().path().isEmpty();
+    });
+    ASSERT_NE(untitled, windows.end());
+    EXPECT_EQ(textOf(**untitled), u"a note");
+    EXPECT_EQ((*untitled)->size(), QSize(500, 300));
+    // Nothing of it is news.
+    EXPECT_EQ(message(named, MessageArea::Subject::Recovery), QString());
 }
 
 TEST_F(WindowRestorationTest, WhatIsClosedOrSwitchedOffDoesNotComeBack)

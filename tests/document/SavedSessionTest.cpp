@@ -24,7 +24,8 @@ SavedWindow fullWindow()
     window.fileModified = 1'700'000'000'123'456'789;
     window.frame = {-20, 30, 640, 480};
     window.screen = QStringLiteral("DP-1");
-    window.isMaximised = window.isFullScreen = window.isMinimised = window.isFloating = true;
+    window.wasLeft = window.isMaximised = window.isFullScreen = window.isMinimised =
+        window.isFloating = true;
     window.hidesLineNumbers = window.hidesStatusLine = true;
     window.zoom = -2;
     window.selections = {{3, 1}, {7, 9}};

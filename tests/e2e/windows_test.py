@@ -73,6 +73,21 @@ def main(program):
         opened(3)
         equal(windows(), arranged, "the windows after a kill")
 
+        # So do texts that are not saved, with their windows, once each.
+        desktop.keys("y")
+        time.sleep(WRITTEN)
+        running.send_signal(signal.SIGKILL)
+        running.wait()
+        running = desktop.start(program)
+        opened(3)
+        equal(sorted(place for _, *place in windows()), sorted(place for _, *place in arranged),
+              "the windows with edits")
+        equal(files[1].read_text().count("y"), 0, "what is not saved")
+        until(lambda: "b.txt" in desktop.active_title(), "the one that was in front")
+        desktop.keys("ctrl+s")
+        until(lambda: files[1].read_text().endswith("xy"), "the edit was brought back")
+        time.sleep(WRITTEN)
+
         # A file that is asked for comes to the front.
         desktop.keys("ctrl+q")
         until(lambda: running.poll() is not None, "the program ends")
