@@ -31,6 +31,14 @@ bool isReadableFile(const QString& path)
     return info.isFile() && info.isReadable();
 }
 
+/// What is not saved stays in the journal.
+void closeKeeping(DocumentWindow& window)
+{
+    if (window.document().isDocumentEdited())
+        window.journal().leave();
+    window.closeWithoutQuestions();
+}
+
 } // namespace
 
 WindowRestoration::WindowRestoration(DocumentController& controller,
@@ -193,7 +201,7 @@ void WindowRestoration::show(DocumentWindow* window)
 {
     if (m_isQuitting) {
         QMetaObject::invokeMethod(
-            window, [window] { window->closeWithoutQuestions(); }, Qt::QueuedConnection);
+            window, [window] { closeKeeping(*window); }, Qt::QueuedConnection);
         return;
     }
     const auto placed = m_placed.find(window);
@@ -340,10 +348,7 @@ void WindowRestoration::quitStep()
         &m_file, &SessionFile::written, this,
         [this] {
             for (DocumentWindow* window : std::vector(m_controller.windows())) {
-                // Something may have been typed since.
-                if (window->document().isDocumentEdited())
-                    window->journal().leave();
-                window->closeWithoutQuestions();
+                closeKeeping(*window);
             }
             m_controller.settle();
         },
