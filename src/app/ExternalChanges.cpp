@@ -1,6 +1,7 @@
 #include "app/ExternalChanges.h"
 
 #include "app/DocumentWindow.h"
+#include "app/FileComparison.h"
 #include "app/LoadFlow.h"
 #include "app/MessageArea.h"
 #include "app/RereadFlow.h"
@@ -79,16 +80,23 @@ void ExternalChanges::followName(const QString& path)
 
 void ExternalChanges::tellChanged()
 {
+    const auto reload = [this] { m_window.rereading().reload(); };
+    const auto keepMine = [this] {
+        m_window.document().acceptFileOnDisk();
+        m_window.messages().clear(Subject::FileOnDisk);
+    };
+    const auto compare = [=, this] {
+        compareWithFile(
+            m_window,
+            {{tr("&Reload"), tr("Take the file’s text and drop the changes here"), reload},
+             {tr("&Keep Mine"), tr("Save over the file the next time"), keepMine}});
+    };
     m_window.messages().show(
         Subject::FileOnDisk,
         {Message::Kind::Warning,
          tr("Another program changed “%1”. The text here has changes that are not in the file.")
              .arg(m_window.document().displayName()),
-         {{tr("&Reload"), [this] { m_window.rereading().reload(); }},
-          {tr("&Keep Mine"), [this] {
-               m_window.document().acceptFileOnDisk();
-               m_window.messages().clear(Subject::FileOnDisk);
-           }}}});
+         {{tr("&Reload"), reload}, {tr("&Compare"), compare}, {tr("&Keep Mine"), keepMine}}});
 }
 
 void ExternalChanges::tellGone()

@@ -101,12 +101,17 @@ void Overlay::removeBackground(TextRange range)
     });
 }
 
+void Overlay::setLineBands(const std::vector<LineBand>& bands)
+{
+    if (bands == m_lineBands)
+        return;
+    m_lineBands = bands;
+    Q_EMIT lineBandChanged();
+}
+
 void Overlay::setLineBand(const std::optional<LineBand>& band)
 {
-    if (band == m_lineBand)
-        return;
-    m_lineBand = band;
-    Q_EMIT lineBandChanged();
+    setLineBands(band ? std::vector{*band} : std::vector<LineBand>());
 }
 
 OverlayAttributes Overlay::attributesAt(TextOffset offset) const
@@ -165,8 +170,8 @@ void Overlay::textChanged(const TextChange& change)
     m_textLength += change.insertedLength - replaced.length;
     appendBefore({{replaced.location, change.insertedLength}, inside});
     joinAtGap();
-    if (m_lineBand)
-        m_lineBand->range = mapped(m_lineBand->range, change);
+    for (LineBand& band : m_lineBands)
+        band.range = mapped(band.range, change);
 }
 
 template<class Change>

@@ -69,8 +69,15 @@ public:
     /// by changed(), once; where it makes none, nothing happens.
     void setForegrounds(TextRange range, std::span<const OverlayRun> runs);
 
-    const std::optional<LineBand>& lineBand() const { return m_lineBand; }
-    /// None takes the band away. Costs the same however long the range is.
+    /// In order and apart.
+    const std::vector<LineBand>& lineBands() const { return m_lineBands; }
+    /// A few of them: all are looked at for every row that is painted.
+    void setLineBands(const std::vector<LineBand>& bands);
+    std::optional<LineBand> lineBand() const
+    {
+        return m_lineBands.empty() ? std::nullopt : std::optional(m_lineBands.front());
+    }
+    /// The only one. None takes it away. Costs the same however long the range is.
     void setLineBand(const std::optional<LineBand>& band);
 
     OverlayAttributes attributesAt(TextOffset offset) const;
@@ -80,7 +87,7 @@ public:
     bool isEmpty() const { return m_before.empty() && m_after.empty(); }
     size_t runCount() const { return m_before.size() + m_after.size(); }
 
-    /// Moves the runs and the band as the text moved. Characters put inside a run, or in the place
+    /// Moves the runs and the bands as the text moved. Characters put inside a run, or in the place
     /// of characters that one run covers, take its attributes; all others have none.
     void textChanged(const TextChange& change);
 
@@ -90,7 +97,7 @@ public:
 Q_SIGNALS:
     /// Attributes within \a range changed.
     void changed(quillory::TextRange range);
-    /// The band lies elsewhere, but for an edit, or looks different.
+    /// The bands lie elsewhere, but for an edit, or look different.
     void lineBandChanged();
 
 private:
@@ -110,7 +117,7 @@ private:
     mutable std::vector<OverlayRun> m_after;  ///< descending; location holds the distance of the
                                               ///< run's start from the text's end
     TextOffset m_textLength = 0;
-    std::optional<LineBand> m_lineBand;
+    std::vector<LineBand> m_lineBands;
 };
 
 } // namespace quillory

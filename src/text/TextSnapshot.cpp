@@ -283,15 +283,21 @@ bool TextSnapshot::operator==(const TextSnapshot& other) const
 TextOffset commonPrefixLength(const TextSnapshot& a, const TextSnapshot& b)
 {
     const TextOffset length = std::min(a.length(), b.length());
-    if (a.isSameTree(b))
-        return length;
+    return a.isSameTree(b) ? length : commonLength(a, 0, b, 0, length);
+}
+
+TextOffset commonLength(const TextSnapshot& a, TextOffset from, const TextSnapshot& b,
+                        TextOffset other, TextOffset length)
+{
     TextPieces ours(a.root().data());
     TextPieces others(b.root().data());
-    for (TextOffset offset = 0; offset < length;) {
-        const TextPiece mine = ours.at(offset);
-        const TextPiece theirs = others.at(offset);
-        const TextOffset end =
-            std::min(mine.location + mine.length(), theirs.location + theirs.length());
+    for (TextOffset done = 0; done < length;) {
+        const TextPiece mine = ours.at(from + done);
+        const TextPiece theirs = others.at(other + done);
+        const TextOffset skipMine = from + done - mine.location;
+        const TextOffset skipTheirs = other + done - theirs.location;
+        const TextOffset next =
+            std::min({length - done, mine.length() - skipMine, theirs.length() - skipTheirs});
         const TextOffset same = std::visit(
             [](auto x, auto y) -> TextOffset {
                 if (x == y)
@@ -299,11 +305,10 @@ TextOffset commonPrefixLength(const TextSnapshot& a, const TextSnapshot& b)
                 const auto isSame = [](auto i, auto j) { return codeOf(i) == codeOf(j); };
                 return std::mismatch(x.begin(), x.end(), y.begin(), isSame).first - x.begin();
             },
-            trimmed(mine, offset - mine.location, end - offset).units,
-            trimmed(theirs, offset - theirs.location, end - offset).units);
-        offset += same;
-        if (offset < end)
-            return offset;
+            trimmed(mine, skipMine, next).units, trimmed(theirs, skipTheirs, next).units);
+        done += same;
+        if (same < next)
+            return done;
     }
     return length;
 }

@@ -100,6 +100,11 @@ struct TextEdit
 /// How many units \a a and \a b begin with in common.
 TextOffset commonPrefixLength(const TextSnapshot& a, const TextSnapshot& b);
 
+/// How many units are the same from \a from on in \a a and \a other on in \a b; at most \a length,
+/// which both have from there on.
+TextOffset commonLength(const TextSnapshot& a, TextOffset from, const TextSnapshot& b,
+                        TextOffset other, TextOffset length);
+
 /// \a piece without its first \a skipped units and with at most \a length units left.
 TextPiece trimmed(const TextPiece& piece, TextOffset skipped, TextOffset length);
 

@@ -5,33 +5,40 @@
 
 namespace quillory {
 
-/// The lines of a text that the band of an overlay lies behind.
+/// The lines of a text that the bands of an overlay lie behind.
 class BandedLines
 {
 public:
     BandedLines() = default;
 
-    BandedLines(const TextSnapshot& text, const std::optional<LineBand>& band)
+    BandedLines(const TextSnapshot& text, const std::vector<LineBand>& bands)
     {
-        if (!band)
-            return;
-        const TextRange range = band->range.clampedTo(text.length());
-        m_first = text.lineAt(range.location);
-        m_last = range.isEmpty() ? m_first : text.lineAt(range.end() - 1);
-        m_colour = band->colour;
+        for (const LineBand& band : bands) {
+            const TextRange range = band.range.clampedTo(text.length());
+            const LineIndex first = text.lineAt(range.location);
+            const LineIndex last = range.isEmpty() ? first : text.lineAt(range.end() - 1);
+            m_stretches.push_back({first, last, band.colour});
+        }
     }
 
-    /// Of the band behind \a line; none where it does not lie.
+    /// Of the band behind \a line; none where none lies.
     std::optional<Colour> colourOf(LineIndex line) const
     {
-        const bool isBefore = line.value() < m_first.value();
-        return isBefore || line.value() > m_last.value() ? std::nullopt : m_colour;
+        for (const Stretch& stretch : m_stretches) {
+            if (line >= stretch.first && line <= stretch.last)
+                return stretch.colour;
+        }
+        return std::nullopt;
     }
 
 private:
-    LineIndex m_first;
-    LineIndex m_last;
-    std::optional<Colour> m_colour;
+    struct Stretch
+    {
+        LineIndex first;
+        LineIndex last;
+        Colour colour;
+    };
+    std::vector<Stretch> m_stretches;
 };
 
 } // namespace quillory

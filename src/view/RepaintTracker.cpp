@@ -96,7 +96,7 @@ std::vector<RepaintTracker::Shown> RepaintTracker::shownBy(TextViewport& viewpor
                                                            const Overlay& overlay)
 {
     std::vector<Shown> result;
-    const BandedLines banded(viewport.geometry().text(), overlay.lineBand());
+    const BandedLines banded(viewport.geometry().text(), overlay.lineBands());
     auto next = selections.begin();
     const TextOffset top = viewport.rows().front().row.range.location;
     next = std::partition_point(next, selections.end(),

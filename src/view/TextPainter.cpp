@@ -41,7 +41,7 @@ std::span<const Selection> TextPainter::selectionsTouching(TextRange range) cons
 void TextPainter::paint(const QRect& area)
 {
     m_area = area;
-    m_banded = {m_geometry.text(), m_look.overlay.lineBand()};
+    m_banded = {m_geometry.text(), m_look.overlay.lineBands()};
     m_painter.fillRect(area, m_look.colours.background);
     const int height = m_geometry.font().rowHeight();
     // Tall accents reach into the row above, so a row more is painted on either side, clipped.
