@@ -39,8 +39,9 @@ Application::Application()
     : m_folders(ApplicationFolders::fromEnvironment(QProcessEnvironment::systemEnvironment(),
                                                     QCoreApplication::applicationDirPath())),
       m_defaults(m_folders.defaultsFile()), m_recovery(m_fileOps, m_folders.recoveryFolder()),
+      m_versions(m_fileOps, m_folders.versionsFolder()),
       m_state(m_folders.state + QStringLiteral("/Windows.conf"), QSettings::IniFormat),
-      m_environment{m_folders, m_defaults, m_notifications, m_fileOps, m_recovery},
+      m_environment{m_folders, m_defaults, m_notifications, m_fileOps, m_recovery, &m_versions},
       m_controller(m_environment, m_questions, m_state)
 {
     initialiseResources();

@@ -6,6 +6,7 @@
 #include "document/DocumentEnvironment.h"
 #include "document/RecoveryStore.h"
 #include "document/SystemFileOps.h"
+#include "document/VersionStore.h"
 #include "foundation/ApplicationFolders.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/UserDefaults.h"
@@ -30,6 +31,7 @@ private:
     NotificationCenter m_notifications;
     SystemFileOps m_fileOps;
     RecoveryStore m_recovery;
+    VersionStore m_versions;
     QSettings m_state;
     DocumentEnvironment m_environment;
     DialogQuestions m_questions;

@@ -17,11 +17,12 @@ ComparisonLink::ComparisonLink(QWidget* parent) : QWidget(parent)
     setFixedWidth(breadth);
 }
 
-void ComparisonLink::setBands(const std::vector<Band>& bands, const QColor& background)
+void ComparisonLink::setBands(const std::vector<Band>& bands, int top, const QColor& background)
 {
-    if (bands == m_bands && background == m_background)
+    if (bands == m_bands && top == m_top && background == m_background)
         return;
     m_bands = bands;
+    m_top = top;
     m_background = background;
     update();
 }
@@ -29,6 +30,7 @@ void ComparisonLink::setBands(const std::vector<Band>& bands, const QColor& back
 void ComparisonLink::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
+    painter.setClipRect(rect().adjusted(0, m_top, 0, 0));
     painter.fillRect(rect(), m_background);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);

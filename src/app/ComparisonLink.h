@@ -25,13 +25,15 @@ public:
         QColor colour;
         bool operator==(const Band&) const = default;
     };
-    void setBands(const std::vector<Band>& bands, const QColor& background);
+    /// \a top: where the texts begin.
+    void setBands(const std::vector<Band>& bands, int top, const QColor& background);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
     std::vector<Band> m_bands;
+    int m_top = 0;
     QColor m_background;
 };
 

@@ -61,6 +61,9 @@ ComparisonWindow* ComparisonWindow::compare(DocumentWindow& window, const QStrin
 {
     auto* comparison = new ComparisonWindow(window, leftTitle, left, rightTitle, right, choices);
     comparison->setAttribute(Qt::WA_DeleteOnClose);
+    for (const QKeySequence& key :
+         {QKeySequence(Qt::Key_Escape), QKeySequence(Qt::CTRL | Qt::Key_W)})
+        connect(new QShortcut(key, comparison), &QShortcut::activated, comparison, &QWidget::close);
     comparison->show();
     comparison->activateWindow();
     return comparison;
@@ -78,6 +81,10 @@ ComparisonWindow::ComparisonWindow(DocumentWindow& window, const QString& leftTi
 {
     setWindowTitle(tr("Compare — %1").arg(window.document().displayName()));
     resize(firstSize.boundedTo(screen()->availableSize() * 0.9));
+    connect(&window, &DocumentWindow::closed, this, [this] {
+        *m_cancelled = true;
+        this->window()->hide();
+    });
     connect(&window, &QObject::destroyed, this, [this] { delete this; });
     build(choices);
     const auto follows = [this](ComparisonSide* leader, ComparisonSide* follower) {
@@ -147,10 +154,6 @@ void ComparisonWindow::build(const std::vector<Choice>& choices)
     layout->setSpacing(0);
     layout->addLayout(texts, 1);
     layout->addLayout(bar);
-    for (const QKeySequence& key :
-         {QKeySequence(Qt::Key_Escape), QKeySequence(Qt::CTRL | Qt::Key_W)})
-        connect(new QShortcut(key, this), &QShortcut::activated, this,
-                [this] { window()->close(); });
     m_right->setFocus();
 }
 
@@ -172,6 +175,7 @@ void ComparisonWindow::take(LineDifferences differences)
 {
     m_marked.assign(differences.size(), false);
     m_differences = std::move(differences);
+    layout()->activate(); // small texts are compared before the window has its size
     const bool isUntouched = m_left->lineAt(0) <= 0 && m_right->lineAt(0) <= 0;
     if (isUntouched && !m_differences->empty())
         goTo(0);
@@ -208,6 +212,7 @@ void ComparisonWindow::goTo(int index)
         // As much as fits of the longer one, in the middle.
         const qsizetype shown = std::min<qsizetype>(most, height * 2 / 3 / row);
         side->scrollTo(double(lines.first.value()), int((height - shown * row) / 2));
+        side->scrollSideways(-int(side->view().textViewport().x()));
         side->editor().setSelectedRange({side->text().lineStart(lines.first), 0});
     }
     showOutcome();
@@ -283,7 +288,7 @@ void ComparisonWindow::showDifferences()
     }
     m_left->setBands(left);
     m_right->setBands(right);
-    m_link->setBands(bands, m_right->view().colours().background);
+    m_link->setBands(bands, above, m_right->view().colours().background);
 }
 
 void ComparisonWindow::markWithin(size_t index)

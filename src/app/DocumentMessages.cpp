@@ -74,6 +74,8 @@ std::vector<WayOut> waysOut(DocumentWindow& window, const SaveResult& result)
         return {reopenAs(window, tr("&Choose Encoding"))};
     case SaveProblem::None:
     case SaveProblem::Incomplete:
+    case SaveProblem::NoVersion:
+    case SaveProblem::NotQuiet:
         break;
     }
     return {};

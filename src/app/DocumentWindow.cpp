@@ -1,5 +1,6 @@
 #include "app/DocumentWindow.h"
 
+#include "app/Autosave.h"
 #include "app/ColourExport.h"
 #include "app/CommandActions.h"
 #include "app/DocumentController.h"
@@ -21,6 +22,7 @@
 #include "app/StatusLine.h"
 #include "app/TitleBarButtons.h"
 #include "app/UserQuestions.h"
+#include "app/VersionsFlow.h"
 #include "app/ViewAppearance.h"
 #include "app/WebPreview.h"
 #include "app/WindowPresentation.h"
@@ -183,6 +185,8 @@ void DocumentWindow::connectDocument()
     m_programs = std::make_unique<ProgramAids>(*this);
     new ExternalChanges(*this);
     watchJournal(*this);
+    m_autosave = new Autosave(*this);
+    m_versions = new VersionsFlow(*this);
     m_preview = std::make_unique<WebPreview>(*this);
 }
 
@@ -401,7 +405,7 @@ void DocumentWindow::closeAfterQuestions(const std::function<void(bool)>& then)
         return;
     }
     m_asking = true;
-    whenIdle([this, then] { askBeforeClosing(then); });
+    whenIdle([this, then] { saveOrAskBeforeClosing(then); });
 }
 
 void DocumentWindow::whenIdle(const std::function<void()>& then)
@@ -412,6 +416,11 @@ void DocumentWindow::whenIdle(const std::function<void()>& then)
             Qt::SingleShotConnection);
     else
         m_saving->whenIdle(then);
+}
+
+void DocumentWindow::saveOrAskBeforeClosing(const std::function<void(bool)>& then)
+{
+    m_autosave->saveBefore([this, then] { askBeforeClosing(then); });
 }
 
 void DocumentWindow::askBeforeClosing(const std::function<void(bool)>& then)

@@ -13,6 +13,7 @@
 namespace quillory {
 
 class Document;
+class Autosave;
 class ColourExport;
 class CommandActions;
 class DocumentController;
@@ -31,6 +32,7 @@ class StatusLine;
 class TextViewWidget;
 class TitleBarButtons;
 class UserQuestions;
+class VersionsFlow;
 class ViewAppearance;
 class WebPreview;
 class WindowPresentation;
@@ -71,6 +73,7 @@ public:
     PrintFlow& printing() const { return *m_printing; }
     SpellingAids& spelling() const { return *m_spelling; }
     ProgramAids& programs() const { return *m_programs; }
+    VersionsFlow& versions() const { return *m_versions; }
     WebPreview& preview() const { return *m_preview; }
     UserQuestions& questions() const { return m_services.questions; }
     CommandActions& actions() const { return *m_actions; }
@@ -127,6 +130,7 @@ private:
     void openFiles(const QStringList& paths);
     void checkEncoding();
     void whenIdle(const std::function<void()>& then);
+    void saveOrAskBeforeClosing(const std::function<void(bool)>& then);
     void askBeforeClosing(const std::function<void(bool)>& then);
 
     WindowServices m_services;
@@ -150,6 +154,8 @@ private:
     std::unique_ptr<ProgramAids> m_programs;
     std::unique_ptr<WebPreview> m_preview;
     std::unique_ptr<CommandActions> m_actions;
+    Autosave* m_autosave = nullptr;
+    VersionsFlow* m_versions = nullptr;
     bool m_painted = false;
     bool m_asking = false;   ///< a question before closing is open
     bool m_mayClose = false; ///< it was answered

@@ -29,7 +29,7 @@ ExternalChanges::ExternalChanges(DocumentWindow& window) : QObject(&window), m_w
             [this] { m_window.messages().clear(Subject::FileOnDisk); });
 
     connect(&window, &DocumentWindow::firstPainted, this, &ExternalChanges::watchFile);
-    connect(&window.saving(), &SaveFlow::saved, this, &ExternalChanges::watchFile);
+    connect(&window.saving(), &SaveFlow::written, this, &ExternalChanges::watchFile);
     connect(&window.saving(), &SaveFlow::failed, this, [this](const SaveResult& result) {
         // That message says the same, and more.
         if (result.problem == SaveProblem::ChangedByOther)

@@ -20,6 +20,7 @@ void registerFirstValues(const ApplicationFolders& folders, UserDefaults& defaul
     defaults.registerDefault(keys::highlight, true);
     defaults.registerDefault(keys::indentNewLinesBraces, true);
     defaults.registerDefault(keys::restoresWindows, true);
+    defaults.registerDefault(keys::autosaveInPlace, true);
     defaults.registerDefault(keys::prefsPrintNumbers, 1);
     defaults.registerDefault(keys::prefsPrintNumbersTag, pageOfPages);
     defaults.registerDefault(keys::lightTheme, QStringLiteral("Default"));

@@ -17,6 +17,7 @@
 #include "app/StatisticsPopover.h"
 #include "app/StatusLine.h"
 #include "app/TitleBarButtons.h"
+#include "app/VersionsFlow.h"
 #include "app/ViewAppearance.h"
 #include "app/WebPreview.h"
 #include "app/WindowPresentation.h"
@@ -176,6 +177,9 @@ constexpr MenuItem fileMenu[]{
     {.text = ENTRY("Re&vert to Saved"),
      .run = [](W& w) { w.rereading().revert(); },
      .isEnabled = hasFile},
+    {.text = ENTRY("Revert &To"),
+     .isEnabled = hasFile,
+     .fill = [](QMenu& menu, W& w) { w.versions().fillMenu(menu); }},
     {.text = ENTRY("Reopen with &Encoding"), .isEnabled = hasFile, .fill = fillReopen},
     separator,
     {.text = ENTRY("&Information"),

@@ -21,6 +21,7 @@ public:
         Recovery,
         Journal,
         Saving,
+        Autosaving, ///< and versions
         FileOnDisk,
         Encoding,
         LineBreaks,

@@ -60,6 +60,10 @@ constexpr PreferenceRow editing[]{
     {.label = PREFERENCE("Keep the spaces right when whole &words are cut and pasted"),
      .help = PREFERENCE("Words are whole when a double click selected them."),
      .flag = &keys::smartCopy},
+    {.heading = PREFERENCE("Saving:"),
+     .label = PREFERENCE("Save by itsel&f when typing pauses"),
+     .help = PREFERENCE("Documents that have a file. File > Revert To brings back what it held."),
+     .flag = &keys::autosaveInPlace},
 };
 
 constexpr PreferenceRow printing[]{

@@ -60,6 +60,11 @@ void SaveFlow::overwrite()
     save();
 }
 
+void SaveFlow::saveQuietly(bool keepsVersion, const std::function<void(const SaveResult&)>& then)
+{
+    enqueue({m_document.path(), m_document.type(), false, {}, then, keepsVersion});
+}
+
 void SaveFlow::askForPlace(const QString& title, bool isCopy, const Then& then)
 {
     const QString path = m_document.path();
@@ -100,12 +105,20 @@ void SaveFlow::runNext()
     const Request request = std::move(m_waiting.front());
     m_waiting.pop_front();
     m_running = true;
-    Q_EMIT savingChanged(true);
+    const bool isQuiet = bool(request.thenQuietly);
+    if (!isQuiet)
+        Q_EMIT savingChanged(true);
     SaveJob job = m_document.saveJob(request.path, request.type);
     if (request.isCopy)
         job.recoveryRecord.clear();
     else
         m_document.journal().noteSaving();
+    if (isQuiet) {
+        job.isAutomatic = true;
+        job.keepsText = false;
+        if (!request.keepsVersion)
+            job.versions = nullptr;
+    }
     runInBackground(
         this,
         [job, &environment = m_environment] {
@@ -119,7 +132,12 @@ void SaveFlow::finish(const Request& request, const SaveJob& job, const SaveResu
     m_running = false;
     if (!request.isCopy)
         m_document.finishSave(job, result);
-    if (!result.written)
+    const bool isQuiet = bool(request.thenQuietly);
+    if (result.written && !request.isCopy)
+        Q_EMIT written(result, isQuiet);
+    if (isQuiet)
+        request.thenQuietly(result);
+    else if (!result.written)
         Q_EMIT failed(result);
     else if (!request.isCopy)
         Q_EMIT saved(request.path);

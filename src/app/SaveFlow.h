@@ -35,6 +35,10 @@ public:
     /// Saves over what another program wrote into the file.
     void overwrite();
 
+    /// Saves without a word, neither question nor message nor sign; not where that would be needed.
+    /// \a keepsVersion has what the file holds kept first. \a then is told what came of it.
+    void saveQuietly(bool keepsVersion, const std::function<void(const SaveResult&)>& then);
+
     bool isSaving() const { return m_running; }
     /// Calls \a then at once, or when the last save that was asked for is over.
     void whenIdle(const std::function<void()>& then);
@@ -44,6 +48,8 @@ Q_SIGNALS:
     /// The document now stands on disk as \a path.
     void saved(const QString& path);
     void failed(const quillory::SaveResult& result);
+    /// Before saved(), and for saves without a word too: the file is as the text was.
+    void written(const quillory::SaveResult& result, bool isAutomatic);
 
 private:
     struct Request
@@ -52,6 +58,8 @@ private:
         QString type;
         bool isCopy = false;
         Then then;
+        std::function<void(const SaveResult&)> thenQuietly = {}; ///< makes it one without a word
+        bool keepsVersion = true;
     };
 
     void askForPlace(const QString& title, bool isCopy, const Then& then);

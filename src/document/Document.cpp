@@ -481,8 +481,13 @@ SaveJob Document::saveJob(const QString& path, const QString& ofType) const
     job.isUndecoded = m_undecoded;
     job.isIncomplete = m_loading;
     job.hasEncodingAttribute = m_hasEncodingAttribute && path == m_path;
-    if (path == m_path)
+    if (path == m_path) {
         job.expected = m_identity;
+        job.encodingOnDisk = m_savedForm.encoding;
+    }
+    if (!m_undo.isClean() || path != m_path || !hasFormOnDisk() || m_lineBreaks.isMixed() ||
+        !m_encodesBack)
+        job.versions = m_environment.versions; // else the same is written again
     job.recoveryRecord = m_recoveryRecord;
     return job;
 }

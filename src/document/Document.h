@@ -78,6 +78,8 @@ public:
     void setHasByteOrderMark(bool mark);
     /// The line breaks that the file had when it was read; all zero once it was saved.
     const LineBreakCounts& lineBreaksOnDisk() const { return m_lineBreaks; }
+    /// Neither the encoding nor the line breaks nor the mark of the file would become others.
+    bool hasFormOnDisk() const { return form() == m_savedForm; }
     /// False when writing the text as it is would not give the file's own bytes again.
     bool encodesBack() const { return m_encodesBack; }
 
@@ -193,7 +195,9 @@ public:
     /// The file was given another name.
     void followRename(const QString& path)
     {
-        followExtension(std::exchange(m_path, path));
+        const QString before = std::exchange(m_path, path);
+        followExtension(before);
+        Q_EMIT renamed(before, path);
         Q_EMIT recordChanged();
     }
     /// The text is in the recovery store, from where it goes once it is saved or given up.
@@ -216,6 +220,8 @@ Q_SIGNALS:
     void editedChanged();
     /// Something that the user has to be told in so many words.
     void alertRequested(const QString& title, const QString& message);
+    /// The file was given another name; not for a save.
+    void renamed(const QString& from, const QString& to);
     /// Encoding, line-break format, byte-order mark, path or definition changed.
     void recordChanged();
 

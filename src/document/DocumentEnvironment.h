@@ -6,6 +6,7 @@ class FileOps;
 class NotificationCenter;
 class RecoveryStore;
 class UserDefaults;
+class VersionStore;
 struct ApplicationFolders;
 
 /// What every document shares with the others. All of it outlives them.
@@ -16,6 +17,7 @@ struct DocumentEnvironment
     NotificationCenter& notifications;
     FileOps& fileOps;
     RecoveryStore& recovery;
+    VersionStore* versions = nullptr; ///< what files held; null where that is not kept
 };
 
 } // namespace quillory

@@ -171,17 +171,24 @@ bool takeFile(ReadResult& result, const FileBytes& file)
 
 ReadResult readDocument(const QString& path, const QString& type, const std::atomic_bool* cancelled)
 {
-    ReadResult result;
-    result.path = path;
-    result.type = type;
-    const bool isArchive = type == DocumentType::archive;
-    if (!isArchive && QFileInfo(path).isDir()) {
+    if (type != DocumentType::archive && QFileInfo(path).isDir()) {
+        ReadResult result;
+        result.path = path;
+        result.type = type;
         result.message = tr("“%1” is a folder. Choose a file inside it.").arg(fileName(result));
         return result;
     }
-    const FileBytes file = readFile(path, cancelled);
+    return readDocument(path, type, readFile(path, cancelled));
+}
+
+ReadResult readDocument(const QString& path, const QString& type, const FileBytes& file)
+{
+    const bool isArchive = type == DocumentType::archive;
     if (!isArchive && type != DocumentType::propertyList)
         return readText(path, file);
+    ReadResult result;
+    result.path = path;
+    result.type = type;
     result.record.isQuilloryDocument = isArchive;
     if (!takeFile(result, file))
         return result;

@@ -38,6 +38,9 @@ struct ReadResult
 ReadResult readDocument(const QString& path, const QString& type,
                         const std::atomic_bool* cancelled = nullptr);
 
+/// The same for what was read of \a path, or of something in its place.
+ReadResult readDocument(const QString& path, const QString& type, const FileBytes& file);
+
 /// The same for a text file of which \a file is what was read. \a known spares decoding.
 ReadResult readText(const QString& path, const FileBytes& file, const KnownText& known = {});
 

@@ -4,6 +4,7 @@
 #include "document/FileBytes.h"
 #include "document/RecoveryStore.h"
 #include "document/SafeFileWriter.h"
+#include "document/VersionStore.h"
 #include "foundation/KeyedArchive.h"
 #include "foundation/PropertyListReader.h"
 #include "foundation/XmlPropertyListWriter.h"
@@ -13,6 +14,7 @@
 #include "text/TextEncoder.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 
 namespace quillory {
@@ -179,9 +181,38 @@ private:
         write([bytes](const ByteSink& sink) { return sink(bytes); }, encoding);
     }
 
+    /// False, and the user told, when an automatic save must not go on.
+    bool mayWriteQuietly()
+    {
+        if (m_job.isAutomatic && (!m_ops.mayWrite(QFile::encodeName(m_job.path)) ||
+                                  SafeFileWriter::isWriteProtected(m_ops, m_job.path))) {
+            m_result.problem = SaveProblem::NotQuiet;
+            return false;
+        }
+        if (!m_job.versions)
+            return true;
+        const auto kept = m_job.versions->keep(m_job.path, m_job.encodingOnDisk);
+        m_result.versionDigest = *kept;
+        if (kept || !m_job.isAutomatic)
+            return true;
+        // A file that is gone, or changes all the time, is told of elsewhere; one that is too
+        // large for the store is saved by command only.
+        const bool isTold =
+            kept.error() == ENOENT || kept.error() == ECANCELED || kept.error() == EFBIG;
+        m_result.problem = isTold ? SaveProblem::NotQuiet : SaveProblem::NoVersion;
+        m_result.message =
+            tr("“%1” is not saved automatically any more, since what it held could not be kept in "
+               "“%2”: %3. Save it yourself, or make room there.")
+                .arg(fileName(), m_job.versions->folder(),
+                     FileError{kept.error(), FileStep::StoreRecovery, {}}.cause());
+        return false;
+    }
+
     /// \a encoding is that of the text in what \a source gives.
     void write(const ByteSource& source, StringEncoding encoding)
     {
+        if (!mayWriteQuietly())
+            return;
         SafeWriteRequest request;
         request.path = m_job.path;
         request.source = source;
@@ -214,7 +245,10 @@ private:
 
 SaveResult SaveJob::run(FileOps& ops, RecoveryStore& recovery) const
 {
-    return Save(*this, ops, recovery).run();
+    const SaveResult result = Save(*this, ops, recovery).run();
+    if (versions)
+        versions->prune(QDateTime::currentDateTimeUtc());
+    return result;
 }
 
 } // namespace quillory

@@ -11,6 +11,7 @@ namespace quillory {
 
 class FileOps;
 class RecoveryStore;
+class VersionStore;
 
 /// Why a save did not bring the text to the disk.
 enum class SaveProblem
@@ -22,6 +23,8 @@ enum class SaveProblem
     UnparsablePropertyList,
     NoEncoding, ///< the file's bytes were never decoded; writing would destroy them
     Incomplete, ///< the file is still being read
+    NoVersion,  ///< nobody asked for the save, and what the file held could not be kept first
+    NotQuiet,   ///< nobody asked for it, and the file is not there, or not meant to be written
 };
 
 /// What a save came to.
@@ -38,6 +41,7 @@ struct SaveResult
     TextOffset column = 0;
     std::optional<FileIdentity> identity; ///< of the file as written
     QString recoveryRecord; ///< the record in the recovery store that holds the text; may be empty
+    QByteArray versionDigest; ///< of what the file held before, if that is kept as a version
 };
 
 /// All that a save needs: made on the GUI thread in O(1), run on any.
@@ -56,6 +60,12 @@ struct SaveJob
     bool keepsText = true; ///< a save that fails leaves the text in the recovery store
     /// The record that an earlier, failed save left there.
     QString recoveryRecord;
+    /// Where what the file held is kept; null where it need not be.
+    VersionStore* versions = nullptr;
+    StringEncoding encodingOnDisk = StringEncoding::none; ///< of what the file holds, if known
+    /// Nobody asked for the save: it is not made where the user would have to be asked or told, nor
+    /// where what the file held cannot be kept, if it is to be.
+    bool isAutomatic = false;
 
     SaveResult run(FileOps& ops, RecoveryStore& recovery) const;
 };

@@ -113,7 +113,8 @@ FileStatus RecoveryStore::write(const QString& name, FileOps::Replacing replacin
     const auto summary = summaryOf(source);
     if (!summary)
         return FileStatus::failed(summary.error());
-    entry.time = QDateTime::currentDateTimeUtc();
+    if (!entry.time.isValid())
+        entry.time = QDateTime::currentDateTimeUtc();
     const QByteArray header = RecoveryHeader{entry, *summary}.encoded();
     const ByteSource whole = [&](const ByteSink& sink) { return sink(header) && source(sink); };
 
@@ -217,6 +218,7 @@ RecoveryRecord RecoveryStore::record(const QString& name)
         return record;
     record.entry = header->entry;
     record.size = ByteCount(header->bytes.size);
+    record.digest = header->bytes.digest;
     record.isDamaged = status->st_size != header->sizeOnDisk + header->bytes.size;
     return record;
 }

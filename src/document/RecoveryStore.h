@@ -20,7 +20,7 @@ struct RecoveryEntry
     QString path; ///< of the file that they belong to; empty for a document never saved
     StringEncoding encoding = StringEncoding::none;
     int lbFormat = 0; ///< see LineBreaks.h
-    QDateTime time;   ///< when they were stored, in UTC; set by the store
+    QDateTime time;   ///< of the bytes, in UTC; where none is given, when they were stored
 };
 
 /// One file of the store.
@@ -34,6 +34,7 @@ struct RecoveryRecord
     bool isDamaged = false;
     RecoveryEntry entry;
     ByteCount size;
+    QByteArray digest; ///< summaryOf() the bytes as they were stored
 };
 
 /// Keeps texts that are not safely in their files yet: before a file is overwritten in place, and

@@ -37,6 +37,8 @@ struct ApplicationFolders
     QString sessionFile() const { return state + QStringLiteral("/Session.plist"); }
     /// Of texts that are not safely in their files.
     QString recoveryFolder() const { return state + QStringLiteral("/Recovery"); }
+    /// Of what files held before they were saved.
+    QString versionsFolder() const { return state + QStringLiteral("/Versions"); }
 };
 
 } // namespace quillory

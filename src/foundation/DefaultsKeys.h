@@ -46,6 +46,7 @@ inline constexpr DefaultsKey<bool> enableWebInspector{"enableWebInspector"};
 inline constexpr DefaultsKey<bool> webKitDeveloperExtras{"WebKitDeveloperExtras"};
 
 // Documents.
+inline constexpr DefaultsKey<bool> autosaveInPlace{"autosaveInPlace"};
 inline constexpr DefaultsKey<QUrl> dropboxPath{"dropboxPath"};
 inline constexpr DefaultsKey<bool> dontAsk{"dontAsk"}; ///< no settings sheet for new documents
 inline constexpr DefaultsKey<bool> restoresWindows{"restoresWindows"}; ///< of the last session

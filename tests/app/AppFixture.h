@@ -7,6 +7,7 @@
 #include "document/DocumentEnvironment.h"
 #include "document/RecoveryStore.h"
 #include "document/SystemFileOps.h"
+#include "document/VersionStore.h"
 #include "foundation/ApplicationFolders.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/UserDefaults.h"
@@ -75,8 +76,9 @@ protected:
     NotificationCenter notifications;
     SmallDisk disk;
     RecoveryStore recovery{disk, folder.filePath(QStringLiteral("recovery"))};
+    VersionStore versions{disk, folder.filePath(QStringLiteral("versions"))};
     QSettings state{folder.filePath(QStringLiteral("Windows.conf")), QSettings::IniFormat};
-    DocumentEnvironment environment{folders, defaults, notifications, disk, recovery};
+    DocumentEnvironment environment{folders, defaults, notifications, disk, recovery, &versions};
     ScriptedQuestions questions;
     DocumentController controller{environment, questions, state};
 };

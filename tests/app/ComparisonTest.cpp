@@ -1,5 +1,5 @@
+#include "../view/EventLoopWatchdog.h"
 #include "AppFixture.h"
-#include "view/EventLoopWatchdog.h"
 
 #include "app/ComparisonSide.h"
 #include "app/ComparisonWindow.h"

@@ -144,6 +144,16 @@ TEST_F(PreferencesTest, everySwitchIsStoredAndWorksInEveryWindow)
              w.document().textStorage().replaceCharactersInRange({0, isSmart ? 10 : 11}, QString());
              return isSmart;
          }},
+        {u"Save by itself when typing pauses"_s, keys::autosaveInPlace, false,
+         [](DocumentWindow& w) {
+             press(w, {u"Ctrl+Home"_s, u"'x'"_s});
+             QEvent left(QEvent::WindowDeactivate);
+             QApplication::sendEvent(&w, &left);
+             waitUntilIdle(w);
+             const bool isSaved = !w.document().isDocumentEdited();
+             press(w, {u"Ctrl+Z"_s});
+             return isSaved;
+         }},
         {u"Keep the width of the window"_s, keys::proposedSize, false,
          [](DocumentWindow& w) {
              w.toggleFullScreen();
