@@ -7,6 +7,7 @@
 #include "app/Recovery.h"
 #include "app/RenderToPng.h"
 #include "app/SessionEnd.h"
+#include "app/Shell.h"
 #include "app/WindowRestoration.h"
 #include "view/TextViewAccessible.h"
 
@@ -26,6 +27,11 @@ namespace quillory {
 namespace {
 
 constexpr std::chrono::seconds patienceWithoutWindow{10};
+
+void welcome(DocumentWindow& window)
+{
+    Shell::of(window).welcomeAtStart(window);
+}
 
 /// Waits for the first paint, which drawing the icon would delay.
 void setIcon()
@@ -71,6 +77,8 @@ int Application::run(const StartOptions& line, int listeningSocket)
                             [](bool written) { QCoreApplication::exit(written ? 0 : 1); });
             if (!opened)
                 QObject::connect(window, &DocumentWindow::firstPainted, qApp, setIcon);
+            if (!opened && line.action == StartOptions::Action::Open)
+                Shell::of(*window).checkForVersionLater();
             opened = true;
         });
     const HandoverServer server(listeningSocket, m_controller);
@@ -85,7 +93,7 @@ int Application::run(const StartOptions& line, int listeningSocket)
         if (!line.targets.empty())
             m_controller.open(line.targets);
         else if (m_controller.windows().empty() && !windows.isRestoring())
-            m_controller.newDocument();
+            welcome(*m_controller.newDocument());
     };
     QObject::connect(&windows, &WindowRestoration::textsRestored, qApp, openTargets);
     QObject::connect(&windows, &WindowRestoration::restored, qApp, [&] {

@@ -11,9 +11,9 @@ class DocumentWindow;
 class FunctionMenu;
 class StatisticsPopover;
 
-/// The buttons at the right end of a window's menu bar: what there is to know of the document, the
-/// places in the text that one can go to, and the actions of its definition. What they open is made
-/// when it is first asked for, and filled each time that it opens.
+/// The buttons at the right end of a window's menu bar: what there is to know of the document, its
+/// settings, the places in the text that one can go to, and the actions of its definition. What
+/// they open is made when it is first asked for, and filled each time that it opens.
 class TitleBarButtons : public QWidget
 {
     Q_OBJECT
@@ -30,6 +30,7 @@ public:
     double shownAlpha() const { return underMouse() ? std::max(m_alpha, usualAlpha) : m_alpha; }
 
     QToolButton& infoButton() const { return *m_infoButton; }
+    QToolButton& settingsButton() const { return *m_settingsButton; }
     QToolButton& navigationButton() const { return *m_navigationButton; }
     QToolButton& actionButton() const { return *m_actionButton; }
     QMenu& navigationMenu();
@@ -47,6 +48,7 @@ private:
     DocumentWindow& m_window;
     double m_alpha = usualAlpha;
     QToolButton* m_infoButton;
+    QToolButton* m_settingsButton;
     QToolButton* m_navigationButton;
     QToolButton* m_actionButton;
     FunctionMenu* m_functions = nullptr;        ///< made when first needed
