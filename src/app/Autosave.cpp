@@ -75,8 +75,10 @@ bool Autosave::maySave() const
     const bool isTextOnly = !record.isPlistFile || record.plistKind == 0;
     return isOn() && !document.path().isEmpty() && document.isDocumentEdited() &&
            !document.isLoading() && !document.isUndecoded() && isTextOnly &&
-           // Another program wrote the file, or the user has still to say what to make of it.
-           document.fileIdentity() && document.fileIdentity()->size <= VersionStore::largest &&
+           // Another program wrote the file, or edits were brought back, and the user has still to
+           // say what to make of it.
+           m_window.messages().text(Subject::Recovery).isEmpty() && document.fileIdentity() &&
+           document.fileIdentity()->size <= VersionStore::largest &&
            m_window.messages().text(Subject::FileOnDisk).isEmpty() && document.hasFormOnDisk() &&
            !document.lineBreaksOnDisk().isMixed() && document.encodesBack();
 }
