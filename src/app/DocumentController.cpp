@@ -218,9 +218,10 @@ void DocumentController::take(ReadResult result, const OpenTarget& target, Docum
     document->adopt(std::move(result));
     DocumentWindow* shown = show(std::move(document), window);
     // What came from standard input is nowhere on disk yet.
-    if (path.isEmpty())
+    if (path.isEmpty()) {
         shown->document().undoManager().markDirty();
-    else if (QFileInfo::exists(path))
+        shown->journal().keepText();
+    } else if (QFileInfo::exists(path))
         m_recent.note(path);
     if (target.place)
         shown->goTo(*target.place);

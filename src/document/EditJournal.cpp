@@ -1,6 +1,7 @@
 #include "document/EditJournal.h"
 
 #include "document/FileError.h"
+#include "document/FileTransfer.h"
 #include "document/RecoveryStore.h"
 #include "foundation/Background.h"
 #include "text/TextStorage.h"
@@ -142,8 +143,13 @@ void EditJournal::noteSaved(const TextSnapshot& saved, bool readsBack)
         m_length = now.length();
         write(std::move(batch));
     }
-    if (before)
-        before->abandon();
+    if (!before)
+        return;
+    before->abandon();
+    // A power cut is not to bring it back, with a file that is another.
+    backgroundPool().start([&ops = m_ops, folder = QFile::encodeName(m_store.folder())] {
+        (void)syncFolder(ops, folder);
+    });
 }
 
 void EditJournal::keepText()
@@ -252,8 +258,12 @@ void EditJournal::writeAside()
         },
         [this, writer = m_writer](const Answer& answer) {
             m_isWritingAside = false;
-            if (writer == m_writer)
+            if (writer == m_writer) {
                 take(answer.rest, answer.error);
+                // There may be more to sync than there was when that last began.
+                if (!m_syncTimer.isActive())
+                    m_syncTimer.start();
+            }
             if (m_hasMoreToWrite && !m_retryTimer.isActive())
                 writeAside();
         });

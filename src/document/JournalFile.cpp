@@ -223,7 +223,6 @@ void JournalFile::remove()
 {
     if (isMade())
         (void)m_ops.remove(pathOf(m_store, m_id));
-    m_file = FileHandle();
 }
 
 } // namespace quillory

@@ -41,8 +41,15 @@ JournalWriter::Rest JournalWriter::add(JournalBatch batch, int& error)
 
 JournalWriter::Rest JournalWriter::writeRest(int& error)
 {
-    const std::lock_guard lock(m_fileMutex);
-    return writeQueue(error);
+    Rest rest = Rest::None;
+    {
+        const std::lock_guard lock(m_fileMutex);
+        rest = writeQueue(error);
+    }
+    // Who gave it up meanwhile has not waited for the file.
+    if (m_abandoned)
+        abandon();
+    return rest;
 }
 
 JournalWriter::Rest JournalWriter::writeQueue(int& error)
@@ -56,10 +63,8 @@ JournalWriter::Rest JournalWriter::writeQueue(int& error)
             next = &m_queue.front(); // adding moves no other
         }
         const FileStatus done = m_file.append(*next, m_abandoned);
-        if (m_abandoned) {
-            m_file.remove();
+        if (m_abandoned)
             return Rest::None;
-        }
         if (!done) {
             error = done.error();
             return Rest::Refused;
@@ -73,7 +78,12 @@ JournalWriter::Rest JournalWriter::writeQueue(int& error)
 
 FileStatus JournalWriter::sync()
 {
-    return m_file.isMade() ? m_file.sync() : FileStatus(Nothing());
+    {
+        const std::lock_guard lock(m_fileMutex);
+        if (!m_file.isMade())
+            return Nothing();
+    }
+    return m_file.sync(); // which takes long, and must keep nobody from writing
 }
 
 void JournalWriter::abandon()
