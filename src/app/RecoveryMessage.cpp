@@ -1,6 +1,7 @@
 #include "app/RecoveryMessage.h"
 
 #include "app/DocumentWindow.h"
+#include "app/FileComparison.h"
 #include "app/MessageArea.h"
 #include "app/RereadFlow.h"
 #include "app/SaveFlow.h"
@@ -93,11 +94,18 @@ void showRecoveryMessage(DocumentWindow& window, const RecoveredDocument& recove
                     discard(window, told, waiting, id);
             });
     };
-    std::vector<Message::WayOut> waysOut{
-        {tr("&Keep"), [&window] { window.messages().clear(Subject::Recovery); }},
-        {tr("&Discard…"), ask}};
-    if (isPieces)
-        waysOut.erase(waysOut.begin());
+    const auto keep = [&window] { window.messages().clear(Subject::Recovery); };
+    std::vector<Message::WayOut> waysOut;
+    if (!isPieces)
+        waysOut.push_back({tr("&Keep"), keep});
+    if (told.file == File::Changed || told.file == File::Unchanged)
+        waysOut.push_back(
+            {tr("&Compare"), [&window, keep, ask] {
+                 compareWithFile(
+                     window, {{tr("&Keep"), tr("Go on with the text that was brought back"), keep},
+                              {tr("&Discard…"), tr("Go back to the file"), ask}});
+             }});
+    waysOut.push_back({tr("&Discard…"), ask});
     window.messages().show(Subject::Recovery,
                            {Message::Kind::Warning, textOf(window, recovered), waysOut});
 }
