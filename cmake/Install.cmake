@@ -45,6 +45,8 @@ endfunction()
 quillory_install_compressed(docs/man/quillory.1 TO ${CMAKE_INSTALL_MANDIR}/man1)
 quillory_install_compressed(docs/man/quillory-cli.1 TO ${CMAKE_INSTALL_MANDIR}/man1)
 quillory_install_compressed(CHANGELOG.md TO ${quillory_documentation} AS changelog)
+install(FILES docs/users-guide.md docs/definitions.md docs/formats.md
+  DESTINATION ${quillory_documentation})
 install(FILES LICENSE DESTINATION ${quillory_documentation} RENAME copyright)
 foreach(program quillory quillory-cli)
   install(FILES resources/completions/quillory.bash

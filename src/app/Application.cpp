@@ -6,7 +6,8 @@
 #include "app/MessageBar.h"
 #include "app/Recovery.h"
 #include "app/RenderToPng.h"
-#include "app/SessionEnd.h"
+else if (line.action != StartOptions::Action::Open || line.newInstance || line.waits) openTargets();
+else recovery.recoverAll(openTargets);
 #include "view/TextViewAccessible.h"
 
 #include <QApplication>
@@ -25,6 +26,11 @@ namespace quillory {
 namespace {
 
 constexpr std::chrono::seconds patienceWithoutWindow{10};
+
+void welcome(DocumentWindow& window)
+{
+    Shell::of(window).welcomeAtStart(window);
+}
 
 /// Waits for the first paint, which drawing the icon would delay.
 void setIcon()
@@ -65,6 +71,8 @@ int Application::run(const StartOptions& line, int listeningSocket)
                             [](bool written) { QCoreApplication::exit(written ? 0 : 1); });
             if (!opened)
                 QObject::connect(window, &DocumentWindow::firstPainted, qApp, setIcon);
+            if (!opened && line.action == StartOptions::Action::Open)
+                Shell::of(*window).checkForVersionLater();
             opened = true;
         });
     const HandoverServer server(listeningSocket, m_controller);
@@ -74,15 +82,22 @@ int Application::run(const StartOptions& line, int listeningSocket)
         if (!line.targets.empty())
             m_controller.open(line.targets);
         else if (m_controller.windows().empty())
-            m_controller.newDocument();
+            welcome(*m_controller.newDocument());
     };
     // One that another program waits for shows what that asks for, and nothing else.
     if (line.serves)
         QTimer::singleShot(patienceWithoutWindow, &m_controller, &DocumentController::settle);
+<<<<<<< HEAD
     else if (line.action != StartOptions::Action::Open || line.newInstance || line.waits)
         openTargets();
     else
         recovery.recoverAll(openTargets);
+=======
+    else if (!line.targets.empty())
+        m_controller.open(line.targets);
+    else if (DocumentWindow* const window = m_controller.newDocument())
+        Shell::of(*window).welcomeAtStart(*window);
+>>>>>>> 3c6de5f (List a shared folder, welcome, make documents from templates, and look for new versions)
     return QCoreApplication::exec();
 }
 

@@ -68,7 +68,7 @@ void CommandActions::connectDesktop()
             },
             Qt::QueuedConnection);
     };
-    surroundings.isSandboxed = isSandboxed;
+    surroundings.isSandboxed = [] { return Sandbox::aroundThisProgram().isSandboxed(); };
     surroundings.askForTrust = [this](const TrustQuestion& question, const auto& answer) {
         const bool isServer = question.item.kind == CommandKind::Server;
         const bool isProgram =

@@ -20,6 +20,7 @@
 #include "app/SpellingAids.h"
 #include "app/StatusLine.h"
 #include "app/TitleBarButtons.h"
+#include "app/TitleBarDecoration.h"
 #include "app/UserQuestions.h"
 #include "app/ViewAppearance.h"
 #include "app/WebPreview.h"
@@ -55,6 +56,7 @@ DocumentWindow::DocumentWindow(std::unique_ptr<Document> document, const WindowS
     m_menu = new MainMenu(*this);
     m_titleBarButtons = new TitleBarButtons(*this);
     menuBar()->setCornerWidget(m_titleBarButtons);
+    new TitleBarDecoration(*this, *m_titleBarButtons, *centralWidget());
     m_document->textView().setContextMenu(m_menu->newContextMenu());
     m_spelling = std::make_unique<SpellingAids>(*this, m_services.controller.spellChecker());
     m_actions = std::make_unique<CommandActions>(*this);

@@ -35,6 +35,10 @@ ExternalChanges::ExternalChanges(DocumentWindow& window) : QObject(&window), m_w
             m_window.messages().clear(Subject::FileOnDisk);
     });
     connect(&window.loading(), &LoadFlow::loaded, this, &ExternalChanges::watchFile);
+    connect(&window.document(), &Document::recordChanged, this, [this] {
+        if (!m_watched.isEmpty() && m_watched != m_window.document().path())
+            watchFile();
+    });
     connect(&window.rereading(), &RereadFlow::reread, this, [this] {
         m_lastReading = m_reading.isValid() ? m_reading.elapsed() : 0;
         watchFile();
@@ -47,6 +51,7 @@ void ExternalChanges::watchFile()
     if (document.isLoading())
         return;
     m_later.stop();
+    m_watched = document.path();
     m_watch.watch(document.fileIdentity() ? document.path() : QString(),
                   document.fileIdentity().value_or(FileIdentity()));
 }

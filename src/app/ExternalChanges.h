@@ -29,6 +29,7 @@ private:
     DocumentWindow& m_window;
     FileWatch m_watch;
     QTimer m_later;           ///< another change, while the last one is being taken
+    QString m_watched;        ///< the document's path then
     QElapsedTimer m_reading;  ///< since the file was last begun to be read again
     qint64 m_lastReading = 0; ///< how long that took, in milliseconds
 };

@@ -1,6 +1,6 @@
 #include "app/MenuTable.h"
 
-#include "app/AboutBox.h"
+#include "app/AboutWindow.h"
 #include "app/ActionMenu.h"
 #include "app/ColourExport.h"
 #include "app/CommandActions.h"
@@ -8,14 +8,17 @@
 #include "app/DocumentWindow.h"
 #include "app/EncodingMenu.h"
 #include "app/FunctionMenu.h"
+#include "app/Guides.h"
 #include "app/LanguageMenu.h"
 #include "app/MenuConditions.h"
 #include "app/PrintFlow.h"
 #include "app/ProgramAids.h"
 #include "app/RereadFlow.h"
 #include "app/SaveFlow.h"
+#include "app/Shell.h"
 #include "app/StatisticsPopover.h"
 #include "app/StatusLine.h"
+#include "app/Templates.h"
 #include "app/TitleBarButtons.h"
 #include "app/ViewAppearance.h"
 #include "app/WebPreview.h"
@@ -25,7 +28,6 @@
 #include "view/TextViewWidget.h"
 
 #include <QActionGroup>
-#include <QApplication>
 #include <QFileInfo>
 #include <QMenu>
 #include <array>
@@ -60,6 +62,21 @@ QString withFunctionTitle(const char* text, const W& w)
     if (title.isEmpty())
         title = menuText(ENTRY("Function"));
     return menuText(text).arg(title.replace(u'&', QStringLiteral("&&")));
+}
+
+QString guideOf(const W& w)
+{
+    return guidePath(w.environment().folders, QStringLiteral("users-guide.md"));
+}
+
+bool hasGuide(const W& w)
+{
+    return !guideOf(w).isEmpty();
+}
+
+void openGuide(W& w)
+{
+    w.controller().open({{guideOf(w), {}}}, &w);
 }
 
 // Submenus
@@ -139,10 +156,14 @@ constexpr MenuItem fileMenu[]{
     {.text = ENTRY("&New"),
      .standardKey = QKeySequence::New,
      .run = [](W& w) { w.controller().newDocument(); }},
+    {.text = ENTRY("New from &Template"), .fill = fillTemplateMenu},
     {.text = ENTRY("&Open…"),
      .standardKey = QKeySequence::Open,
      .run = [](W& w) { w.controller().askForFiles(w); }},
     {.text = ENTRY("Open &Recent"), .fill = fillRecent},
+    {.text = ENTRY("Open from Shared &Folder…"),
+     .ownKeys = "Ctrl+Shift+O",
+     .run = [](W& w) { Shell::of(w).showiCloudWindow(w); }},
     separator,
     {.text = ENTRY("&Save"),
      .standardKey = QKeySequence::Save,
@@ -308,8 +329,12 @@ constexpr MenuItem windowMenu[]{
 };
 
 constexpr MenuItem helpMenu[]{
-    {.text = ENTRY("&About Quillory"), .run = [](W& w) { showAboutBox(&w); }},
-    {.text = ENTRY("About &Qt"), .run = [](W&) { QApplication::aboutQt(); }},
+    {.text = ENTRY("&Welcome…"), .run = [](W& w) { Shell::of(w).showWelcome(w); }},
+    {.text = ENTRY("User's &Guide"), .run = openGuide, .isEnabled = hasGuide},
+    separator,
+    {.text = ENTRY("Check for New &Version…"),
+     .run = [](W& w) { Shell::of(w).checkForVersion(w); }},
+    {.text = ENTRY("&About Quillory"), .run = [](W& w) { (new AboutWindow(w))->open(); }},
 };
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "app/PreferenceBindings.h"
 #include "app/PreferencesController.h"
+#include "app/ShellKeys.h"
 #include "app/ViewAppearance.h"
 #include "commands/PrintFooter.h"
 #include "foundation/UserDefaults.h"
@@ -147,6 +148,14 @@ QWidget* newFolderField(PreferencesController& controller, PreferenceBindings& b
     line->layout()->addWidget(forget);
     line->setFocusProxy(choose);
     return line;
+}
+
+QWidget* newVersionListField(PreferencesController&, PreferenceBindings& bindings)
+{
+    auto* address = new QLineEdit;
+    address->setPlaceholderText(tr("An address is needed: https://…"));
+    bindings.bind(*address, keys::versionListAddress);
+    return address;
 }
 
 QWidget* newFooterSample(PreferencesController& controller, PreferenceBindings& bindings)

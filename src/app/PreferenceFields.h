@@ -15,6 +15,8 @@ QWidget* newFontField(PreferencesController& controller, PreferenceBindings& bin
 QWidget* newSchemeThemesField(PreferencesController& controller, PreferenceBindings& bindings);
 /// The folder whose files are offered for opening.
 QWidget* newFolderField(PreferencesController& controller, PreferenceBindings& bindings);
+/// The address of a version list.
+QWidget* newVersionListField(PreferencesController& controller, PreferenceBindings& bindings);
 /// What stands below a printed page.
 QWidget* newFooterSample(PreferencesController& controller, PreferenceBindings& bindings);
 

@@ -1,6 +1,7 @@
 #include "app/PreferencesTable.h"
 
 #include "app/PreferenceFields.h"
+#include "app/ShellKeys.h"
 #include "app/ThemeChooser.h"
 
 #include <array>
@@ -82,6 +83,10 @@ constexpr PreferenceRow printing[]{
 };
 
 constexpr PreferenceRow advanced[]{
+    {.heading = PREFERENCE("At the start:"),
+     .label = PREFERENCE("Sho&w the welcome window"),
+     .help = PREFERENCE("When no file is named. Help > Welcome shows it at any time."),
+     .flag = &keys::showWelcome},
     {.heading = PREFERENCE("New documents:"),
      .label = PREFERENCE("A&sk for language, encoding and line breaks"),
      .help = PREFERENCE("A moment after they open, until you begin to type."),
@@ -94,6 +99,11 @@ constexpr PreferenceRow advanced[]{
     {.heading = PREFERENCE("Web preview:"),
      .label = PREFERENCE("Offer the &inspector for web pages"),
      .flag = &keys::enableWebInspector},
+    {.heading = PREFERENCE("New versions:"),
+     .label = PREFERENCE("&Look once a day at:"),
+     .help = PREFERENCE("The address of a version list. Nothing is asked until there is one."),
+     .flag = &keys::checksForVersions,
+     .field = OwnField{newVersionListField}},
     {.heading = PREFERENCE("Dropbox &folder:"), .field = OwnField{newFolderField}},
 };
 

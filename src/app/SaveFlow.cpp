@@ -7,6 +7,7 @@
 #include "foundation/Background.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QWidget>
 
 namespace quillory {
@@ -46,12 +47,12 @@ void SaveFlow::save(const Then& then)
 
 void SaveFlow::saveAs(const Then& then)
 {
-    askForPlace(tr("Save As"), false, then);
+    askForPlace(tr("Save As"), {}, false, then);
 }
 
-void SaveFlow::saveCopy()
+void SaveFlow::saveCopy(const QString& folder)
 {
-    askForPlace(tr("Save a Copy"), true, {});
+    askForPlace(tr("Save a Copy"), folder, true, {});
 }
 
 void SaveFlow::overwrite()
@@ -60,12 +61,14 @@ void SaveFlow::overwrite()
     save();
 }
 
-void SaveFlow::askForPlace(const QString& title, bool isCopy, const Then& then)
+void SaveFlow::askForPlace(const QString& title, const QString& folder, bool isCopy,
+                           const Then& then)
 {
     const QString path = m_document.path();
-    const QString suggestion =
-        path.isEmpty() ? QDir::current().filePath(m_document.displayName() + QStringLiteral(".txt"))
-                       : path;
+    const QString name = path.isEmpty() ? m_document.displayName() + QStringLiteral(".txt") : path;
+    // A path stays as it is.
+    const QString suggestion = folder.isEmpty() ? QDir::current().filePath(name)
+                                                : folder + u'/' + QFileInfo(name).fileName();
     m_questions.askForSavePath(
         &m_window, title, suggestion, [this, isCopy, then](const QString& chosen) {
             if (chosen.isEmpty()) {

@@ -30,8 +30,9 @@ public:
     /// Saves where the document was saved last; asks for a place where there is none.
     void save(const Then& then = {});
     void saveAs(const Then& then = {});
-    /// Writes the text elsewhere; the document stays where it is.
-    void saveCopy();
+    /// Writes the text elsewhere; the document stays where it is. The choice begins in \a folder,
+    /// where one is given.
+    void saveCopy(const QString& folder = {});
     /// Saves over what another program wrote into the file.
     void overwrite();
 
@@ -54,7 +55,7 @@ private:
         Then then;
     };
 
-    void askForPlace(const QString& title, bool isCopy, const Then& then);
+    void askForPlace(const QString& title, const QString& folder, bool isCopy, const Then& then);
     void enqueue(const Request& request);
     void runNext();
     void finish(const Request& request, const SaveJob& job, const SaveResult& result);

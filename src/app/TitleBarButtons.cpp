@@ -5,6 +5,7 @@
 #include "app/FunctionMenu.h"
 #include "app/RefillingMenu.h"
 #include "app/StatisticsPopover.h"
+#include "app/StatusLine.h"
 #include "app/TintedIcon.h"
 #include "view/TextViewWidget.h"
 
@@ -66,7 +67,8 @@ QMenu& menuOf(QToolButton& button, const std::function<void(QMenu&)>& fill)
 
 TitleBarButtons::TitleBarButtons(DocumentWindow& window)
     : QWidget(&window), m_window(window), m_infoButton(new QToolButton(this)),
-      m_navigationButton(new PullDownButton(this)), m_actionButton(new PullDownButton(this))
+      m_settingsButton(new QToolButton(this)), m_navigationButton(new PullDownButton(this)),
+      m_actionButton(new PullDownButton(this))
 {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 2, 0);
@@ -76,11 +78,15 @@ TitleBarButtons::TitleBarButtons(DocumentWindow& window)
     };
     add(*m_infoButton, QStringLiteral("information"), tr("Information"),
         tr("The file, and the characters, words and lines in it (%1)").arg(list("Alt+Return")));
+    add(*m_settingsButton, QStringLiteral("advanced"), tr("Settings"),
+        tr("The document's language, encoding and line breaks"));
     add(*m_navigationButton, QStringLiteral("navigation"), tr("Functions"),
         tr("Go to a function (%1 for a list to search)").arg(list("Ctrl+R")));
     add(*m_actionButton, QStringLiteral("actions"), tr("Actions"),
         tr("Actions on this text (%1 for a list to search)").arg(list("Ctrl+Shift+P")));
     connect(m_infoButton, &QToolButton::clicked, this, [this] { information().showInfoPopOver(); });
+    connect(m_settingsButton, &QToolButton::clicked, &m_window.statusLine(),
+            &StatusLine::formClicked);
     // The button's own answer to the press, which came before, found no menu the first time.
     const auto openFirst = [](QToolButton* button, QMenu& (TitleBarButtons::*menu)()) {
         return [button, menu, this_ = static_cast<TitleBarButtons*>(button->parentWidget())] {

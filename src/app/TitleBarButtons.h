@@ -11,9 +11,9 @@ class DocumentWindow;
 class FunctionMenu;
 class StatisticsPopover;
 
-/// The buttons at the right end of a window's menu bar: what there is to know of the document, the
-/// places in the text that one can go to, and the actions of its definition. What they open is made
-/// when it is first asked for, and filled each time that it opens.
+/// The buttons at the right end of a window's menu bar: what there is to know of the document, its
+/// settings, the places in the text that one can go to, and the actions of its definition. What
+/// they open is made when it is first asked for, and filled each time that it opens.
 class TitleBarButtons : public QWidget
 {
     Q_OBJECT
@@ -22,6 +22,7 @@ public:
     explicit TitleBarButtons(DocumentWindow& window);
 
     QToolButton& infoButton() const { return *m_infoButton; }
+    QToolButton& settingsButton() const { return *m_settingsButton; }
     QToolButton& navigationButton() const { return *m_navigationButton; }
     QToolButton& actionButton() const { return *m_actionButton; }
     QMenu& navigationMenu();
@@ -34,6 +35,7 @@ private:
 
     DocumentWindow& m_window;
     QToolButton* m_infoButton;
+    QToolButton* m_settingsButton;
     QToolButton* m_navigationButton;
     QToolButton* m_actionButton;
     FunctionMenu* m_functions = nullptr;        ///< made when first needed

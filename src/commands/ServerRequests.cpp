@@ -1,11 +1,11 @@
 #include "commands/ServerRequests.h"
 
 #include "commands/PercentEscapes.h"
+#include "commands/WebClientPlugin.h"
 #include "foundation/Background.h"
 #include "text/TextEncoder.h"
 
 #include <QLocale>
-#include <QPluginLoader>
 #include <QStringDecoder>
 #include <QTimer>
 
@@ -72,8 +72,7 @@ void ServerRequests::urlRequestWithURL(const QString& url, const TextSnapshot& a
         address.replace(placeholder, urlEncodeValue(andWithString.string()));
     }
     const QUrl target(address, QUrl::StrictMode);
-    const QString scheme = target.scheme();
-    if (!target.isValid() || target.host().isEmpty() || (scheme != u"http" && scheme != u"https")) {
+    if (!isWebAddress(target)) {
         fail(tr("“%1” is no address of a web server: it has to begin with http:// or https://, and "
                 "blanks in it have to be written as %20.")
                  .arg(url));
@@ -87,13 +86,10 @@ void ServerRequests::urlRequestWithURL(const QString& url, const TextSnapshot& a
 WebClient* ServerRequests::client()
 {
     if (!m_client) {
-        QPluginLoader plugin(m_plugins + QStringLiteral("/quillory-network.so"));
-        if (auto* factory = qobject_cast<WebClientFactory*>(plugin.instance()))
-            m_client = factory->newClient();
-        else
-            fail(tr("The part of the program that asks servers is not installed (%1). Install "
-                    "Quillory anew.")
-                     .arg(plugin.errorString()));
+        QString problem;
+        m_client = loadWebClient(m_plugins, problem);
+        if (!m_client)
+            fail(problem);
     }
     return m_client.get();
 }

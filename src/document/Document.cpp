@@ -1,6 +1,7 @@
 #include "document/Document.h"
 
 #include "document/CharsetProbe.h"
+#include "document/CloudContainer.h"
 #include "document/DocumentType.h"
 #include "document/DocumentWindowHost.h"
 #include "document/FirstStart.h"
@@ -216,6 +217,7 @@ void Document::windowControllerDidLoadNib(DocumentWindowHost* window)
                 if (name == notifications::preferencesDidChange)
                     textViewSettings();
             });
+    threadedIcloudCheck(CloudContainer::ofThisSession(), m_environment.defaults, this);
     m_settingsTimer.start();
     host.setThumbnailBackground({0.82F, 0.847F, 0.878F, 1.0F});
 }

@@ -1,9 +1,0 @@
-#pragma once
-
-class QWidget;
-
-namespace quillory {
-
-void showAboutBox(QWidget* window);
-
-} // namespace quillory

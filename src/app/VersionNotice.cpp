@@ -1,0 +1,126 @@
+#include "app/VersionNotice.h"
+
+#include "app/DocumentController.h"
+#include "app/MessageArea.h"
+#include "app/MessageBar.h"
+#include "app/ShellKeys.h"
+#include "app/StatusLine.h"
+#include "app/UserQuestions.h"
+#include "document/DocumentEnvironment.h"
+#include "foundation/ApplicationFolders.h"
+#include "foundation/UserDefaults.h"
+
+#include <QDateTime>
+#include <QDesktopServices>
+#include <QLayout>
+#include <QLocale>
+
+namespace quillory {
+
+namespace {
+
+constexpr qint64 aDay = qint64(24) * 60 * 60; ///< seconds
+
+} // namespace
+
+VersionNotice::VersionNotice(DocumentController& controller, const DocumentEnvironment& environment)
+    : m_controller(controller), m_environment(environment),
+      m_check(environment.folders.plugins, QStringLiteral(QUILLORY_VERSION))
+{
+    connect(&m_check, &VersionCheck::answered, this, &VersionNotice::take);
+    connect(&m_check, &VersionCheck::failed, this, [this](const QString& description) {
+        const QPointer<DocumentWindow> asker = m_asker;
+        endQuestion();
+        if (asker)
+            asker->questions().showAlert(asker, tr("Error!"), description);
+    });
+}
+
+void VersionNotice::checkIfDue()
+{
+    UserDefaults& defaults = m_environment.defaults;
+    const QString address = defaults.value(keys::versionListAddress).trimmed();
+    if (!defaults.value(keys::checksForVersions) || address.isEmpty() || m_check.isRunning())
+        return;
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const QDateTime last =
+        QDateTime::fromString(defaults.value(keys::lastVersionCheck), Qt::ISODate);
+    // A clock that was put back does not stop it for long.
+    if (last.isValid() && last <= now && last.secsTo(now) < aDay)
+        return;
+    defaults.setValue(keys::lastVersionCheck, now.toString(Qt::ISODate));
+    m_check.check(address);
+}
+
+void VersionNotice::checkNow(DocumentWindow& window)
+{
+    m_asker = &window;
+    m_wasAsked = true;
+    window.statusLine().setActivity(tr("Looking for a new version…"));
+    m_check.check(m_environment.defaults.value(keys::versionListAddress));
+}
+
+void VersionNotice::endQuestion()
+{
+    if (m_asker)
+        m_asker->statusLine().setActivity({});
+    m_asker.clear();
+    m_wasAsked = false;
+}
+
+void VersionNotice::take(const std::optional<PublishedVersion>& newer)
+{
+    const bool wasAsked = m_wasAsked;
+    const QPointer<DocumentWindow> asker = m_asker;
+    endQuestion();
+    if (newer &&
+        (wasAsked || m_environment.defaults.value(keys::skippedVersion) != newer->version)) {
+        if (asker)
+            show(*newer, *asker);
+        else if (!m_controller.windows().empty())
+            show(*newer, *m_controller.windows().front());
+    } else if (!newer && asker) {
+        asker->questions().showAlert(asker, tr("No New Version"),
+                                     tr("This is Quillory %1; the version list has nothing newer.")
+                                         .arg(QLatin1StringView(QUILLORY_VERSION)));
+    }
+}
+
+void VersionNotice::show(const PublishedVersion& newer, DocumentWindow& window)
+{
+    const QString name =
+        newer.date.isValid()
+            ? tr("%1 of %2")
+                  .arg(newer.version, QLocale().toString(newer.date, QLocale::ShortFormat))
+            : newer.version;
+    Message message{
+        Message::Kind::Note,
+        tr("Quillory %1 is available; this is %2.").arg(name, QLatin1StringView(QUILLORY_VERSION))};
+    // What the buttons do may take the bar away, and with it themselves.
+    const auto leave = [this] {
+        if (m_bar)
+            m_bar->deleteLater();
+    };
+    if (!newer.notes.isEmpty())
+        message.waysOut.push_back({tr("&Notes…"), [&window, newer] {
+                                       window.questions().showAlert(
+                                           &window, tr("Quillory %1").arg(newer.version),
+                                           newer.notes);
+                                   }});
+    if (!newer.url.isEmpty())
+        message.waysOut.push_back({tr("Open &Web Page"), [leave, newer] {
+                                       QDesktopServices::openUrl(newer.url);
+                                       leave();
+                                   }});
+    message.waysOut.push_back({tr("&Skip This Version"), [this, leave, newer] {
+                                   m_environment.defaults.setValue(keys::skippedVersion,
+                                                                   newer.version);
+                                   leave();
+                               }});
+    delete m_bar;
+    m_bar = new MessageBar(message, &window.messages());
+    connect(m_bar, &MessageBar::dismissed, m_bar, &QObject::deleteLater);
+    window.messages().layout()->addWidget(m_bar);
+}
+
+} // namespace quillory
