@@ -6,8 +6,8 @@
 #include "app/MessageBar.h"
 #include "app/Recovery.h"
 #include "app/RenderToPng.h"
-else if (line.action != StartOptions::Action::Open || line.newInstance || line.waits) openTargets();
-else recovery.recoverAll(openTargets);
+#include "app/SessionEnd.h"
+#include "app/Shell.h"
 #include "view/TextViewAccessible.h"
 
 #include <QApplication>
@@ -87,17 +87,10 @@ int Application::run(const StartOptions& line, int listeningSocket)
     // One that another program waits for shows what that asks for, and nothing else.
     if (line.serves)
         QTimer::singleShot(patienceWithoutWindow, &m_controller, &DocumentController::settle);
-<<<<<<< HEAD
     else if (line.action != StartOptions::Action::Open || line.newInstance || line.waits)
         openTargets();
     else
         recovery.recoverAll(openTargets);
-=======
-    else if (!line.targets.empty())
-        m_controller.open(line.targets);
-    else if (DocumentWindow* const window = m_controller.newDocument())
-        Shell::of(*window).welcomeAtStart(*window);
->>>>>>> 3c6de5f (List a shared folder, welcome, make documents from templates, and look for new versions)
     return QCoreApplication::exec();
 }
 
