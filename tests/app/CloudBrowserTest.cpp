@@ -8,6 +8,7 @@
 #include "app/SaveFlow.h"
 #include "app/Shell.h"
 #include "document/Document.h"
+#include "document/FileWatch.h"
 #include "view/TextViewWidget.h"
 
 #include <QDir>
@@ -210,10 +211,10 @@ TEST_F(CloudBrowserTest, saysWhatToDoWhereThereIsNothing)
 TEST_F(CloudBrowserTest, tenThousandFilesKeepNobodyWaiting)
 {
     for (int i = 0; i < 100; ++i) {
-        const QString folder = path("shared/") + QString::number(i);
-        QDir().mkpath(folder);
+        const QString place = path("shared/") + QString::number(i);
+        QDir().mkpath(place);
         for (int j = 0; j < 100; ++j) {
-            QFile file(folder + u"/file%1.txt"_s.arg(j));
+            QFile file(place + u"/file%1.txt"_s.arg(j));
             ASSERT_TRUE(file.open(QFile::WriteOnly));
             file.write(QByteArray("text ") + QByteArray::number(i * 100 + j));
         }
@@ -227,7 +228,7 @@ TEST_F(CloudBrowserTest, tenThousandFilesKeepNobodyWaiting)
         CloudBrowser& browser = browse(window);
         EXPECT_EQ(titles(browser).size(), 10'000);
         watchdog.watch("searching", [&] { browser.searchField().setText(u"text 99"_s); });
-        EXPECT_EQ(titles(browser).size(), 111);
+        EXPECT_EQ(titles(browser).size(), 280);
         watchdog.watch("all again", [&] { browser.searchField().clear(); });
         watchdog.watch("sorting", [&] { browser.table().sortByColumn(0, Qt::AscendingOrder); });
         browser.renew();
