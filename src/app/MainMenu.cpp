@@ -105,6 +105,7 @@ void MainMenu::makeOffers()
             continue;
         const Offer offer = command.item->offer(m_window);
         command.action->setEnabled(offer == Offer::Enabled);
+        command.action->setVisible(offer != Offer::Hidden);
         if (offer == Offer::Unavailable)
             command.action->setText(tr("Unavailable"));
     }

@@ -2,7 +2,9 @@
 
 #include "app/DocumentWindow.h"
 #include "app/MenuTable.h"
+#include "document/CloudContainer.h"
 #include "document/Document.h"
+#include "foundation/UserDefaults.h"
 
 #include <algorithm>
 
@@ -66,6 +68,18 @@ Offer offerOfNeighbours(const DocumentWindow& window)
     const auto items = scan.run(
         [end = Clock::now() + FunctionNavigation::quickTime] { return Clock::now() > end; });
     return items && items->empty() ? Offer::Disabled : Offer::Enabled;
+}
+
+Offer offerOfCloud(const DocumentWindow& window)
+{
+    const bool isAvailable = CloudContainer::ofThisSession().isAvailable();
+    UserDefaults& defaults = window.environment().defaults;
+    if (!defaults.isWritten(keys::isIcloudAvailable) ||
+        defaults.value(keys::isIcloudAvailable) != isAvailable)
+        defaults.setValue(keys::isIcloudAvailable, isAvailable);
+    if (!isAvailable)
+        return Offer::Hidden;
+    return window.document().path().isEmpty() ? Offer::Disabled : Offer::Enabled;
 }
 
 } // namespace quillory

@@ -25,5 +25,8 @@ bool canCloseTag(const DocumentWindow& window);
 Offer offerOfFunctions(const DocumentWindow& window);
 /// The caret is in a line, and there are such. Not looked for in a long text.
 Offer offerOfNeighbours(const DocumentWindow& window);
+/// Moving the file to or from the cloud container, hidden where there is none; notes in the user
+/// defaults whether there is ("isIcloudAvailable").
+Offer offerOfCloud(const DocumentWindow& window);
 
 } // namespace quillory

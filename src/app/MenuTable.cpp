@@ -2,6 +2,7 @@
 
 #include "app/AboutWindow.h"
 #include "app/ActionMenu.h"
+#include "app/CloudMove.h"
 #include "app/ColourExport.h"
 #include "app/CommandActions.h"
 #include "app/DocumentController.h"
@@ -154,6 +155,11 @@ void listWindows(QMenu& menu, W& w)
 
 constexpr MenuItem separator{};
 
+QString cloudLabel(const W& window)
+{
+    return menuText(isCloudItem(window) ? ENTRY("Remove From iCloud") : ENTRY("Move To iCloud"));
+}
+
 constexpr MenuItem fileMenu[]{
     {.text = ENTRY("&New"),
      .standardKey = QKeySequence::New,
@@ -166,6 +172,10 @@ constexpr MenuItem fileMenu[]{
     {.text = ENTRY("Open from Shared &Folder…"),
      .ownKeys = "Ctrl+Shift+O",
      .run = [](W& w) { Shell::of(w).showiCloudWindow(w); }},
+    {.text = ENTRY("Move To iCloud"),
+     .run = [](W& w) { moveToOrFromCloud(w, isCloudItem(w) ? 0 : 1); },
+     .offer = offerOfCloud,
+     .label = cloudLabel},
     separator,
     {.text = ENTRY("&Save"),
      .standardKey = QKeySequence::Save,

@@ -21,7 +21,8 @@ enum class Offer
 {
     Enabled,
     Disabled,
-    Unavailable ///< disabled, and called so
+    Unavailable, ///< disabled, and called so
+    Hidden
 };
 
 /// One line of a menu. Without a text it is a separator.
