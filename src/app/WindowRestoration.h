@@ -88,6 +88,7 @@ private:
     SavedWindow m_front; ///< comes to the front when it is there
     std::optional<SavedWindow> m_opening;
     bool m_isAsked = false;                       ///< for that, the controller was
+    bool m_isRecovering = false;                  ///< texts that are not saved
     QHash<DocumentWindow*, SavedWindow> m_placed; ///< made and not yet shown
     QStringList m_missing;
     bool m_isRestoring = false;
