@@ -141,8 +141,8 @@ double LineSegments::tabPhase(TextRange content, const LineChunks& chunks, size_
         --start;
     double x = chunks.placeOf(index).x;
     if (start > limit || limit == content.location) {
-        const QString shown = displayText(text(), TextRange::between(start, range.location),
-                                          font(), counters());
+        const QString shown =
+            displayText(text(), TextRange::between(start, range.location), font(), counters());
         x = shown.isEmpty() ? 0 : m_cache.layout(shown, chunkStyle(content))->rowWidth(0);
     }
     return std::fmod(x, font().tabDistance());
@@ -155,8 +155,7 @@ TextOffset LineSegments::rowStartAt(TextRange content, TextOffset start, TextOff
 {
     const auto ahead = TextOffset(2 * wrapWidth() / font().advance()) + 16;
     const TextOffset end = std::min(content.end(), offset + ahead);
-    const QString shown = displayText(text(), TextRange::between(start, end),
-                                      font(), counters());
+    const QString shown = displayText(text(), TextRange::between(start, end), font(), counters());
     const LineLayout layout = m_cache.passingLayout(shown, chunkStyle(content));
     return start + layout.rowStart(layout.rowOf(int(offset - start)));
 }
