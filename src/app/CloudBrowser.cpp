@@ -16,6 +16,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
 #include <QStackedWidget>
 #include <QTreeView>
@@ -51,7 +52,8 @@ CloudBrowser::CloudBrowser(DocumentController& controller, const DocumentEnviron
     build();
     connectAll();
     const QString geometry = environment.defaults.value(keys::cloudBrowserGeometry);
-    if (!restoreGeometry(QByteArray::fromBase64(geometry.toLatin1())))
+    m_isPlaced = restoreGeometry(QByteArray::fromBase64(geometry.toLatin1()));
+    if (!m_isPlaced)
         resize(firstSize);
 }
 
@@ -158,6 +160,8 @@ void CloudBrowser::present(DocumentWindow& opener)
     m_search->clear();
     queryiCloud();
     setWindowState(windowState() & ~Qt::WindowMinimized);
+    if (!std::exchange(m_isPlaced, true))
+        move(opener.screen()->availableGeometry().center() - rect().center());
     show();
     raise();
     activateWindow();

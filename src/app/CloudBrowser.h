@@ -85,7 +85,8 @@ private:
     QPushButton* m_stop;
     QPushButton* m_preferences;
     QString m_folder;
-    bool m_isFolder = true; ///< the last listing found a folder
+    bool m_isPlaced = false; ///< on the screen, by the user
+    bool m_isFolder = true;  ///< the last listing found a folder
 };
 
 } // namespace quillory

@@ -5,6 +5,7 @@
 #include "app/ShellKeys.h"
 #include "app/UserQuestions.h"
 #include "app/WelcomeWindow.h"
+#include "document/Document.h"
 #include "document/DocumentEnvironment.h"
 #include "foundation/UserDefaults.h"
 
@@ -65,6 +66,8 @@ void Shell::welcomeAtStart(DocumentWindow& window)
         return;
     if (isFirst)
         defaults.setValue(keys::showWelcome, false);
+    // Of the two that would come up by themselves one is enough.
+    disconnect(&window.document(), &Document::settingsSheetRequested, &window, nullptr);
     // Over a window that stands.
     connect(
         &window, &DocumentWindow::firstPainted, this,
