@@ -150,7 +150,7 @@ TEST(Repaint, theBandLiesBehindEveryLineThatItsRangeTouches)
         {{0, 10}, QStringLiteral("0123")}, {{7, 90}, QStringLiteral("3")},
     };
     for (const auto& [range, banded] : cases) {
-        const BandedLines lines(text, LineBand{range, {}});
+        const BandedLines lines(text, std::vector{LineBand{range, {}}});
         QString found;
         for (qsizetype line = 0; line < text.lineCount(); ++line) {
             if (lines.colourOf(LineIndex(line)))
@@ -158,7 +158,7 @@ TEST(Repaint, theBandLiesBehindEveryLineThatItsRangeTouches)
         }
         EXPECT_EQ(found, banded);
     }
-    EXPECT_FALSE(BandedLines(text, {}).colourOf(LineIndex(0)));
+    EXPECT_FALSE(BandedLines(text, std::vector<LineBand>()).colourOf(LineIndex(0)));
 }
 
 TEST(Repaint, onlyTheLinesWhoseBandDiffersArePainted)
