@@ -161,7 +161,7 @@ void CloudBrowser::present(DocumentWindow& opener)
     queryiCloud();
     setWindowState(windowState() & ~Qt::WindowMinimized);
     if (!std::exchange(m_isPlaced, true))
-        move(opener.screen()->availableGeometry().center() - rect().center());
+        QWidget::move(opener.screen()->availableGeometry().center() - rect().center());
     show();
     raise();
     activateWindow();

@@ -157,14 +157,14 @@ constexpr MenuItem separator{};
 
 QString cloudLabel(const W& window)
 {
-    return menuText(isCloudItem(window) ? ENTRY("Remove From iCloud") : ENTRY("Move To iCloud"));
+    return menuText(isCloudItem(window) ? ENTRY("Remove From iClo&ud") : ENTRY("Move To iClo&ud"));
 }
 
 constexpr MenuItem fileMenu[]{
     {.text = ENTRY("&New"),
      .standardKey = QKeySequence::New,
      .run = [](W& w) { w.controller().newDocument(); }},
-    {.text = ENTRY("New from &Template"), .fill = fillTemplateMenu},
+    {.text = ENTRY("New fro&m Template"), .fill = fillTemplateMenu},
     {.text = ENTRY("&Open…"),
      .standardKey = QKeySequence::Open,
      .run = [](W& w) { w.controller().askForFiles(w); }},
@@ -172,7 +172,7 @@ constexpr MenuItem fileMenu[]{
     {.text = ENTRY("Open from Shared &Folder…"),
      .ownKeys = "Ctrl+Shift+O",
      .run = [](W& w) { Shell::of(w).showiCloudWindow(w); }},
-    {.text = ENTRY("Move To iCloud"),
+    {.text = ENTRY("Move To iClo&ud"),
      .run = [](W& w) { moveToOrFromCloud(w, isCloudItem(w) ? 0 : 1); },
      .offer = offerOfCloud,
      .label = cloudLabel},

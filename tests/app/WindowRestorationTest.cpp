@@ -64,7 +64,10 @@ protected:
         {
             QSignalSpy finished(&controller, &DocumentController::finished);
             controller.quit();
-            return !finished.isEmpty() || finished.wait(2000);
+            const bool isOver = !finished.isEmpty() || finished.wait(2000);
+            // The windows hold their journals until they are gone.
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            return isOver;
         }
 
         DocumentController controller;

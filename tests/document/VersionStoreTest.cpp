@@ -130,7 +130,8 @@ TEST_F(VersionStoreTest, KeepsWhatFilesHeldNewestFirst)
 
     // What comes back is kept once, where it belongs now.
     writeAt("a.txt", "one", 4000);
-    EXPECT_EQ(*store.keep(path, StringEncoding::isoLatin1), store.versions(path)->first().digest);
+    const QByteArray kept = *store.keep(path, StringEncoding::isoLatin1);
+    EXPECT_EQ(kept, store.versions(path)->first().digest);
     EXPECT_EQ(contents(path), (QByteArrayList{"one", "three", "two"}));
 
     // Another file, and another process.

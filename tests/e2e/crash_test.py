@@ -18,7 +18,7 @@ def main(program):
         recovery = desktop.folder / "state_home" / "Quillory" / "Recovery"
         settings = desktop.folder / "config_home" / "Quillory"
         settings.mkdir()
-        (settings / "Quillory.conf").write_text("[General]\ndontAsk=true\nautosaveInPlace=false\n")
+        (settings / "Quillory.conf").write_text("[General]\ndontAsk=true\nshowWelcome=false\nautosaveInPlace=false\n")
 
         def shown(name):
             until(lambda: name in desktop.active_title(), f"{name} has the keyboard")

@@ -100,7 +100,8 @@ class Session:
         """For the programs that are started afterwards; replaces what was set."""
         path = self.folder / "config_home" / "Quillory" / "Quillory.conf"
         path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_text(f"[General]\n{key}={value}\n")
+        # As after the very first start, so that no welcome takes the keyboard.
+        path.write_text(f"[General]\nshowWelcome=false\n{key}={value}\n")
 
     def edit(self, program, path):
         """Opens a file in the editor, and waits until its window has the keyboard."""

@@ -17,6 +17,8 @@ WRITTEN = 2  # seconds after which what changed is on the disk
 
 def main(program):
     with session.Session() as desktop:
+        desktop.write_setting("restoresWindows", "true")
+
         def run(*command):
             answer = subprocess.run(command, env=desktop.environment, capture_output=True,
                                     check=False)
