@@ -149,6 +149,8 @@ TEST_F(PrintPreviewTest, ShowsTheFirstPagesOfManyAtOnce)
     window.document().undoManager().undo();
     window.close();
     EXPECT_TRUE(QTest::qWaitFor([&] { return controller.windows().empty(); }, patience));
+    // What draws the pages ends with the window.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 TEST(PrintPages, DrawAPageTheSameInParts)
