@@ -142,7 +142,7 @@ QLayout* WelcomeWindow::newFoot(const DocumentEnvironment& environment)
             QStringLiteral("<a href=\"guide\">%1</a>").arg(tr("User's guide").toHtmlEscaped()),
             this);
         link->setTextInteractionFlags(Qt::LinksAccessibleByKeyboard | Qt::LinksAccessibleByMouse);
-        connect(link, &QLabel::linkActivated, this, [this, guide] { open({guide}); });
+        connect(link, &QLabel::linkActivated, this, [this, guide] { openFiles({guide}); });
         foot->addWidget(link);
     }
     auto* shut = new QPushButton(tr("&Close"), this);
@@ -181,10 +181,10 @@ void WelcomeWindow::openRecent()
 {
     const QListWidgetItem* const item = m_recent->currentItem();
     if (item && item->flags().testFlag(Qt::ItemIsEnabled)) // not the note in the place of files
-        open({item->data(pathRole).toString()});
+        openFiles({item->data(pathRole).toString()});
 }
 
-void WelcomeWindow::open(const QStringList& paths)
+void WelcomeWindow::openFiles(const QStringList& paths)
 {
     std::vector<OpenTarget> targets;
     for (const QString& path : paths)
@@ -220,7 +220,7 @@ void WelcomeWindow::dropEvent(QDropEvent* event)
 {
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    open(localFiles(*event->mimeData()));
+    openFiles(localFiles(*event->mimeData()));
 }
 
 } // namespace quillory

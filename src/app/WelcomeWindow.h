@@ -35,7 +35,7 @@ private:
     QLayout* newRecentFiles();
     QLayout* newFoot(const DocumentEnvironment& environment);
     void listRecentFiles();
-    void open(const QStringList& paths);
+    void openFiles(const QStringList& paths);
     void openRecent();
     /// One to act in, which is there as long as the program runs.
     DocumentWindow& opener() const;
