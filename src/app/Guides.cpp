@@ -11,7 +11,7 @@ QString guidePath(const ApplicationFolders& folders, const QString& name)
 {
     // Beside the resources of an installation, or of the sources.
     for (const char* folder : {"/../doc/quillory/", "/../docs/"}) {
-        const QString path = QDir::cleanPath(folders.resources + QLatin1StringView(folder) + name);
+        QString path = QDir::cleanPath(folders.resources + QLatin1StringView(folder) + name);
         if (QFileInfo::exists(path))
             return path;
     }

@@ -29,9 +29,7 @@ VersionNotice::VersionNotice(DocumentController& controller, const DocumentEnvir
 {
     connect(&m_check, &VersionCheck::answered, this, &VersionNotice::take);
     connect(&m_check, &VersionCheck::failed, this, [this](const QString& description) {
-        const QPointer<DocumentWindow> asker = m_asker;
-        endQuestion();
-        if (asker)
+        if (DocumentWindow* asker = endQuestion())
             asker->questions().showAlert(asker, tr("Error!"), description);
     });
 }
@@ -60,19 +58,21 @@ void VersionNotice::checkNow(DocumentWindow& window)
     m_check.check(m_environment.defaults.value(keys::versionListAddress));
 }
 
-void VersionNotice::endQuestion()
+/// Who asked, if it is still there.
+DocumentWindow* VersionNotice::endQuestion()
 {
-    if (m_asker)
-        m_asker->statusLine().setActivity({});
-    m_asker.clear();
+    DocumentWindow* asker = m_asker;
+    if (asker)
+        asker->statusLine().setActivity({});
+    m_asker = nullptr;
     m_wasAsked = false;
+    return asker;
 }
 
 void VersionNotice::take(const std::optional<PublishedVersion>& newer)
 {
     const bool wasAsked = m_wasAsked;
-    const QPointer<DocumentWindow> asker = m_asker;
-    endQuestion();
+    DocumentWindow* asker = endQuestion();
     if (newer &&
         (wasAsked || m_environment.defaults.value(keys::skippedVersion) != newer->version)) {
         if (asker)

@@ -29,7 +29,7 @@ public:
 private:
     void take(const std::optional<PublishedVersion>& newer);
     void show(const PublishedVersion& newer, DocumentWindow& window);
-    void endQuestion();
+    DocumentWindow* endQuestion();
 
     DocumentController& m_controller;
     const DocumentEnvironment& m_environment;

@@ -43,7 +43,7 @@ std::optional<Version> Version::from(const QString& text)
 
 std::strong_ordering Version::operator<=>(const Version& other) const
 {
-    if (const auto order = m_numbers <=> other.m_numbers; order != 0)
+    if (const auto order = m_numbers <=> other.m_numbers; std::is_neq(order))
         return order;
     if (isPreRelease() != other.isPreRelease())
         return isPreRelease() ? std::strong_ordering::less : std::strong_ordering::greater;

@@ -20,7 +20,7 @@ public:
     bool isPreRelease() const { return !m_preRelease.isEmpty(); }
 
     std::strong_ordering operator<=>(const Version& other) const;
-    bool operator==(const Version& other) const { return (*this <=> other) == 0; }
+    bool operator==(const Version& other) const { return std::is_eq(*this <=> other); }
 
 private:
     std::vector<quint32> m_numbers;
