@@ -242,10 +242,12 @@ std::pair<size_t, size_t> ComparisonWindow::inSight() const
     const LineStretch right = m_right->visibleLines();
     const auto begin = m_differences->begin();
     const auto first = std::partition_point(begin, m_differences->end(), [&](const auto& d) {
-        return d.left.end() < left.first && d.right.end() < right.first;
+        return d.left.end().value() < left.first.value() &&
+               d.right.end().value() < right.first.value();
     });
     const auto last = std::partition_point(first, m_differences->end(), [&](const auto& d) {
-        return d.left.first <= left.end() || d.right.first <= right.end();
+        return d.left.first.value() <= left.end().value() ||
+               d.right.first.value() <= right.end().value();
     });
     return {size_t(first - begin), size_t(last - begin)};
 }

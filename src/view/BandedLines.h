@@ -25,7 +25,7 @@ public:
     std::optional<Colour> colourOf(LineIndex line) const
     {
         for (const Stretch& stretch : m_stretches) {
-            if (line >= stretch.first && line <= stretch.last)
+            if (line.value() >= stretch.first.value() && line.value() <= stretch.last.value())
                 return stretch.colour;
         }
         return std::nullopt;
