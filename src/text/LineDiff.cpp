@@ -190,7 +190,7 @@ std::optional<LineDifferences> lineDifferences(const TextSnapshot& left, const T
     if (prefix == left.length() && prefix == right.length())
         return LineDifferences();
     // A CR may be a break of its own in one text and half of one in the other.
-    const LineIndex first = std::min(left.lineAt(prefix), right.lineAt(prefix));
+    const LineIndex first(std::min(left.lineAt(prefix).value(), right.lineAt(prefix).value()));
     const TextOffset start = left.lineStart(first);
     const TextOffset suffix =
         commonSuffixLength(left, right, std::min(left.length(), right.length()) - start);

@@ -62,7 +62,11 @@ public:
     int low() const { return m_low; }
     int high() const { return m_high; }
     bool holds(int diagonal) const { return diagonal >= m_low && diagonal <= m_high; }
-    int& operator[](int diagonal) { return m_reach[size_t(diagonal + m_origin)]; }
+    int& operator[](int diagonal)
+    {
+        const int index = diagonal + m_origin;
+        return m_reach[size_t(index)];
+    }
 
 private:
     std::vector<int> m_reach; ///< index in the left sequence
