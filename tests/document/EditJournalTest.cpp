@@ -344,6 +344,7 @@ TEST(JournalPowerCutTest, WhatWasSyncedIsThereInEveryState)
         synced = text.storage.snapshot().string();
         check();
     }
+    ops.setBeforeChange({});
     EXPECT_GT(states, 30);
 }
 
