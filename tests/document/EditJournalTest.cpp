@@ -313,6 +313,11 @@ struct JournalledText
         storage.replaceCharactersInRange({storage.length(), 0}, QString::fromLatin1(text));
     }
 
+    /// Goes last: other threads may still use the file system.
+    struct PoolAwaited
+    {
+        ~PoolAwaited() { backgroundPool().waitForDone(); }
+    } awaited;
     TextStorage storage;
     RecoveryStore store;
     EditJournal journal;
