@@ -48,6 +48,12 @@ quillory_install_compressed(CHANGELOG.md TO ${quillory_documentation} AS changel
 install(FILES docs/users-guide.md docs/definitions.md docs/formats.md
   DESTINATION ${quillory_documentation})
 install(FILES LICENSE DESTINATION ${quillory_documentation} RENAME copyright)
+if(TARGET quillory-preview)
+  set(preview_documentation ${CMAKE_INSTALL_DATADIR}/doc/quillory-preview)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/compressed/changelog.gz
+    DESTINATION ${preview_documentation} COMPONENT preview)
+  install(FILES LICENSE DESTINATION ${preview_documentation} RENAME copyright COMPONENT preview)
+endif()
 foreach(program quillory quillory-cli)
   install(FILES resources/completions/quillory.bash
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME ${program})
