@@ -55,6 +55,14 @@ QCborMap mapOf(const JournalForm& form)
     return map;
 }
 
+/// Empty where \a bytes are no map: what is left of a damaged one is not to be read.
+QCborMap mapIn(const QByteArray& bytes)
+{
+    QCborParserError error;
+    const QCborValue value = QCborValue::fromCbor(bytes, &error);
+    return error.error == QCborError::NoError ? value.toMap() : QCborMap();
+}
+
 JournalForm formOf(const QCborMap& map)
 {
     JournalForm form;
@@ -118,12 +126,12 @@ QByteArray encoded(const JournalStart& start)
 
 JournalForm decodedForm(const QByteArray& bytes)
 {
-    return formOf(QCborValue::fromCbor(bytes).toMap());
+    return formOf(mapIn(bytes));
 }
 
 JournalStart decodedStart(const QByteArray& bytes)
 {
-    const QCborMap map = QCborValue::fromCbor(bytes).toMap();
+    const QCborMap map = mapIn(bytes);
     JournalStart start;
     start.form = formOf(map);
     start.time = QDateTime::fromMSecsSinceEpoch(map.value(key::time).toInteger(), Qt::UTC);
