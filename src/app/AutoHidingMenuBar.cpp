@@ -55,6 +55,12 @@ void AutoHidingMenuBar::setAutoHiding(bool hides)
     follow();
 }
 
+/// The window sends events until it is gone.
+AutoHidingMenuBar::~AutoHidingMenuBar()
+{
+    delete m_watch;
+}
+
 QSize AutoHidingMenuBar::sizeHint() const
 {
     return m_hides ? QSize(0, 0) : QMenuBar::sizeHint();

@@ -17,6 +17,7 @@ class AutoHidingMenuBar : public QMenuBar
 
 public:
     explicit AutoHidingMenuBar(QMainWindow& window);
+    ~AutoHidingMenuBar() override;
 
     void setAutoHiding(bool hides);
     bool isAutoHiding() const { return m_hides; }

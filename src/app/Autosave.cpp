@@ -41,7 +41,9 @@ Autosave::Autosave(DocumentWindow& window) : QObject(&window), m_window(window)
 
 bool Autosave::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == &m_window && event->type() == QEvent::WindowDeactivate && m_timer.isActive()) {
+    // A window that is being destroyed is no document's any more.
+    if (event->type() == QEvent::WindowDeactivate && m_timer.isActive() &&
+        qobject_cast<DocumentWindow*>(watched)) {
         m_timer.stop();
         save();
     }

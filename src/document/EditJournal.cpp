@@ -256,9 +256,9 @@ void EditJournal::writeAside()
             answer.rest = writer->writeRest(answer.error);
             return answer;
         },
-        [this, writer = m_writer](const Answer& answer) {
+        [this, writer = std::weak_ptr(m_writer)](const Answer& answer) {
             m_isWritingAside = false;
-            if (writer == m_writer) {
+            if (writer.lock() == m_writer) {
                 take(answer.rest, answer.error);
                 // There may be more to sync than there was when that last began.
                 if (!m_syncTimer.isActive())
@@ -284,9 +284,9 @@ void EditJournal::syncAside()
             const WaitingInPool waiting;
             return writer->sync().error();
         },
-        [this, writer = m_writer](int error) {
+        [this, writer = std::weak_ptr(m_writer)](int error) {
             m_isSyncing = false;
-            if (writer != m_writer)
+            if (writer.lock() != m_writer)
                 return;
             m_isUnsynced = error != 0;
             if (m_isUnsynced)

@@ -341,8 +341,7 @@ TEST_F(WindowRestorationTest, LargeFilesAndManyWindowsDoNotStandInTheWay)
     DocumentWindow& window = *program.controller.windowShowing(large);
     EXPECT_EQ(&window, program.controller.windows().front());
     ASSERT_TRUE(QTest::qWaitFor([&] { return !window.document().isLoading(); }, patience));
-    QTest::qWait(50);
-    EXPECT_EQ(topOf(window), top);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return topOf(window) == top; }, patience)) << topOf(window);
     EXPECT_EQ(window.document().textView().selectedRange().location,
               window.document().completeString().lineStart(LineIndex(999'999)));
 }
