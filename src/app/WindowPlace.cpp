@@ -49,6 +49,14 @@ void giveScroll(DocumentWindow& window, const SavedWindow& place)
     window.view().scrollBy(0, 0);
 }
 
+/// Asks again with each part that is read.
+void scrollOnceThere(DocumentWindow& window, const SavedWindow& place)
+{
+    if (!window.loading().postpones(place.firstLine + 1,
+                                    [&window, place] { scrollOnceThere(window, place); }))
+        giveScroll(window, place);
+}
+
 void giveSelections(DocumentWindow& window, const SavedWindow& place)
 {
     window.document().textView().setSelections(place.selections, place.primary);
@@ -150,9 +158,7 @@ void showPlace(DocumentWindow& window, const SavedWindow& saved)
         giveScroll(window, saved);
         return;
     }
-    const auto scroll = [&window, saved] { giveScroll(window, saved); };
-    if (!window.loading().postpones(saved.firstLine + 1, scroll))
-        scroll();
+    scrollOnceThere(window, saved);
     QObject::connect(
         &window.loading(), &LoadFlow::loaded, &window,
         [&window, saved] {
