@@ -39,7 +39,7 @@ PreviewWindow::PreviewWindow(NetworkGate& gate)
         QByteArray(PreviewedFiles::scheme.data(), PreviewedFiles::scheme.size()), &m_files);
     m_profile.setSpellCheckEnabled(false);
     m_page = new PreviewPage(m_profile, m_guard, this);
-    m_page->setBackgroundColor(palette().color(QPalette::Base));
+    m_page->setBackgroundColor(palette().color(QPalette::Base)); // until there is a page
     m_view->setPage(m_page);
     resize(firstSize.boundedTo(screen()->availableSize() * 0.9));
     build();
@@ -145,6 +145,12 @@ void PreviewWindow::connectPage()
         m_stateTimer.start();
         endSilence();
         endLoad();
+    });
+    // A page that says nothing of colours writes in black. The engine makes a dark paper of white
+    // where a page asks for that.
+    connect(m_page, &QWebEnginePage::contentsSizeChanged, this, [this] {
+        if (!m_page->url().isEmpty())
+            m_page->setBackgroundColor(Qt::white);
     });
     connect(m_page, &QWebEnginePage::windowCloseRequested, this, &QWidget::close);
     connect(m_page, &QWebEnginePage::renderProcessTerminated, this, &PreviewWindow::tellOfCrash);
@@ -345,8 +351,6 @@ void PreviewWindow::changeEvent(QEvent* event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::WindowStateChange)
         tellVisible();
-    else if (event->type() == QEvent::PaletteChange)
-        m_page->setBackgroundColor(palette().color(QPalette::Base));
 }
 
 void PreviewWindow::showContextMenu(QPoint place)

@@ -306,6 +306,40 @@ TEST_F(CliTest, HighlightWritesTheColoursOfALanguage)
     }
 }
 
+TEST_F(CliTest, PreviewWritesThePageOfAFile)
+{
+    qputenv("XDG_DATA_HOME", QFile::encodeName(folder.path()));
+    qputenv("QUILLORY_RESOURCES", QUILLORY_SOURCE_DIR "/resources");
+    const QString preview = QStringLiteral("preview");
+    const QString markdown = write("a.md", "# T\xC3\xAF & b\n\n- *one*\n");
+    const QString latin = write("a.html", "<!DOCTYPE html>\r\n<p>caf\xE9</p>\r\n");
+
+    ASSERT_EQ(run({preview, markdown, path("out.html")}), 0) << error.toStdString();
+    const QByteArray page = read("out.html");
+    EXPECT_TRUE(page.contains("<title>T\xC3\xAF &amp; b</title>")) << page.toStdString();
+    EXPECT_TRUE(page.contains("<li><em>one</em></li>"));
+    EXPECT_TRUE(page.contains("prefers-color-scheme")); // the style sheet is in it
+
+    ASSERT_EQ(run({preview, latin, path("out.html")}), 0);
+    EXPECT_EQ(read("out.html"), "\xEF\xBB\xBF<!DOCTYPE html>\r\n<p>caf\xC3\xA9</p>\r\n");
+    ASSERT_EQ(run({preview, QStringLiteral("--base"), QStringLiteral("https://example.org/a/"),
+                   latin, path("out.html")}),
+              0);
+    EXPECT_TRUE(
+        read("out.html").contains("<!DOCTYPE html>\r\n<base href=\"https://example.org/a/\">"));
+    ASSERT_EQ(run({preview, QStringLiteral("--definition"), QStringLiteral("Markdown"), latin,
+                   path("out.html")}),
+              0);
+    EXPECT_TRUE(read("out.html").contains("<main>"));
+
+    const QByteArray before = read("out.html");
+    EXPECT_EQ(run({preview, path("missing.md"), path("out.html")}), 1);
+    EXPECT_TRUE(error.contains(QStringLiteral("missing.md")));
+    EXPECT_EQ(read("out.html"), before);
+    EXPECT_EQ(run({preview, markdown, path("no/such/folder")}), 1);
+    EXPECT_EQ(run({preview, markdown}), 2);
+}
+
 TEST_F(CliTest, ListsFunctions)
 {
     qputenv("XDG_DATA_HOME", QFile::encodeName(folder.path()));
