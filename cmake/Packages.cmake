@@ -13,7 +13,7 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 
 set(CPACK_DEBIAN_EDITOR_PACKAGE_NAME quillory)
 set(CPACK_DEBIAN_EDITOR_PACKAGE_RECOMMENDS
-  "libenchant-2-2, qt6-wayland, fonts-dejavu-core")
+  "cups-client, libenchant-2-2, qt6-wayland, fonts-dejavu-core")
 set(CPACK_DEBIAN_EDITOR_PACKAGE_SUGGESTS "hunspell-en-us")
 set(CPACK_DEBIAN_EDITOR_DESCRIPTION "Quillory opens text and source code of any size at once, in any encoding and
 with any line breaks, and writes it back without losing a character.

@@ -2,6 +2,7 @@
 
 #include "app/DocumentController.h"
 #include "app/Guides.h"
+#include "app/LinkLabel.h"
 #include "commands/Sandbox.h"
 #include "document/DocumentEnvironment.h"
 #include "foundation/ApplicationFolders.h"
@@ -118,8 +119,7 @@ AboutWindow::AboutWindow(DocumentWindow& window) : QDialog(&window)
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(head);
     if (const QString links = guideLinks(window.environment().folders); !links.isEmpty()) {
-        auto* guides = new QLabel(links, this);
-        guides->setTextInteractionFlags(Qt::LinksAccessibleByKeyboard | Qt::LinksAccessibleByMouse);
+        auto* guides = new LinkLabel(links, this);
         connect(guides, &QLabel::linkActivated, this, [this, &window](const QString& path) {
             close();
             window.controller().open({{path, {}}}, &window);

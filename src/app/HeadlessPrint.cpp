@@ -41,7 +41,7 @@ int printToFile(const DocumentEnvironment& environment, const StartOptions& opti
     job.colours = options.printsColours;
     QPPrintableTextView view(job);
     const PrintAnswer answer =
-        writePdf(view, {options.printTo, document.displayName(), PrintSetup::usualLayout()},
+        writePdf(view, options.printTo, {PrintSetup::usualLayout(), document.displayName()},
                  [](QPPrintableTextView::Progress) { return true; });
     if (answer.outcome == QPPrintableTextView::Outcome::Printed)
         return 0;

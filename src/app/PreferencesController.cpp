@@ -14,12 +14,23 @@
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <algorithm>
+#include <array>
+#include <functional>
 
 namespace quillory {
 
 namespace {
 
 constexpr std::chrono::milliseconds fontDelay(100);
+
+/// Makes \a key what it is now, also where it was never written.
+template<class T>
+std::function<void()> asBefore(UserDefaults& defaults, const DefaultsKey<T>& key)
+{
+    if (!defaults.isWritten(key))
+        return [&] { defaults.remove(key); };
+    return [&, value = defaults.value(key)] { defaults.setValue(key, value); };
+}
 
 } // namespace
 
@@ -121,12 +132,12 @@ void PreferencesController::chooseFont(QWidget* parent)
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setOption(QFontDialog::MonospacedFonts);
     dialog->setCurrentFont(ViewAppearance::fontOf(defaults()));
-    const auto giveBack = [this, font = defaults().value(keys::font),
-                           name = defaults().value(keys::customFontName),
-                           size = defaults().value(keys::fontSize)] {
-        defaults().setValue(keys::customFontName, name);
-        defaults().setValue(keys::fontSize, size);
-        defaults().setValue(keys::font, font);
+    const auto giveBack = [this, before = std::array{asBefore(defaults(), keys::customFontName),
+                                                     asBefore(defaults(), keys::fontSize),
+                                                     asBefore(defaults(), keys::font)}] {
+        m_fontTimer.stop();
+        for (const auto& restore : before)
+            restore();
         sendPrefsNotification();
     };
     connect(dialog, &QFontDialog::currentFontChanged, this, &PreferencesController::changeFont);

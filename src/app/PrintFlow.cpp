@@ -12,15 +12,16 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QFileInfo>
-#include <QPdfWriter>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QSaveFile>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace quillory {
 
 namespace {
+
+constexpr int settingsDelay = 300; ///< milliseconds of rest before the preview shows them
 
 /// The page of the dialog with what it knows nothing of by itself.
 class TextOptions : public QWidget
@@ -58,24 +59,6 @@ void usePages(QPPrintableTextView::Job& job, const QPrinter& printer, TextRange 
 }
 
 } // namespace
-
-PrintAnswer writePdf(QPPrintableTextView& view, const PdfTarget& target, const GoOn& goOn)
-{
-    QSaveFile file(target.path);
-    if (!file.open(QIODevice::WriteOnly))
-        return {QPPrintableTextView::Outcome::Failed, 0, 0, file.errorString()};
-    QPPrintableTextView::Outcome outcome{};
-    {
-        QPdfWriter writer(&file);
-        writer.setTitle(target.title);
-        writer.setCreator(QStringLiteral("Quillory"));
-        writer.setPageLayout(target.layout);
-        outcome = view.print(writer, goOn);
-    }
-    if (outcome == QPPrintableTextView::Outcome::Printed && !file.commit())
-        outcome = QPPrintableTextView::Outcome::Failed;
-    return {outcome, view.pageCount(), view.currentPage(), file.errorString()};
-}
 
 QPPrintableTextView::Job printJob(Document& document, const UserDefaults& defaults)
 {
@@ -122,7 +105,7 @@ QWidget& PrintFlow::asker() const
 void PrintFlow::setUpPrinter()
 {
     if (!m_printer)
-        m_printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
+        m_printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
     if (m_setup.isLayoutChosen)
         m_printer->setPageLayout(m_setup.layout);
     else
@@ -152,11 +135,12 @@ void PrintFlow::askHowToPrint()
     auto* dialog = new QPrintDialog(m_printer.get(), &asker());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     const TextRange selection = m_document.textView().primarySelection().range();
+    const QPPrintableTextView::Job asked = wholeJob(); // the text that the selection is of
     dialog->setOption(QAbstractPrintDialog::PrintSelection, !selection.isEmpty());
     dialog->setOption(QAbstractPrintDialog::PrintPageRange);
     auto* options = new TextOptions(m_setup);
     dialog->setOptionTabs({options});
-    connect(dialog, &QDialog::accepted, this, [this, options, selection] {
+    connect(dialog, &QDialog::accepted, this, [this, options, selection, asked] {
         if (isPrinting())
             return;
         m_setup.lineNumbers = options->lineNumbers->isChecked();
@@ -164,11 +148,19 @@ void PrintFlow::askHowToPrint()
         m_setup.layout = m_printer->pageLayout();
         m_setup.isLayoutChosen = true;
         refreshPreview();
-        QPPrintableTextView::Job job = wholeJob();
+        QPPrintableTextView::Job job = asked;
+        job.lineNumbers = m_setup.lineNumbers;
+        job.colours = m_setup.colours;
         usePages(job, *m_printer, selection);
-        start(job, m_document.displayName(),
-              [printer = m_printer](QPPrintableTextView& view, const GoOn& goOn) -> PrintAnswer {
-                  return {view.print(*printer, goOn), view.pageCount(), view.currentPage(), {}};
+        if (!m_printer->outputFileName().isEmpty()) {
+            writeTo(m_printer->outputFileName(), job);
+            return;
+        }
+        const PageForm form{m_setup.layout, m_document.displayName()};
+        start(job, {m_document.displayName()},
+              [form, queue = PrinterQueue::of(*m_printer)](QPPrintableTextView& view,
+                                                           const GoOn& goOn) {
+                  return queuePages(view, queue, form, goOn);
               });
     });
     dialog->open();
@@ -182,16 +174,20 @@ void PrintFlow::savePages()
     const QString name =
         QFileInfo(m_document.displayName()).completeBaseName() + QStringLiteral(".pdf");
     const QDir folder = path.isEmpty() ? QDir::current() : QFileInfo(path).dir();
-    m_questions.askForSavePath(
-        &asker(), tr("Save as PDF"), folder.filePath(name), [this](const QString& chosen) {
-            if (chosen.isEmpty() || isPrinting())
-                return;
-            const PdfTarget target{chosen, m_document.displayName(), m_setup.layout};
-            start(wholeJob(), QDir::toNativeSeparators(chosen),
-                  [target](QPPrintableTextView& view, const GoOn& goOn) {
-                      return writePdf(view, target, goOn);
-                  });
-        });
+    m_questions.askForSavePath(&asker(), tr("Save as PDF"), folder.filePath(name),
+                               [this](const QString& chosen) {
+                                   if (!chosen.isEmpty() && !isPrinting())
+                                       writeTo(chosen, wholeJob());
+                               });
+}
+
+void PrintFlow::writeTo(const QString& path, const QPPrintableTextView::Job& job)
+{
+    const PageForm form{m_setup.layout, m_document.displayName()};
+    start(job, {QDir::toNativeSeparators(path), true},
+          [path, form](QPPrintableTextView& view, const GoOn& goOn) {
+              return writePdf(view, path, form, goOn);
+          });
 }
 
 void PrintFlow::showPreview()
@@ -208,10 +204,15 @@ void PrintFlow::showPreview()
             if (m_isPreviewOld)
                 refreshPreview();
         });
-        connect(&m_document.textView(), &QPTextView::textDidChange, m_preview,
+        connect(&m_document.textStorage(), &TextStorage::edited, m_preview,
                 [this] { m_isPreviewOld = true; });
-        connect(&m_document, &Document::textViewSettingsApplied, m_preview,
-                [this] { refreshPreview(); });
+        // Each letter of the footer's title comes as a change of its own.
+        auto* settling = new QTimer(m_preview);
+        settling->setSingleShot(true);
+        settling->setInterval(settingsDelay);
+        connect(settling, &QTimer::timeout, this, &PrintFlow::refreshPreview);
+        connect(&m_document, &Document::textViewSettingsApplied, settling,
+                qOverload<>(&QTimer::start));
     }
     refreshPreview();
     m_preview->present();
@@ -230,10 +231,10 @@ void PrintFlow::cancel()
         m_state->cancelled = true;
 }
 
-void PrintFlow::start(const QPPrintableTextView::Job& job, const QString& name, const Print& print)
+void PrintFlow::start(const QPPrintableTextView::Job& job, const Errand& errand, const Print& print)
 {
     m_state = std::make_shared<State>();
-    m_bar.begin({tr("Printing “%1”"), name, tr("Stop printing")});
+    m_bar.begin({tr("Printing “%1”"), errand.name, tr("Stop printing")});
     Q_EMIT printingChanged();
     runInBackground(
         this,
@@ -254,7 +255,7 @@ void PrintFlow::start(const QPPrintableTextView::Job& job, const QString& name, 
                 return !state->cancelled;
             });
         },
-        [this, name](const PrintAnswer& answer) { finish(answer, name); });
+        [this, errand](const PrintAnswer& answer) { finish(answer, errand); });
 }
 
 void PrintFlow::show(const QPPrintableTextView::Progress& progress)
@@ -271,7 +272,7 @@ void PrintFlow::notePage(int page)
         m_defaults.setValue(keys::previewPageInt, page);
 }
 
-void PrintFlow::finish(const PrintAnswer& answer, const QString& name)
+void PrintFlow::finish(const PrintAnswer& answer, const Errand& errand)
 {
     m_state.reset();
     m_bar.end();
@@ -286,13 +287,12 @@ void PrintFlow::finish(const PrintAnswer& answer, const QString& name)
                           .arg(m_document.displayName()));
         break;
     case QPPrintableTextView::Outcome::Failed:
-        Q_EMIT failed(answer.error.isEmpty()
-                          ? tr("“%1” was not printed. See whether the printer is ready, or save "
-                               "the pages as PDF.")
-                                .arg(name)
-                          : tr("“%1” was not written: %2. Save it in another place, or make room "
-                               "there.")
-                                .arg(name, answer.error));
+        Q_EMIT failed((errand.isFile
+                           ? tr("“%1” was not written: %2. Save it in another place, or make room "
+                                "there.")
+                           : tr("“%1” was not printed: %2. See whether the printer is ready, or "
+                                "save the pages as PDF."))
+                          .arg(errand.name, answer.error));
         break;
     }
 }

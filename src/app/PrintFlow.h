@@ -1,7 +1,7 @@
 #pragma once
 
+#include "app/PrintOutput.h"
 #include "app/PrintSetup.h"
-#include "app/QPPrintableTextView.h"
 
 #include <QObject>
 #include <QPointer>
@@ -17,28 +17,6 @@ class PrintPreview;
 class ProgressBar;
 class UserDefaults;
 class UserQuestions;
-
-using GoOn = std::function<bool(QPPrintableTextView::Progress)>;
-
-/// What printing came to.
-struct PrintAnswer
-{
-    QPPrintableTextView::Outcome outcome;
-    int pageCount = 0;
-    int currentPage = 0; ///< the one drawn last
-    QString error = {};  ///< of a file
-};
-
-/// A PDF file to be written.
-struct PdfTarget
-{
-    QString path;
-    QString title; ///< is told to those who read it
-    QPageLayout layout;
-};
-
-/// Writes the pages as a PDF file: entirely, or not at all.
-PrintAnswer writePdf(QPPrintableTextView& view, const PdfTarget& target, const GoOn& goOn);
 
 /// What of \a document is printed, and how, as the user defaults have it: all of it, in black,
 /// without line numbers.
@@ -75,6 +53,13 @@ Q_SIGNALS:
 private:
     using Print = std::function<PrintAnswer(QPPrintableTextView&, const GoOn&)>;
 
+    /// What is printed now, as the user is told of it.
+    struct Errand
+    {
+        QString name; ///< of the document, or of the file that is written
+        bool isFile = false;
+    };
+
     /// Shared with the thread that prints.
     struct State
     {
@@ -87,10 +72,11 @@ private:
     void setUpPrinter();
     void askHowToPrint();
     void refreshPreview();
-    void start(const QPPrintableTextView::Job& job, const QString& name, const Print& print);
+    void writeTo(const QString& path, const QPPrintableTextView::Job& job);
+    void start(const QPPrintableTextView::Job& job, const Errand& errand, const Print& print);
     void show(const QPPrintableTextView::Progress& progress);
     void notePage(int page);
-    void finish(const PrintAnswer& answer, const QString& name);
+    void finish(const PrintAnswer& answer, const Errand& errand);
 
     Document& m_document;
     UserDefaults& m_defaults;
@@ -100,7 +86,7 @@ private:
     PrintSetup m_setup; ///< as it was chosen last
     QPointer<PrintPreview> m_preview;
     bool m_isPreviewOld = false;
-    std::shared_ptr<QPrinter> m_printer; ///< as it was set up last
+    std::unique_ptr<QPrinter> m_printer; ///< as it was set up last
     bool m_isAsking = false;             ///< the print service
     std::shared_ptr<State> m_state;      ///< null while nothing is printed
 };

@@ -5,7 +5,6 @@
 #include <QFontDatabase>
 #include <QPagedPaintDevice>
 #include <QPainter>
-#include <QPrinter>
 #include <algorithm>
 
 namespace quillory {
@@ -128,12 +127,8 @@ QPPrintableTextView::Outcome QPPrintableTextView::print(QPagedPaintDevice& devic
         m_currentPage = pages[i];
         paintPage(painter, m_currentPage);
         const double share = double(i + 1) / double(pages.size());
-        if (!goOn({shareOfPagination + share * (1 - shareOfPagination), m_currentPage})) {
-            // A spooler must not get the pages that are there.
-            if (auto* printer = dynamic_cast<QPrinter*>(&device))
-                printer->abort();
+        if (!goOn({shareOfPagination + share * (1 - shareOfPagination), m_currentPage}))
             return Outcome::Cancelled;
-        }
     }
     return painter.end() ? Outcome::Printed : Outcome::Failed;
 }

@@ -25,6 +25,10 @@ WebPreview::WebPreview(DocumentWindow& window)
     });
     connect(&window.document().changeTracking(), &ChangeTracking::createPreviewRequested, this,
             &WebPreview::createPreview);
+    connect(&window.document(), &Document::textViewSettingsApplied, this, [this] {
+        if (m_visible)
+            tellInspector();
+    });
 }
 
 WebPreview::~WebPreview() = default;
@@ -38,9 +42,8 @@ void WebPreview::showPreview()
     }
     m_window.messages().clear(MessageArea::Subject::Preview);
     setVisible(true);
-    const bool extras = m_window.environment().defaults.value(keys::webKitDeveloperExtras);
-    m_program.tell({{QStringLiteral("do"), QStringLiteral("show")},
-                    {QStringLiteral("developerExtras"), extras}});
+    tellInspector();
+    m_program.tell({{QStringLiteral("do"), QStringLiteral("show")}});
     m_isAsked = true;
     createPreview();
 }
@@ -71,12 +74,17 @@ void WebPreview::load()
         document.completeString(), record.previewFormat, base.server,
         PreviewSource::styleSheetIn(m_window.environment().folders.resources)};
     if (source.isTooLong()) {
-        tellProblem(tr("The text is too long to be shown as a web page: it has %L1 characters, and "
-                       "at most %L2 are shown.")
-                        .arg(source.text.length())
-                        .arg(PreviewSource::longest));
+        // Not at every pause in typing.
+        if (!std::exchange(m_isTooLong, true) || m_isAsked)
+            tellProblem(
+                tr("The text is too long to be shown as a web page: it has %L1 characters, and "
+                   "at most %L2 are shown.")
+                    .arg(source.text.length())
+                    .arg(PreviewSource::longest));
+        m_isAsked = false;
         return;
     }
+    m_isTooLong = false;
     m_isLoading = true;
     m_isStale = false;
     m_texts.write(
@@ -103,6 +111,7 @@ void WebPreview::send(const QString& file, const PreviewBase& base)
         m_isLoading = false;
         return;
     }
+    m_window.messages().clear(MessageArea::Subject::Preview);
     m_texts.remove(std::exchange(m_before, m_file));
     m_file = file;
     m_program.tell({{QStringLiteral("do"), QStringLiteral("load")},
@@ -139,6 +148,13 @@ void WebPreview::receive(const QJsonObject& message)
         m_canGoNext = message[QStringLiteral("canGoNext")].toBool();
         Q_EMIT stateChanged();
     }
+}
+
+void WebPreview::tellInspector()
+{
+    m_program.tell({{QStringLiteral("do"), QStringLiteral("inspect")},
+                    {QStringLiteral("value"),
+                     bool(m_window.environment().defaults.value(keys::webKitDeveloperExtras))}});
 }
 
 void WebPreview::setVisible(bool visible)

@@ -46,6 +46,7 @@ private:
     void receive(const QJsonObject& message);
     void finishLoad();
     void setVisible(bool visible);
+    void tellInspector();
     void tellProblem(const QString& text);
 
     DocumentWindow& m_window;
@@ -56,6 +57,7 @@ private:
     bool m_isLoading = false; ///< writing counts
     bool m_isStale = false;   ///< the text has changed since
     bool m_isAsked = false;   ///< for the next load
+    bool m_isTooLong = false; ///< the text, and the user knows
     bool m_visible = false;
     QString m_title;
     bool m_canGoBack = false;

@@ -2,6 +2,7 @@
 
 #include "app/DocumentController.h"
 #include "app/Guides.h"
+#include "app/LinkLabel.h"
 #include "app/RefillingMenu.h"
 #include "app/Shell.h"
 #include "app/ShellKeys.h"
@@ -138,10 +139,9 @@ QLayout* WelcomeWindow::newFoot(const DocumentEnvironment& environment)
     foot->addStretch(1);
     const QString guide = guidePath(environment.folders, QStringLiteral("users-guide.md"));
     if (!guide.isEmpty()) {
-        auto* link = new QLabel(
+        auto* link = new LinkLabel(
             QStringLiteral("<a href=\"guide\">%1</a>").arg(tr("User's guide").toHtmlEscaped()),
             this);
-        link->setTextInteractionFlags(Qt::LinksAccessibleByKeyboard | Qt::LinksAccessibleByMouse);
         connect(link, &QLabel::linkActivated, this, [this, guide] { openFiles({guide}); });
         foot->addWidget(link);
     }

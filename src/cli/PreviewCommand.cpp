@@ -23,7 +23,9 @@ ExitStatus runPreview(const QStringList& arguments, const CliStreams& streams)
         const PreviewBase base = PreviewBase::of(given.value(baseOption).value_or(QString()), path);
         const PreviewSource source{
             textOfFile(path),
-            int(definition.number(QLatin1StringView("previewFormat")).value_or(0)), base.server,
+            int(definition.number(QLatin1StringView("previewFormat")).value_or(0)),
+            given.value(baseOption) && base.server.isEmpty() ? QUrl::fromLocalFile(base.path)
+                                                             : base.server,
             PreviewSource::styleSheetIn(folders.resources)};
         if (source.isTooLong())
             throw Refusal{ExitStatus::Failure,

@@ -53,7 +53,10 @@ ExitStatus runPrint(const QStringList& arguments, const CliStreams& streams)
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(editor, options + QStringList{QStringLiteral("--print-to"), files[1],
                                                 QStringLiteral("--"), files[0]});
-    process.waitForFinished(-1);
+    if (!process.waitForFinished(-1)) {
+        streams.error << "quillory-cli print: " << editor << ": " << process.errorString() << '\n';
+        return ExitStatus::Failure;
+    }
     const bool printed = process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
     return printed ? ExitStatus::Success : ExitStatus::Failure;
 }

@@ -314,12 +314,12 @@ void Document::textViewSettings()
     UserDefaults& defaults = m_environment.defaults;
     m_highlight.changeHighlight();
     QTimer::singleShot(highlightDelay, &m_highlight, &CurrentLineHighlight::highlight);
-    Q_EMIT textViewSettingsApplied();
     const bool inspects = defaults.value(keys::enableWebInspector);
     if (defaults.value(keys::webKitDeveloperExtras) != inspects) {
         defaults.setValue(keys::webKitDeveloperExtras, inspects);
         defaults.synchronize(); // the preview, another program, reads it
     }
+    Q_EMIT textViewSettingsApplied();
     m_colouring.prepareColoring();
     pageRecolour();
     m_textView.didChangeText();

@@ -9,8 +9,9 @@ namespace quillory {
 
 /// The way to the editor: two pipes with one JSON object a line.
 ///
-/// The editor says what to "do": "show" (with "developerExtras"), "hide", "load" (the page in
-/// "file" as if it lay at "path", with what lies in "folder"; "isAsked" where the user wanted it).
+/// The editor says what to "do": "inspect" (whether that is offered in "value"), "show", "hide",
+/// "load" (the page in "file" as if it lay at "path", with what lies in "folder"; "isAsked" where
+/// the user wanted it).
 /// It is told ("tell"): "visible" (with "value"), "state" ("title", "canGoBack", "canGoNext",
 /// "strip"), "loaded" once for each "load", and "reload" where the user asks for the text as it is
 /// now.

@@ -2,6 +2,7 @@
 
 #include "preview/RequestGuard.h"
 
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
@@ -17,6 +18,14 @@ namespace quillory {
 namespace {
 
 constexpr int longestMessage = 2000; ///< code units
+
+/// What the engine asks in the page's place where a page wants to be asked before it is left.
+QString leaveQuestion()
+{
+    return QCoreApplication::translate("QWebEnginePage",
+                                       "Are you sure you want to leave this page? Changes that "
+                                       "you made may not be saved.");
+}
 
 /// \a text as the rich text of a dialog that shows it as it stands.
 QString verbatim(const QString& text)
@@ -118,7 +127,7 @@ void PreviewPage::javaScriptAlert(const QUrl& /*origin*/, const QString& message
 
 bool PreviewPage::javaScriptConfirm(const QUrl& /*origin*/, const QString& message)
 {
-    return m_leaves || showPanel(message, true);
+    return (m_leaves && message == leaveQuestion()) || showPanel(message, true);
 }
 
 bool PreviewPage::javaScriptPrompt(const QUrl& /*origin*/, const QString& message,

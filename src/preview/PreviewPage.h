@@ -25,6 +25,8 @@ public:
     void closeDialogs();
     /// A dialog is open, for which the page waits.
     bool isAsking() const;
+    /// Counts a dialog that the page brings up; false where it may show none any more.
+    bool mayAsk();
 
 protected:
     bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
@@ -39,7 +41,6 @@ protected:
 
 private:
     void refuseEverything();
-    bool mayAsk();
     bool showPanel(const QString& message, bool canCancel);
 
     RequestGuard& m_guard;

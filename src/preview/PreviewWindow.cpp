@@ -162,7 +162,11 @@ void PreviewWindow::receive(const QJsonObject& message)
 {
     const QString task = message[QStringLiteral("do")].toString();
     if (task == QLatin1StringView("show")) {
-        present(message[QStringLiteral("developerExtras")].toBool());
+        present();
+    } else if (task == QLatin1StringView("inspect")) {
+        m_developerExtras = message[QStringLiteral("value")].toBool();
+        if (m_inspector && !m_developerExtras)
+            m_inspector->hide();
     } else if (task == QLatin1StringView("hide")) {
         m_page->closeDialogs();
         hide();
@@ -171,9 +175,8 @@ void PreviewWindow::receive(const QJsonObject& message)
     }
 }
 
-void PreviewWindow::present(bool developerExtras)
+void PreviewWindow::present()
 {
-    m_developerExtras = developerExtras;
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
@@ -286,6 +289,10 @@ void PreviewWindow::allowServers()
 
 void PreviewWindow::askForDownload(QWebEngineDownloadRequest* download)
 {
+    if (!m_page->mayAsk()) {
+        download->cancel();
+        return;
+    }
     const QString path = QFileDialog::getSaveFileName(
         this, tr("Save Download"),
         QDir(download->downloadDirectory()).filePath(download->suggestedFileName()));

@@ -58,7 +58,7 @@ private:
     void connectPage();
     QToolButton* addButton(QLayout& bar, QStyle::StandardPixmap icon, const QString& toolTip);
     void addKeys();
-    void present(bool developerExtras);
+    void present();
     void load(const QJsonObject& message);
     void endLoad();
     void askForServer(const QString& server);

@@ -356,6 +356,14 @@ TEST_F(PreferencesTest, givingUpTheFontDialogBringsTheFontBack)
         QTest::qWait(150);
         EXPECT_EQ(document.view().textFont().pointSize(), accepts ? 18 : 14);
     }
+
+    defaults.remove(keys::customFontName);
+    choose(document, u"Format/Font…"_s);
+    auto* dialog = document.findChild<QFontDialog*>();
+    dialog->setCurrentFont(QFont(dialog->currentFont().family(), 20));
+    EXPECT_TRUE(defaults.isWritten(keys::customFontName));
+    dialog->reject();
+    EXPECT_FALSE(defaults.isWritten(keys::customFontName)) << "what was not chosen is not stored";
 }
 
 TEST_F(PreferencesTest, theFolderIsChosenAndForgotten)

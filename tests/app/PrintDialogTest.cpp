@@ -184,6 +184,28 @@ TEST_F(PrintDialogTest, PrintsNothingWhenItIsCancelled)
     EXPECT_TRUE(QFile::exists(pdf));
 }
 
+TEST_F(PrintDialogTest, LeavesAFileAsItWasWhenItIsGivenUp)
+{
+    DocumentWindow& window = open(write("rows.txt", rows(100'000)));
+    QPrintDialog& dialog = ask(window, pdf);
+    // What is typed behind the dialog is not printed, and the selection may be gone.
+    window.document().textView().setSelectedRange({0, 50});
+    write("out.pdf", "before");
+    {
+        OnHide onHide([&] { window.document().textView().insertText(u"x"_s); });
+        dialog.installEventFilter(&onHide);
+        dialog.printer()->setOutputFileName(pdf);
+        dialog.QDialog::done(QDialog::Accepted);
+    }
+    ASSERT_TRUE(window.printing().isPrinting());
+    auto* bar = window.findChild<ProgressBar*>();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return bar->percent() > 0; }, patience));
+    window.printing().cancel();
+    ASSERT_TRUE(isPrinted(window));
+    EXPECT_EQ(bytesOf(pdf), "before");
+    EXPECT_EQ(message(window, MessageArea::Subject::Export), QString());
+}
+
 TEST_F(PrintDialogTest, TellsOfAPrinterThatFails)
 {
     DocumentWindow& window = open(write("rows.txt", rows(4)));
@@ -199,7 +221,7 @@ TEST_F(PrintDialogTest, TellsOfAPrinterThatFails)
     other.installEventFilter(&onHide);
     accept(other);
     ASSERT_TRUE(isPrinted(window));
-    EXPECT_TRUE(message(window, MessageArea::Subject::Export).contains(u"was not printed"_s))
+    EXPECT_TRUE(message(window, MessageArea::Subject::Export).contains(u"was not written"_s))
         << message(window, MessageArea::Subject::Export).toStdString();
 }
 

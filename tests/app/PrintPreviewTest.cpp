@@ -122,9 +122,7 @@ TEST_F(PrintPreviewTest, FollowsTheFooterOfThePreferences)
     defaults.setValue(keys::footerIncludeTitle, true);
     defaults.setValue(keys::footerTitle, QString(u"W"_s.repeated(60)));
     notifications.post(notifications::preferencesDidChange);
-    ASSERT_TRUE(areAllFound(preview));
-    ASSERT_TRUE(isDrawn(preview));
-    EXPECT_GT(darkPixels(preview), without + 200);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return darkPixels(preview) > without + 200; }, patience));
 }
 
 TEST_F(PrintPreviewTest, ShowsTheFirstPagesOfManyAtOnce)

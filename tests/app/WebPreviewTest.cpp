@@ -166,6 +166,12 @@ TEST_F(WebPreviewTest, LargePagesAreShownAndTooLargeOnesAreNot)
         patience));
     press(huge, {u"'typed on'"_s});
     QTest::qWait(600);
+    huge.document().textView().setSelectedRange(
+        {1000, huge.document().completeString().length() - 1000});
+    press(huge, {u"Delete"_s});
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return message(huge, MessageArea::Subject::Preview).isEmpty(); }, patience))
+        << "the page is shown again, and the message still there";
 }
 
 TEST_F(WebPreviewTest, TheEditorGoesOnWhenTheProgramEnds)

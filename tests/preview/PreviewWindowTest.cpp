@@ -162,6 +162,11 @@ TEST_F(PreviewWindowTest, FileInputsAndDownloadsAskTheUser)
            "a.download = 'abc.txt'; a.click() }"_s);
     EXPECT_TRUE(QTest::qWaitFor([&] { return asked > before; }, patience));
     EXPECT_EQ(window.page().url(), documentAddress());
+
+    script(u"{ const a = document.createElement('a'); a.href = 'data:text/plain,abc'; "
+           "a.download = 'abc.txt'; setInterval(() => a.click(), 20) }"_s);
+    pass(4000);
+    EXPECT_LE(asked, PreviewPage::mostDialogs + 1);
 }
 
 TEST_F(PreviewWindowTest, TheInspectorIsForThoseWhoSwitchItOn)
@@ -175,9 +180,11 @@ TEST_F(PreviewWindowTest, TheInspectorIsForThoseWhoSwitchItOn)
     };
     QTest::keyClick(&window, Qt::Key_F12);
     EXPECT_EQ(inspectors(), 0);
-    window.receive({{u"do"_s, u"show"_s}, {u"developerExtras"_s, true}});
+    window.receive({{u"do"_s, u"inspect"_s}, {u"value"_s, true}});
     QTest::keyClick(&window, Qt::Key_F12);
     EXPECT_EQ(inspectors(), 1);
+    window.receive({{u"do"_s, u"inspect"_s}, {u"value"_s, false}});
+    EXPECT_EQ(inspectors(), 0);
 }
 
 TEST_F(PreviewWindowTest, APageWithoutEndDoesNotHoldUpTheNextText)

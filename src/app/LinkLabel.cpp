@@ -1,0 +1,43 @@
+#include "app/LinkLabel.h"
+
+#include "view/Contrast.h"
+
+#include <QApplication>
+#include <QEvent>
+
+namespace quillory {
+
+namespace {
+
+constexpr double leastContrast = 4.5; ///< of links to the window (WCAG 2.1, 1.4.3)
+
+} // namespace
+
+LinkLabel::LinkLabel(const QString& html, QWidget* parent) : QLabel(html, parent)
+{
+    setTextFormat(Qt::RichText);
+    setTextInteractionFlags(Qt::LinksAccessibleByKeyboard | Qt::LinksAccessibleByMouse);
+    takeColour();
+}
+
+void LinkLabel::changeEvent(QEvent* event)
+{
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        takeColour();
+}
+
+/// Many dark palettes leave links in the dark blue that is meant for white paper.
+void LinkLabel::takeColour()
+{
+    const QPalette desktop = QApplication::palette(this);
+    const QColor link = lightenedFor(desktop.color(QPalette::Window), desktop.color(QPalette::Link),
+                                     leastContrast);
+    QPalette colours = palette();
+    if (colours.color(QPalette::Link) == link)
+        return;
+    colours.setColor(QPalette::Link, link);
+    setPalette(colours);
+}
+
+} // namespace quillory
