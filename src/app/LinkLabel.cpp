@@ -13,7 +13,7 @@ constexpr double leastContrast = 4.5; ///< of links to the window (WCAG 2.1, 1.4
 
 } // namespace
 
-LinkLabel::LinkLabel(const QString& html, QWidget* parent) : QLabel(html, parent)
+LinkLabel::LinkLabel(const QString& html, QWidget* parent) : QLabel(parent), m_html(html)
 {
     setTextFormat(Qt::RichText);
     setTextInteractionFlags(Qt::LinksAccessibleByKeyboard | Qt::LinksAccessibleByMouse);
@@ -27,17 +27,14 @@ void LinkLabel::changeEvent(QEvent* event)
         takeColour();
 }
 
-/// Many dark palettes leave links in the dark blue that is meant for white paper.
+/// Many dark palettes leave links in the dark blue that is meant for white paper; and links are
+/// drawn in the application's colour, whatever the widget's palette says.
 void LinkLabel::takeColour()
 {
     const QPalette desktop = QApplication::palette(this);
-    const QColor link = lightenedFor(desktop.color(QPalette::Window), desktop.color(QPalette::Link),
-                                     leastContrast);
-    QPalette colours = palette();
-    if (colours.color(QPalette::Link) == link)
-        return;
-    colours.setColor(QPalette::Link, link);
-    setPalette(colours);
+    const QColor link =
+        lightenedFor(desktop.color(QPalette::Window), desktop.color(QPalette::Link), leastContrast);
+    setText(QStringLiteral("<style>a { color: %1; }</style>").arg(link.name()) + m_html);
 }
 
 } // namespace quillory

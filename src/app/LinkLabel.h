@@ -18,6 +18,8 @@ protected:
 
 private:
     void takeColour();
+
+    QString m_html;
 };
 
 } // namespace quillory

@@ -42,10 +42,10 @@ int main(int argc, char* argv[])
         return 1;
     }
     QCoreApplication::setApplicationName(QStringLiteral("Quillory"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("quillory"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.quillory.Quillory"));
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("quillory")));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("org.quillory.Quillory")));
     quillory::followPalette();
 
     quillory::EditorLink link(input, output);
