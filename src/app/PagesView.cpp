@@ -11,7 +11,7 @@ namespace quillory {
 namespace {
 
 constexpr double pointsPerInch = 72;
-constexpr int spacing = 10;            // pixels around each page
+constexpr int spacing = PageStack::spacing;
 constexpr int tileSide = 1024;         // device pixels
 constexpr int cacheSize = 96 * 1024;   // KB
 constexpr int longest = 1'000'000'000; // pixels of all pages together; scroll bars count in int
@@ -45,17 +45,9 @@ void PagesView::setRenderer(PageRenderer* renderer)
 void PagesView::setPageSizes(std::vector<QSizeF> sizes)
 {
     const Place before = place();
-    const bool wasEmpty = m_sizes.empty();
+    const bool wasEmpty = pageCount() == 0;
     m_mayDraw = m_renderer != nullptr;
-    m_sizes = std::move(sizes);
-    m_tops.resize(m_sizes.size());
-    m_widest = 0;
-    double top = 0;
-    for (size_t i = 0; i < m_sizes.size(); ++i) {
-        m_tops[i] = top;
-        top += m_sizes[i].height();
-        m_widest = std::max(m_widest, m_sizes[i].width());
-    }
+    m_stack.setSizes(std::move(sizes));
     if (wasEmpty || before.page >= pageCount()) {
         refit();
         updateCurrent();
@@ -76,28 +68,27 @@ void PagesView::redraw()
 
 double PagesView::zoom() const
 {
-    return m_scale * pointsPerInch / logicalDpiY();
+    return m_stack.scale() * pointsPerInch / logicalDpiY();
 }
 
 double PagesView::bounded(double scale) const
 {
     const double printed = logicalDpiY() / pointsPerInch;
-    const double height = m_sizes.empty() ? 1 : m_tops.back() + m_sizes.back().height();
-    return std::min(std::clamp(scale, smallestZoom * printed, largestZoom * printed),
-                    longest / height);
+    return m_stack.bounded(std::clamp(scale, smallestZoom * printed, largestZoom * printed),
+                           longest);
 }
 
 double PagesView::fittedScale() const
 {
-    if (m_fit == Fit::None || m_widest <= 0)
-        return m_scale;
+    if (m_fit == Fit::None || m_stack.widest() <= 0)
+        return m_stack.scale();
     const int bar = verticalScrollBar()->sizeHint().width();
     const QSize room =
         maximumViewportSize() - QSize(2 * spacing + (verticalScrollBar()->isHidden() ? bar : 0), 0);
-    double scale = room.width() / m_widest;
+    double scale = room.width() / m_stack.widest();
     if (m_fit == Fit::Page && m_current < pageCount())
-        scale = std::min(scale, (room.height() - 2 * spacing - m_captionHeight) /
-                                    m_sizes[size_t(m_current)].height());
+        scale = std::min(scale, (room.height() - 2 * spacing - m_stack.captionHeight()) /
+                                    pageSize(m_current).height());
     return bounded(scale);
 }
 
@@ -106,14 +97,14 @@ void PagesView::rescale(double scale, QPointF anchor)
 {
     setHorizontalScrollBarPolicy(m_fit == Fit::None ? Qt::ScrollBarAsNeeded
                                                     : Qt::ScrollBarAlwaysOff);
-    const int page = pageAtY(verticalScrollBar()->value() + int(anchor.y()));
+    const int page = m_stack.pageAt(verticalScrollBar()->value() + int(anchor.y()));
     const QPointF point = page >= 0 ? inPage(page, anchor) : QPointF();
-    if (scale != m_scale)
+    if (scale != m_stack.scale())
         keepAsEarlier();
-    m_scale = scale;
+    m_stack.setScale(scale);
     updateBars();
     if (page >= 0) {
-        const QPointF moved = rectOf(page).topLeft() + point * m_scale - anchor;
+        const QPointF moved = rectOf(page).topLeft() + point * m_stack.scale() - anchor;
         horizontalScrollBar()->setValue(horizontalScrollBar()->value() + qRound(moved.x()));
         verticalScrollBar()->setValue(verticalScrollBar()->value() + qRound(moved.y()));
     }
@@ -136,74 +127,48 @@ void PagesView::setFit(Fit fit)
 
 void PagesView::setCaptionHeight(int height)
 {
-    m_captionHeight = height;
+    m_stack.setCaptionHeight(height);
     refit();
 }
 
 // Places
 
-int PagesView::topOf(int page) const
-{
-    return spacing + int(std::lround(m_tops[size_t(page)] * m_scale)) +
-           page * (spacing + m_captionHeight);
-}
-
-QSize PagesView::sizeOf(int page) const
-{
-    return (m_sizes[size_t(page)] * m_scale).toSize().expandedTo(QSize(1, 1));
-}
-
 QRect PagesView::rectOf(int page) const
 {
-    const QSize size = sizeOf(page);
-    const int width = std::max(viewport()->width(), int(m_widest * m_scale) + 2 * spacing);
+    const QSize size = m_stack.pixels(page);
+    const int width = std::max(viewport()->width(), m_stack.extent().width());
     return {QPoint((width - size.width()) / 2 - horizontalScrollBar()->value(),
-                   topOf(page) - verticalScrollBar()->value()),
+                   m_stack.top(page) - verticalScrollBar()->value()),
             size};
 }
 
 QPointF PagesView::inPage(int page, QPointF position) const
 {
-    return (position - rectOf(page).topLeft()) / m_scale;
-}
-
-int PagesView::pageAtY(int y) const
-{
-    int low = 0;
-    int high = pageCount();
-    while (low < high) {
-        const int middle = (low + high) / 2;
-        if (topOf(middle) <= y)
-            low = middle + 1;
-        else
-            high = middle;
-    }
-    return pageCount() == 0 ? -1 : std::max(0, low - 1);
+    return (position - rectOf(page).topLeft()) / m_stack.scale();
 }
 
 int PagesView::pageAt(QPoint position) const
 {
-    const int page = pageAtY(position.y() + verticalScrollBar()->value());
-    return page >= 0 && rectOf(page).adjusted(0, 0, 0, m_captionHeight).contains(position) ? page
-                                                                                           : -1;
+    const int page = m_stack.pageAt(position.y() + verticalScrollBar()->value());
+    return page >= 0 && rectOf(page).adjusted(0, 0, 0, m_stack.captionHeight()).contains(position)
+               ? page
+               : -1;
 }
 
 void PagesView::updateBars()
 {
     const QSize room = viewport()->size();
+    const QSize extent = m_stack.extent();
     const int last = pageCount() - 1;
-    const int height =
-        last < 0 ? 0 : topOf(last) + sizeOf(last).height() + m_captionHeight + spacing;
-    const int width = last < 0 ? 0 : int(m_widest * m_scale) + 2 * spacing;
     const int line = fontMetrics().height() * 3;
     QScrollBar& vertical = *verticalScrollBar();
-    vertical.setRange(0, std::max(0, height - room.height()));
+    vertical.setRange(0, std::max(0, extent.height() - room.height()));
     vertical.setSingleStep(line);
     // A whole page that fits is turned; of others a little stays in sight.
-    const int page = last < 0 ? 0 : sizeOf(std::min(m_current, last)).height() + spacing;
-    vertical.setPageStep(m_fit == Fit::Page ? page + m_captionHeight
+    const int page = last < 0 ? 0 : m_stack.pixels(std::min(m_current, last)).height() + spacing;
+    vertical.setPageStep(m_fit == Fit::Page ? page + m_stack.captionHeight()
                                             : std::max(line, room.height() - line));
-    horizontalScrollBar()->setRange(0, std::max(0, width - room.width()));
+    horizontalScrollBar()->setRange(0, std::max(0, extent.width() - room.width()));
     horizontalScrollBar()->setPageStep(room.width());
     horizontalScrollBar()->setSingleStep(line);
 }
@@ -211,7 +176,7 @@ void PagesView::updateBars()
 /// The first page of which half, or that fills half of the window.
 void PagesView::updateCurrent()
 {
-    int page = pageAtY(verticalScrollBar()->value());
+    int page = m_stack.pageAt(verticalScrollBar()->value());
     if (page < 0)
         return;
     const QRect room = viewport()->rect();
@@ -233,7 +198,7 @@ void PagesView::setCurrent(int page)
 std::pair<int, int> PagesView::pagesInSight() const
 {
     const int top = verticalScrollBar()->value();
-    return {std::max(0, pageAtY(top)), pageAtY(top + viewport()->height())};
+    return {std::max(0, m_stack.pageAt(top)), m_stack.pageAt(top + viewport()->height())};
 }
 
 void PagesView::goToPage(int page)
@@ -241,7 +206,7 @@ void PagesView::goToPage(int page)
     if (pageCount() == 0)
         return;
     page = std::clamp(page, 0, pageCount() - 1);
-    verticalScrollBar()->setValue(topOf(page) - spacing);
+    verticalScrollBar()->setValue(m_stack.top(page) - spacing);
     setCurrent(page); // also where the pages end too early for it to be at the top
 }
 
@@ -249,13 +214,13 @@ void PagesView::reveal(int page, const QRectF& rect)
 {
     if (page < 0 || page >= pageCount())
         return;
-    const QRect shown(rectOf(page).topLeft() + (rect.topLeft() * m_scale).toPoint(),
-                      (rect.size() * m_scale).toSize());
+    const QRect shown(rectOf(page).topLeft() + (rect.topLeft() * m_stack.scale()).toPoint(),
+                      (rect.size() * m_stack.scale()).toSize());
     constexpr int margin = 24; // pixels
     QScrollBar& vertical = *verticalScrollBar();
     const QRect room = viewport()->rect();
     if (shown.top() < 0 || shown.bottom() > room.bottom()) {
-        const int top = topOf(page) - spacing;
+        const int top = m_stack.top(page) - spacing;
         // From the upper end of the page where that shows it too.
         const bool showsFromTop = shown.bottom() + vertical.value() - top < room.height() - margin;
         vertical.setValue(showsFromTop ? top
@@ -268,7 +233,7 @@ void PagesView::reveal(int page, const QRectF& rect)
 
 PagesView::Place PagesView::place() const
 {
-    const int page = pageAtY(verticalScrollBar()->value());
+    const int page = m_stack.pageAt(verticalScrollBar()->value());
     return {m_fit, zoom(), std::max(0, page), page < 0 ? QPointF() : inPage(page, {})};
 }
 
@@ -281,7 +246,7 @@ void PagesView::show(const Place& place)
                                : fittedScale(),
             {});
     const int page = std::min(place.page, pageCount() - 1);
-    const QPoint corner = (place.corner * m_scale).toPoint() + rectOf(page).topLeft();
+    const QPoint corner = (place.corner * m_stack.scale()).toPoint() + rectOf(page).topLeft();
     horizontalScrollBar()->setValue(horizontalScrollBar()->value() + corner.x());
     verticalScrollBar()->setValue(verticalScrollBar()->value() + corner.y());
     updateCurrent();
@@ -334,7 +299,7 @@ void PagesView::wheelEvent(QWheelEvent* event)
     constexpr double step = 120; // of a wheel, as Qt counts
     const double factor = std::pow(zoomStep, event->angleDelta().y() / step);
     m_fit = Fit::None;
-    rescale(bounded(m_scale * factor), event->position());
+    rescale(bounded(m_stack.scale() * factor), event->position());
     event->accept();
 }
 
@@ -432,7 +397,7 @@ std::vector<PageTile> PagesView::tilesOf(int page, const QRect& visible) const
             const QRect part =
                 QRect(x * tileSide, y * tileSide, tileSide, tileSide).intersected(whole);
             if (!part.isEmpty())
-                tiles.push_back({page, m_scale * ratio, part});
+                tiles.push_back({page, m_stack.scale() * ratio, part});
         }
     return tiles;
 }
@@ -444,7 +409,7 @@ void PagesView::requestTiles()
     const QRect seen = viewport()->rect();
     const auto add = [&](const QRect& area) {
         const int y = verticalScrollBar()->value();
-        for (int page = std::max(0, pageAtY(y + area.top())); page < pageCount(); ++page) {
+        for (int page = std::max(0, m_stack.pageAt(y + area.top())); page < pageCount(); ++page) {
             if (rectOf(page).top() > area.bottom())
                 break;
             for (const PageTile& tile : tilesOf(page, area))
@@ -466,8 +431,9 @@ void PagesView::paintEvent(QPaintEvent* event)
     constexpr int darkness = 112; // per cent, as QColor::darker() has it
     QPainter painter(viewport());
     painter.fillRect(event->rect(), palette().color(QPalette::Window).darker(darkness));
-    const int y = verticalScrollBar()->value() + event->rect().top() - m_captionHeight - spacing;
-    for (int page = std::max(0, pageAtY(y)); page < pageCount(); ++page) {
+    const int y =
+        verticalScrollBar()->value() + event->rect().top() - m_stack.captionHeight() - spacing;
+    for (int page = std::max(0, m_stack.pageAt(y)); page < pageCount(); ++page) {
         const QRect rect = rectOf(page);
         if (rect.top() > event->rect().bottom())
             break;
@@ -479,9 +445,10 @@ void PagesView::paintEvent(QPaintEvent* event)
         paintPage(painter, page, event->rect());
         paintMarks(painter, page, rect);
         painter.restore();
-        if (m_captionHeight > 0)
-            paintCaption(painter, page,
-                         QRect(rect.left(), rect.bottom() + 1, rect.width(), m_captionHeight));
+        if (m_stack.captionHeight() > 0)
+            paintCaption(
+                painter, page,
+                QRect(rect.left(), rect.bottom() + 1, rect.width(), m_stack.captionHeight()));
     }
     painter.end();
     if (m_mayDraw && pageCount() > 0)
@@ -494,9 +461,9 @@ void PagesView::paintPage(QPainter& painter, int page, const QRect& exposed)
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     for (const Earlier& earlier : m_earlier)
         if (earlier.page == page)
-            painter.drawImage(
-                QRectF(corner + earlier.place.topLeft() * m_scale, earlier.place.size() * m_scale),
-                earlier.image);
+            painter.drawImage(QRectF(corner + earlier.place.topLeft() * m_stack.scale(),
+                                     earlier.place.size() * m_stack.scale()),
+                              earlier.image);
     for (const PageTile& tile : tilesOf(page, exposed))
         if (const QImage* image = m_tiles.object(tile)) {
             painter.fillRect(rectOf(tile), Qt::white);
@@ -514,7 +481,8 @@ void PagesView::paintMarks(QPainter& painter, int page, const QRect& rect)
         const bool isCurrent = each - m_marks.begin() == m_currentMark;
         QRegion region; // in which those that overlap are one
         for (const QRectF& mark : each->rects)
-            region += QRectF(rect.topLeft() + mark.topLeft() * m_scale, mark.size() * m_scale)
+            region += QRectF(rect.topLeft() + mark.topLeft() * m_stack.scale(),
+                             mark.size() * m_stack.scale())
                           .adjusted(-1, -1, 1, 1)
                           .toAlignedRect();
         for (const QRect& part : region)

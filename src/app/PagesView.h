@@ -2,6 +2,7 @@
 
 #include "app/PageMarks.h"
 #include "app/PageRenderer.h"
+#include "app/PageStack.h"
 
 #include <QAbstractScrollArea>
 #include <QCache>
@@ -45,9 +46,9 @@ public:
     /// The pages look different now.
     void redraw();
 
-    int pageCount() const { return int(m_sizes.size()); }
-    QSizeF pageSize(int page) const { return m_sizes[size_t(page)]; } ///< points
-    int currentPage() const { return m_current; }                     ///< from 0
+    int pageCount() const { return m_stack.count(); }
+    QSizeF pageSize(int page) const { return m_stack.points(page); } ///< points
+    int currentPage() const { return m_current; }                    ///< from 0
     /// The first and the last; the last is before the first where there are none.
     std::pair<int, int> pagesInSight() const;
     /// Shows its upper end.
@@ -118,9 +119,6 @@ private:
     void take(const PageTile& tile, const QImage& image);
     void requestTiles();
 
-    int pageAtY(int y) const;  ///< from the upper end of all; -1 where there are no pages
-    int topOf(int page) const; ///< pixels from the upper end of all
-    QSize sizeOf(int page) const;
     QRect rectOf(int page) const; ///< of the viewport
     QPointF inPage(int page, QPointF position) const;
     std::vector<PageTile> tilesOf(int page, const QRect& visible) const;
@@ -131,13 +129,9 @@ private:
     PageRenderer::Purpose m_purpose;
     PageRenderer* m_renderer = nullptr;
     bool m_mayDraw = false; ///< the sizes are those of its pages
-    std::vector<QSizeF> m_sizes;
-    std::vector<double> m_tops; ///< heights of the pages before, in points
-    double m_widest = 0;        ///< points
+    PageStack m_stack;
     Fit m_fit = Fit::Width;
-    double m_scale = 1; ///< pixels a point
     int m_current = 0;
-    int m_captionHeight = 0;
     QCache<PageTile, QImage> m_tiles; ///< of this scale
     std::vector<Earlier> m_earlier;
     std::vector<PageTile> m_wanted;
