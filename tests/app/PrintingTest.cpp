@@ -191,11 +191,14 @@ TEST_F(PrintingTest, PrintsWhatIsWrittenInAnyScript)
     ASSERT_GT(printed.size(), 1);
     const QString all = printed.join(QString());
     EXPECT_EQ(all.count(u"Ärger ŻÓŁW"_s), 40);
-    EXPECT_EQ(all.count(u"tude"_s), 40);
-    if (QFontDatabase::families(QFontDatabase::Hebrew).isEmpty())
-        return;
+    EXPECT_EQ(all.normalized(QString::NormalizationForm_C).count(u"étude"_s), 40);
+    if (!QFontDatabase::families(QFontDatabase::Japanese).isEmpty()) {
+        EXPECT_EQ(all.count(u"漢字かな交じり文"_s), 40);
+    }
     // It is for the reader to put stretches from right to left in order.
-    EXPECT_EQ(all.count(u"שלום"_s) + all.count(u"םולש"_s), 40);
+    if (!QFontDatabase::families(QFontDatabase::Hebrew).isEmpty()) {
+        EXPECT_EQ(all.count(u"שלום"_s) + all.count(u"םולש"_s), 40);
+    }
 }
 
 TEST_F(PrintingTest, PrintsADarkThemesColoursReadably)
