@@ -30,7 +30,7 @@ _quillory_cli() {
     COMPREPLY=()
     if ((COMP_CWORD == 1)); then
         mapfile -t COMPREPLY < <(compgen -W \
-            "info convert transform print preview definitions highlight functions statistics sniff --help --version" \
+            "info convert transform print preview definitions highlight find functions statistics sniff --help --version" \
             -- "$current")
         return
     fi
@@ -53,6 +53,7 @@ _quillory_cli() {
     print) options="--line-numbers --colours" ;;
     preview) options="--definition --base" ;;
     highlight) options="--definition --theme --range --default --format" ;;
+    find) options="--regex --match-case --whole-words --format" ;;
     functions) options="--definition --format" ;;
     statistics) options="--range --format" ;;
     transform)

@@ -23,6 +23,7 @@ _quillory_cli() {
         'preview:write the web page of a file'
         'definitions:list the installed definitions'
         'highlight:write a file in the colours of its language'
+        'find:list the places of a file that hold a text'
         'functions:list the functions of a file'
         'statistics:count characters, words and lines'
         'sniff:guess the encoding of a file'
@@ -59,6 +60,11 @@ _quillory_cli() {
         statistics)
             _arguments '--range[part to count]:location,length:' \
                 '--format[form of the answer]:form:(text json)' '*:file:_files'
+            ;;
+        find)
+            _arguments '--regex[find a regular expression]' '--match-case[tell capitals from small letters]' \
+                '--whole-words[find whole words]' '--format[form of the answer]:form:(text json)' \
+                '1:text:' '2:file:_files'
             ;;
         functions)
             _arguments '--definition[language]:title or file:_files' \

@@ -42,6 +42,11 @@ bool canDelete(const DocumentWindow& window)
     return window.document().textView().isEditable() && hasSelection(window);
 }
 
+bool canReplace(const DocumentWindow& window)
+{
+    return window.document().textView().isEditable();
+}
+
 bool canCloseTag(const DocumentWindow& window)
 {
     Document& document = window.document();

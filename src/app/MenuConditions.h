@@ -19,6 +19,8 @@ bool isUnderstood(const DocumentWindow& window);
 bool hasSelection(const DocumentWindow& window);
 /// That may be changed or taken away.
 bool canDelete(const DocumentWindow& window);
+/// The text may be changed.
+bool canReplace(const DocumentWindow& window);
 /// There may be tags to close: the language has them.
 bool canCloseTag(const DocumentWindow& window);
 /// The definition has a word for what one can go to.

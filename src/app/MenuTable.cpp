@@ -365,6 +365,7 @@ std::span<const MenuDefinition> menuTable()
     static const std::array menus{
         MenuDefinition{ENTRY("&File"), fileMenu},
         MenuDefinition{ENTRY("&Edit"), editMenu()},
+        MenuDefinition{ENTRY("&Search"), searchMenu()},
         MenuDefinition{ENTRY("&View"), viewMenu},
         MenuDefinition{ENTRY("&Text"), textMenu()},
         MenuDefinition{ENTRY("F&ormat"), formatMenu},

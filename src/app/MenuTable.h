@@ -59,6 +59,7 @@ std::span<const MenuDefinition> menuTable();
 
 // Menus with a file of their own.
 std::span<const MenuItem> editMenu();
+std::span<const MenuItem> searchMenu();
 std::span<const MenuItem> textMenu();
 
 /// The program's own keys first, so that the menus show the same on every desktop.

@@ -1,48 +1,22 @@
 #include "app/PdfFindBar.h"
 
+#include "app/FindField.h"
 #include "app/PagesView.h"
 #include "app/TintedIcon.h"
 
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QLocale>
 #include <QToolButton>
 
 namespace quillory {
 
-namespace {
-
-/// Finds on by Return, back by Shift+Return.
-class FindField : public QLineEdit
-{
-public:
-    explicit FindField(PdfFindBar& bar) : QLineEdit(&bar), m_bar(bar) {}
-
-protected:
-    void keyPressEvent(QKeyEvent* event) override
-    {
-        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-            m_bar.findNext(event->modifiers() & Qt::ShiftModifier ? -1 : 1);
-        else
-            QLineEdit::keyPressEvent(event);
-    }
-
-private:
-    PdfFindBar& m_bar;
-};
-
-} // namespace
-
 PdfFindBar::PdfFindBar(PagesView& view, QWidget* parent)
-    : QWidget(parent), m_view(view), m_field(new FindField(*this)), m_state(new QLabel(this))
+    : QWidget(parent), m_view(view), m_field(new FindField(tr("Find in the PDF"), this)),
+      m_state(new QLabel(this))
 {
     hide();
-    m_field->setPlaceholderText(tr("Find in the PDF"));
-    m_field->setAccessibleName(m_field->placeholderText());
-    m_field->setClearButtonEnabled(true);
-    m_field->setMaximumWidth(320);
+    connect(m_field, &FindField::findNext, this, &PdfFindBar::findNext);
     const int width = fontMetrics().horizontalAdvance(tr("%1 of %2").arg(8888888).arg(8888888));
     m_state->setMinimumWidth(width);
     auto* layout = new QHBoxLayout(this);

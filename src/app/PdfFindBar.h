@@ -5,10 +5,10 @@
 #include <QWidget>
 
 class QLabel;
-class QLineEdit;
 
 namespace quillory {
 
+class FindField;
 class PagesView;
 
 /// The strip below the pages of a PDF that finds a text in them, marks it and goes from one place
@@ -41,7 +41,7 @@ private:
     PagesView& m_view;
     PdfSearch m_search;
     std::shared_ptr<PdfFile> m_file;
-    QLineEdit* m_field;
+    FindField* m_field;
     QLabel* m_state;
     int m_current = -1;  ///< of the search's hits
     int m_firstPage = 0; ///< where the search began

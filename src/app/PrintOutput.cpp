@@ -109,7 +109,8 @@ PrintAnswer queuePages(QPPrintableTextView& view, const PrinterQueue& queue, con
     if (!pages.open())
         return {Outcome::Failed, 0, 0, pages.errorString()};
     Outcome outcome = writePages(view, pages, form, goOn);
-    const bool isThere = outcome == Outcome::Printed && pages.flush() && pages.error() == QFile::NoError;
+    const bool isThere =
+        outcome == Outcome::Printed && pages.flush() && pages.error() == QFile::NoError;
     PrintAnswer answer{outcome, view.pageCount(), view.currentPage()};
     if (!isThere) {
         answer.error = pages.errorString();

@@ -49,7 +49,7 @@ SpellingAids::SpellingAids(DocumentWindow& window, SpellChecker& checker)
     Document& document = window.document();
     TextViewWidget& view = window.view();
     view.setMisspelt(&m_page.misspelt());
-    connect(&m_page, &PageSpelling::changed, &view, &TextViewWidget::misspeltChanged);
+    connect(&m_page, &PageSpelling::changed, &view, &TextViewWidget::marksChanged);
     connect(&view, &TextViewWidget::visibleRangeChanged, this, [this] { m_page.schedule(); });
     connect(&document, &Document::recordChanged, this, [this] { m_page.schedule(); });
     connect(&document, &Document::textViewSettingsApplied, this, &SpellingAids::apply);

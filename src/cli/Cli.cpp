@@ -26,6 +26,9 @@ constexpr CliCommand commands[] = {
      QLatin1StringView("[--definition TITLE|FILE] [--theme NAME|FILE] [--range LOCATION,LENGTH]\n"
                        "          [--default KEY=VALUE]... [--format ansi|html|json] FILE"),
      QLatin1StringView("Write a file's lines in the colours of its language."), runHighlight},
+    {QLatin1StringView("find"),
+     QLatin1StringView("[--regex] [--match-case] [--whole-words] [--format text|json] TEXT FILE"),
+     QLatin1StringView("List the places of a file that hold a text."), runFind},
     {QLatin1StringView("functions"),
      QLatin1StringView("[--definition TITLE|FILE] [--format text|json] FILE"),
      QLatin1StringView("List the functions of a file, as its definition describes them."),

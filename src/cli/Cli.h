@@ -40,6 +40,7 @@ ExitStatus runPreview(const QStringList& arguments, const CliStreams& streams);
 ExitStatus runPrint(const QStringList& arguments, const CliStreams& streams);
 ExitStatus runTransform(const QStringList& arguments, const CliStreams& streams);
 ExitStatus runHighlight(const QStringList& arguments, const CliStreams& streams);
+ExitStatus runFind(const QStringList& arguments, const CliStreams& streams);
 ExitStatus runFunctions(const QStringList& arguments, const CliStreams& streams);
 ExitStatus runSniff(const QStringList& arguments, const CliStreams& streams);
 ExitStatus runStatistics(const QStringList& arguments, const CliStreams& streams);

@@ -20,11 +20,13 @@ ExitStatus answered(QLatin1StringView command, const CliStreams& streams,
 }
 
 CommandArguments::CommandArguments(QLatin1StringView command, const QStringList& arguments,
-                                   const QStringList& options)
+                                   const QStringList& options, const QStringList& switches)
 {
     const QString format = QStringLiteral("format");
     for (const QString& option : options)
         m_parser.addOption({option, QString(), QStringLiteral("value")});
+    for (const QString& name : switches)
+        m_parser.addOption(QCommandLineOption(name));
     m_parser.addOption({format, QString(), QStringLiteral("form"), QStringLiteral("text")});
     if (!m_parser.parse(QStringList(command) + arguments))
         throw Refusal{ExitStatus::Usage, m_parser.errorText()};

@@ -23,14 +23,16 @@ ExitStatus answered(QLatin1StringView command, const CliStreams& streams,
 class CommandArguments
 {
 public:
-    /// Takes "--format text|json" and \a options, each with a value; refuses others.
+    /// Takes "--format text|json", \a options, each with a value, and \a switches without one;
+    /// refuses others.
     CommandArguments(QLatin1StringView command, const QStringList& arguments,
-                     const QStringList& options = {});
+                     const QStringList& options = {}, const QStringList& switches = {});
 
     bool wantsJson() const { return m_wantsJson; }
     const QStringList& files() const { return m_files; }
     /// Refuses none, and more.
     const QString& onlyFile() const;
+    bool has(const QString& option) const { return m_parser.isSet(option); }
     /// None where the option is not there.
     std::optional<QString> value(const QString& option) const;
 

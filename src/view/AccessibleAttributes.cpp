@@ -1,6 +1,6 @@
 #include "view/AccessibleAttributes.h"
 
-#include "editing/spelling/MisspeltRanges.h"
+#include "editing/MarkedRanges.h"
 #include "view/TextViewWidget.h"
 
 #include <QFontInfo>
@@ -50,7 +50,7 @@ TextRange stretchAt(const Overlay& overlay, TextOffset offset, TextRange all)
 
 /// Cuts \a range down to the misspelt word at \a offset, or to where there is none; true in the
 /// first case.
-bool cutToMisspelt(const MisspeltRanges& words, TextOffset offset, TextRange& range)
+bool cutToMisspelt(const MarkedRanges& words, TextOffset offset, TextRange& range)
 {
     for (const TextRange word : words.touching(range)) {
         if (word.contains(offset)) {

@@ -28,7 +28,7 @@ QPainterPath wave(double left, double right, double top)
 } // namespace
 
 void paintMisspelt(QPainter& painter, TextGeometry& geometry, TextViewport& viewport,
-                   const MisspeltRanges& words, const QRect& area, const QColor& background)
+                   const MarkedRanges& words, const QRect& area, const QColor& background)
 {
     if (words.isEmpty())
         return;

@@ -1,6 +1,7 @@
 #include "view/TextViewWidget.h"
 
 #include "view/FindIndicator.h"
+#include "view/FoundPainter.h"
 #include "view/MisspeltPainter.h"
 #include "view/TextContextMenu.h"
 #include "view/TextPainter.h"
@@ -182,6 +183,9 @@ void TextViewWidget::paintEvent(QPaintEvent* event)
     const TextPainter::Look look{m_overlay,         m_editor.selections(),  m_colours, hasFocus(),
                                  m_blink.isShown(), m_input.preeditStyle(), m_affinity};
     TextPainter(painter, m_geometry, m_viewport, look).paint(event->rect());
+    if (m_found)
+        paintFound(painter, m_geometry, m_viewport, *m_found, m_editor.selectedRange(),
+                   event->rect(), m_colours.background);
     if (m_misspelt)
         paintMisspelt(painter, m_geometry, m_viewport, *m_misspelt, event->rect(),
                       m_colours.background);
@@ -299,7 +303,7 @@ void TextViewWidget::showCaret()
     scheduleRefresh();
 }
 
-void TextViewWidget::misspeltChanged(TextRange range)
+void TextViewWidget::marksChanged(TextRange range)
 {
     m_repaint.noteChanged(range);
     scheduleRefresh();

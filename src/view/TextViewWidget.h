@@ -25,7 +25,7 @@
 namespace quillory {
 
 class FindIndicator;
-class MisspeltRanges;
+class MarkedRanges;
 
 /// Shows the text and the selections of a QPTextView, and turns keys, mouse and input method into
 /// its operations. All that it shows it looks up in the model when it paints; an edit anywhere, in
@@ -108,10 +108,12 @@ public:
     void restartBlink() { m_blink.restart(); }
     void setPreedit(const Preedit& preedit);
     /// Has a wave below each of \a words, which outlive the widget or the next call.
-    void setMisspelt(const MisspeltRanges* words) { m_misspelt = words; }
-    const MisspeltRanges* misspelt() const { return m_misspelt; } ///< null for none
-    /// To be called when words in \a range became misspelt, or are no longer.
-    void misspeltChanged(TextRange range);
+    void setMisspelt(const MarkedRanges* words) { m_misspelt = words; }
+    const MarkedRanges* misspelt() const { return m_misspelt; } ///< null for none
+    /// Has each of \a places marked as one that was found; they outlive the widget.
+    void setFound(const MarkedRanges* places) { m_found = places; }
+    /// To be called when words in \a range became misspelt or places were found, or are no longer.
+    void marksChanged(TextRange range);
     WorkCounters& workCounters() { return m_geometry.counters(); }
     const CaretBlink& caretBlink() const { return m_blink; }
 
@@ -177,7 +179,8 @@ private:
     TextViewMouse m_mouse;
     TextViewInput m_input;
     TextViewAnnouncer m_announcer;
-    const MisspeltRanges* m_misspelt = nullptr;
+    const MarkedRanges* m_misspelt = nullptr;
+    const MarkedRanges* m_found = nullptr;
     CaretBlink m_blink;
     TextViewColours m_colours;
     FindIndicator* m_findIndicator = nullptr; ///< made when it is first needed

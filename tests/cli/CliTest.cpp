@@ -340,6 +340,30 @@ TEST_F(CliTest, PreviewWritesThePageOfAFile)
     EXPECT_EQ(run({preview, markdown}), 2);
 }
 
+TEST_F(CliTest, FindListsPlaces)
+{
+    const QString find = QStringLiteral("find");
+    const QString file = write("a.txt", "one\r\n\xC3\xA9 Two one\r\n");
+    ASSERT_EQ(run({find, QStringLiteral("ONE"), file}), 0) << error.toStdString();
+    EXPECT_EQ(out, QStringLiteral("1:1: one\n2:7: é Two one\n"));
+    ASSERT_EQ(run({find, QStringLiteral("--match-case"), QStringLiteral("--whole-words"),
+                   QStringLiteral("tw"), file}),
+              0);
+    EXPECT_EQ(out, QString());
+    ASSERT_EQ(run({find, QStringLiteral("--regex"), QStringLiteral("--format"),
+                   QStringLiteral("json"), QStringLiteral("T\\w+"), file}),
+              0);
+    const QJsonArray places = QJsonDocument::fromJson(out.toUtf8()).array();
+    ASSERT_EQ(places.size(), 1);
+    EXPECT_EQ(places[0].toObject(), (QJsonObject{{QStringLiteral("location"), 7},
+                                                 {QStringLiteral("length"), 3},
+                                                 {QStringLiteral("line"), 2},
+                                                 {QStringLiteral("column"), 3},
+                                                 {QStringLiteral("text"), QStringLiteral("Two")}}));
+    EXPECT_EQ(run({find, QStringLiteral("--regex"), QStringLiteral("("), file}), 2);
+    EXPECT_EQ(run({find, file}), 2);
+}
+
 TEST_F(CliTest, ListsFunctions)
 {
     qputenv("XDG_DATA_HOME", QFile::encodeName(folder.path()));

@@ -1,5 +1,5 @@
 #include "ViewHarness.h"
-#include "editing/spelling/MisspeltRanges.h"
+#include "editing/MarkedRanges.h"
 
 #include "view/TextViewAccessible.h"
 
@@ -349,7 +349,7 @@ TEST_F(TextViewAccessibleTest, attributesAreThoseOfTheStretch)
     text().attributes(0, &start, &end);
     EXPECT_EQ(std::pair(start, end), std::pair(0, 6));
 
-    MisspeltRanges misspelt;
+    MarkedRanges misspelt;
     misspelt.replace({0, 15}, std::vector<TextRange>{{0, 2}, {3, 2}, {7, 4}});
     harness.view.setMisspelt(&misspelt);
     const QString invalid = QStringLiteral(";invalid:spelling;");

@@ -82,7 +82,7 @@ void PageSpelling::setEnabled(bool enabled)
 
 std::optional<TextRange> PageSpelling::misspeltAt(TextRange range) const
 {
-    for (const MisspeltRanges* words : {&m_misspelt, &m_held}) {
+    for (const MarkedRanges* words : {&m_misspelt, &m_held}) {
         for (const TextRange word : words->touching(range)) {
             if (word.location <= range.location && range.end() <= word.end())
                 return word;

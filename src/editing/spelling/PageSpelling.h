@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editing/spelling/MisspeltRanges.h"
+#include "editing/MarkedRanges.h"
 #include "editing/spelling/SpellChecker.h"
 #include "editing/spelling/SpellingScope.h"
 
@@ -41,7 +41,7 @@ public:
     /// Off at first; switching it off forgets everything.
     void setEnabled(bool enabled);
 
-    const MisspeltRanges& misspelt() const { return m_misspelt; }
+    const MarkedRanges& misspelt() const { return m_misspelt; }
     /// The misspelt word at \a range, which may stand at its edges, and no further than it; none
     /// where there is no such word.
     std::optional<TextRange> misspeltAt(TextRange range) const;
@@ -69,8 +69,8 @@ private:
     bool m_enabled = false;
     bool m_checking = false; ///< a question is on its way
     bool m_outdated = false; ///< and another is to follow
-    MisspeltRanges m_misspelt;
-    MisspeltRanges m_held;            ///< misspelt, but still being typed
+    MarkedRanges m_misspelt;
+    MarkedRanges m_held;              ///< misspelt, but still being typed
     std::optional<TextRange> m_typed; ///< where the last edits were
     bool m_sameEdit = false;          ///< edits that come now belong to those
 };

@@ -7,9 +7,9 @@
 
 namespace quillory {
 
-/// Which words of a text are misspelt, as far as it is known: ranges in order and apart, which
-/// follow the edits. An edit costs O(ranges).
-class MisspeltRanges
+/// Which words of a text are misspelt, or which places were found, as far as it is known: ranges in
+/// order and apart, which follow the edits. An edit costs O(ranges).
+class MarkedRanges
 {
 public:
     const std::vector<TextRange>& all() const { return m_ranges; }
@@ -23,8 +23,9 @@ public:
     /// there now belongs to the word. \a joinsAfter is the same for one that begins where it ends.
     void followEdit(const TextChange& change, bool joinsBefore, bool joinsAfter);
 
-    /// Has \a found, in order and apart, be those in \a checked. Ranges that reach out of it go,
-    /// too. The answer holds all that is new or gone; it is empty where nothing is.
+    /// Has \a found, in order and apart, be those in \a checked, empty ones at its start included.
+    /// Ranges that reach out of it go, too. The answer holds all that is new or gone; it is empty
+    /// where nothing is.
     TextRange replace(TextRange checked, std::span<const TextRange> found);
 
     /// Drops those outside of \a range, if there are more than \a most.

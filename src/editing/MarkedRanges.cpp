@@ -1,8 +1,8 @@
-#include "editing/spelling/MisspeltRanges.h"
+#include "editing/MarkedRanges.h"
 
 namespace quillory {
 
-std::span<const TextRange> MisspeltRanges::touching(TextRange range) const
+std::span<const TextRange> MarkedRanges::touching(TextRange range) const
 {
     const auto first = std::partition_point(m_ranges.begin(), m_ranges.end(),
                                             [&](TextRange r) { return r.end() < range.location; });
@@ -11,7 +11,7 @@ std::span<const TextRange> MisspeltRanges::touching(TextRange range) const
     return {first, last};
 }
 
-void MisspeltRanges::followEdit(const TextChange& change, bool joinsBefore, bool joinsAfter)
+void MarkedRanges::followEdit(const TextChange& change, bool joinsBefore, bool joinsAfter)
 {
     const TextOffset start = change.replaced.location;
     const TextOffset end = change.replaced.end();
@@ -26,10 +26,11 @@ void MisspeltRanges::followEdit(const TextChange& change, bool joinsBefore, bool
         next->location += change.delta();
 }
 
-TextRange MisspeltRanges::replace(TextRange checked, std::span<const TextRange> found)
+TextRange MarkedRanges::replace(TextRange checked, std::span<const TextRange> found)
 {
-    const auto first = std::partition_point(
-        m_ranges.begin(), m_ranges.end(), [&](TextRange r) { return r.end() <= checked.location; });
+    const auto first = std::partition_point(m_ranges.begin(), m_ranges.end(), [&](TextRange r) {
+        return r.location < checked.location && r.end() <= checked.location;
+    });
     const auto last = std::partition_point(first, m_ranges.end(),
                                            [&](TextRange r) { return r.location < checked.end(); });
     const std::span<const TextRange> old(first, last);
@@ -50,7 +51,7 @@ TextRange MisspeltRanges::replace(TextRange checked, std::span<const TextRange> 
     return TextRange::between(start, end);
 }
 
-void MisspeltRanges::trim(TextRange range, size_t most)
+void MarkedRanges::trim(TextRange range, size_t most)
 {
     if (m_ranges.size() <= most)
         return;

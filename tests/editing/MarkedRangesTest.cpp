@@ -1,4 +1,4 @@
-#include "editing/spelling/MisspeltRanges.h"
+#include "editing/MarkedRanges.h"
 
 #include <gtest/gtest.h>
 #include <random>
@@ -80,7 +80,7 @@ struct Model
     }
 };
 
-TEST(MisspeltRangesTest, theyFollowEditsAsTheUnitsDo)
+TEST(MarkedRangesTest, theyFollowEditsAsTheUnitsDo)
 {
     std::mt19937 random(7);
     const auto below = [&](TextOffset limit) {
@@ -88,7 +88,7 @@ TEST(MisspeltRangesTest, theyFollowEditsAsTheUnitsDo)
     };
     for (int round = 0; round < 300; ++round) {
         Model model;
-        MisspeltRanges ranges;
+        MarkedRanges ranges;
         std::vector<TextRange> found;
         for (int i = 0; i < 12; ++i) {
             const TextOffset start = TextOffset(model.text.size());
@@ -118,9 +118,9 @@ TEST(MisspeltRangesTest, theyFollowEditsAsTheUnitsDo)
     }
 }
 
-TEST(MisspeltRangesTest, whatWasCheckedAnewIsTakenAndTold)
+TEST(MarkedRangesTest, whatWasCheckedAnewIsTakenAndTold)
 {
-    MisspeltRanges ranges;
+    MarkedRanges ranges;
     const std::vector<TextRange> first{{2, 3}, {10, 3}, {20, 3}};
     EXPECT_EQ(ranges.replace({0, 30}, first), (TextRange{2, 21}));
     EXPECT_EQ(ranges.replace({0, 30}, first), TextRange());
@@ -133,9 +133,9 @@ TEST(MisspeltRangesTest, whatWasCheckedAnewIsTakenAndTold)
     EXPECT_EQ(ranges.all(), (std::vector<TextRange>{{2, 3}}));
 }
 
-TEST(MisspeltRangesTest, thoseAtAPlace)
+TEST(MarkedRangesTest, thoseAtAPlace)
 {
-    MisspeltRanges ranges;
+    MarkedRanges ranges;
     ranges.replace({0, 30}, std::vector<TextRange>{{2, 3}, {5, 3}, {10, 3}});
     EXPECT_EQ(ranges.touching({5, 0}).size(), 2U);
     EXPECT_EQ(ranges.touching({9, 0}).size(), 0U);
