@@ -21,9 +21,12 @@ void paintFound(QPainter& painter, TextGeometry& geometry, TextViewport& viewpor
     const bool isDark = background.lightnessF() < 0.5F;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(isDark ? QColor(255, 205, 70, 190) : QColor(200, 130, 0, 200));
-    const QColor plain = isDark ? QColor(255, 205, 70, 50) : QColor(255, 200, 0, 75);
-    const QColor strong = isDark ? QColor(255, 160, 40, 120) : QColor(255, 140, 0, 130);
+    // As with a highlighter: the paper takes the colour, and the letters keep theirs.
+    painter.setCompositionMode(isDark ? QPainter::CompositionMode_Screen
+                                      : QPainter::CompositionMode_Multiply);
+    painter.setPen(isDark ? QColor(170, 130, 40) : QColor(225, 170, 60));
+    const QColor plain = isDark ? QColor(62, 48, 8) : QColor(255, 236, 160);
+    const QColor strong = isDark ? QColor(130, 82, 10) : QColor(255, 190, 95);
     const auto& rows = viewport.rows();
     const TextRange shown =
         TextRange::between(rows.front().row.range.location, rows.back().row.range.end());
