@@ -85,6 +85,8 @@ void ExternalChanges::followName(const QString& path)
 
 void ExternalChanges::tellChanged()
 {
+    if (m_window.document().isDocumentEdited())
+        m_window.journal().keepText();
     const auto reload = [this] { m_window.rereading().reload(); };
     const auto keepMine = [this] {
         m_window.document().acceptFileOnDisk();

@@ -74,7 +74,8 @@ void Recovery::open(const QString& id, const RecoveredDocument& recovered,
     if (recovered.state != State::Nothing) {
         window = &show(recovered);
         if (recovered.state == State::Text)
-            window->journal().adopt(id, std::move(*recovered.journal), recovered.end);
+            window->journal().adopt(id, std::move(*recovered.journal), recovered.end,
+                                    recovered.holdsBase);
         const bool isAsLeft = recovered.state == State::Text && !recovered.isCut &&
                               recovered.file != File::Changed && recovered.file != File::Gone;
         if (!isExpected || !isAsLeft)

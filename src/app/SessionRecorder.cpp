@@ -30,6 +30,7 @@ void SessionRecorder::follow(DocumentWindow* window)
     connect(&document.textView(), &QPTextView::selectionDidChange, this, change);
     connect(&document, &Document::recordChanged, this, change);
     connect(&document, &Document::editedChanged, this, change);
+    connect(&document.journal(), &EditJournal::begun, this, change);
     // The one that opens in the background lies behind those that are there.
     if (window->testAttribute(Qt::WA_ShowWithoutActivating) && !m_order.empty())
         m_order.insert(m_order.begin() + 1, window);
@@ -76,6 +77,7 @@ void SessionRecorder::noteClosed(DocumentWindow* window)
     window->removeEventFilter(this);
     window->disconnect(this);
     window->document().disconnect(this);
+    window->journal().disconnect(this);
     window->document().textView().disconnect(this);
     window->view().disconnect(this);
     std::erase(m_order, window);

@@ -8,6 +8,7 @@
 
 #include <QFile>
 #include <QUuid>
+#include <fcntl.h>
 
 namespace quillory {
 
@@ -130,6 +131,7 @@ void EditJournal::noteSaved(const TextSnapshot& saved, bool readsBack)
     if (m_isLeft)
         return;
     const std::shared_ptr<JournalWriter> before = std::exchange(m_writer, nullptr);
+    giveUp(std::exchange(m_replaced, nullptr));
     const std::vector<JournalBatch::Edit> since = std::exchange(m_sinceSaving, {});
     const bool knowsEdits = std::exchange(m_isSaving, false);
     const TextSnapshot now = m_storage.snapshot();
@@ -143,9 +145,14 @@ void EditJournal::noteSaved(const TextSnapshot& saved, bool readsBack)
         m_length = now.length();
         write(std::move(batch));
     }
-    if (!before)
+    giveUp(before);
+}
+
+void EditJournal::giveUp(const std::shared_ptr<JournalWriter>& writer)
+{
+    if (!writer)
         return;
-    before->abandon();
+    writer->abandon();
     // A power cut is not to bring it back, with a file that is another.
     backgroundPool().start([&ops = m_ops, folder = QFile::encodeName(m_store.folder())] {
         (void)syncFolder(ops, folder);
@@ -154,22 +161,28 @@ void EditJournal::noteSaved(const TextSnapshot& saved, bool readsBack)
 
 void EditJournal::keepText()
 {
-    if (m_writer || m_isLeft)
+    if ((m_writer && m_holdsBase) || m_isLeft)
         return;
-    // As an edit: what holds nothing but its base has nothing to bring back.
-    m_isBaseInFile = false;
+    std::shared_ptr<JournalWriter> before = std::exchange(m_writer, nullptr);
+    open();
+    m_holdsBase = true;
     m_base = TextSnapshot();
-    begin();
+    m_lastForm = m_form();
     const TextSnapshot& text = m_storage.snapshot();
+    m_length = text.length();
+    // As an edit: what holds nothing but its base has nothing to bring back.
     JournalBatch batch;
+    batch.start = JournalStart{m_lastForm, QDateTime::currentDateTimeUtc(), 0, true};
     batch.edits.push_back({{{0, 0}, text.length()}, text});
     write(std::move(batch));
+    m_replaced = std::move(before);
 }
 
-void EditJournal::adopt(const QString& id, FileHandle file, JournalEnd end)
+void EditJournal::adopt(const QString& id, FileHandle file, JournalEnd end, bool holdsBase)
 {
     discard();
     m_writer = std::make_shared<JournalWriter>(m_ops, m_store, id, std::move(file), end);
+    m_holdsBase = holdsBase;
     m_length = m_storage.length();
     m_lastForm = m_form();
     m_base = TextSnapshot();
@@ -177,17 +190,24 @@ void EditJournal::adopt(const QString& id, FileHandle file, JournalEnd end)
 
 // Writing
 
+void EditJournal::open()
+{
+    m_writer =
+        std::make_shared<JournalWriter>(m_ops, m_store, QUuid::createUuid().toString(QUuid::Id128));
+    Q_EMIT begun();
+}
+
 /// The first record, and the base where the journal is to hold it.
 void EditJournal::begin()
 {
     if (m_writer)
         return;
-    m_writer =
-        std::make_shared<JournalWriter>(m_ops, m_store, QUuid::createUuid().toString(QUuid::Id128));
+    open();
+    m_holdsBase = !m_isBaseInFile || m_base.length() <= longestHeldBase;
     JournalBatch batch;
-    batch.start = JournalStart{m_lastForm, QDateTime::currentDateTimeUtc(), m_base.length(),
-                               !m_isBaseInFile || m_base.length() <= longestHeldBase};
-    if (batch.start->holdsText && !m_base.isEmpty())
+    batch.start =
+        JournalStart{m_lastForm, QDateTime::currentDateTimeUtc(), m_base.length(), m_holdsBase};
+    if (m_holdsBase && !m_base.isEmpty())
         batch.edits.push_back({{{0, 0}, m_base.length()}, m_base});
     m_base = TextSnapshot();
     write(std::move(batch));
@@ -202,6 +222,8 @@ void EditJournal::begin()
 void EditJournal::write(JournalBatch batch)
 {
     int error = 0;
+    if (m_replaced)
+        (void)m_replaced->add(batch, error);
     const Rest rest = m_writer->add(std::move(batch), error);
     if (!m_syncTimer.isActive())
         m_syncTimer.start();
@@ -282,28 +304,46 @@ void EditJournal::syncAside()
         this,
         [writer = m_writer] {
             const WaitingInPool waiting;
-            return writer->sync().error();
+            return writer->sync();
         },
-        [this, writer = std::weak_ptr(m_writer)](int error) {
+        [this, writer = std::weak_ptr(m_writer)](const FileResult<bool>& synced) {
             m_isSyncing = false;
             if (writer.lock() != m_writer)
                 return;
-            m_isUnsynced = error != 0;
+            m_isUnsynced = !synced;
             if (m_isUnsynced)
                 m_syncTimer.start();
-            tellState(error);
+            else if (*synced)
+                giveUp(std::exchange(m_replaced, nullptr));
+            tellState(synced.error());
         });
+}
+
+/// Whether the file is still the one that the edits are made to.
+bool EditJournal::isBaseInFile() const
+{
+    const JournalForm form = m_form();
+    const auto file = FileHandle::open(m_ops, QFile::encodeName(form.path), O_RDONLY | O_NONBLOCK);
+    if (!file || !form.identity)
+        return false;
+    const auto status = m_ops.status(file->descriptor());
+    return status && form.identity->matches(*status);
 }
 
 bool EditJournal::flush()
 {
     if (!m_writer)
         return true;
+    // That may not have been told yet, or never is: of a file that lies on another machine.
+    if (!m_holdsBase && !isBaseInFile())
+        keepText();
     int error = 0;
     const Rest rest = m_writer->writeRest(error);
     if (rest == Rest::None) {
         error = m_writer->sync().error();
         m_isUnsynced = error != 0;
+        if (!m_isUnsynced)
+            giveUp(std::exchange(m_replaced, nullptr));
     }
     take(rest, error);
     return error == 0;
@@ -315,8 +355,12 @@ void EditJournal::drop()
     m_retryTimer.stop();
     m_batch = {};
     m_isRefused = m_isUnsynced = false;
-    if (m_writer && !m_isLeft)
-        std::exchange(m_writer, nullptr)->abandon();
+    if (m_isLeft)
+        return;
+    for (std::shared_ptr<JournalWriter>* writer : {&m_writer, &m_replaced}) {
+        if (*writer)
+            std::exchange(*writer, nullptr)->abandon();
+    }
 }
 
 void EditJournal::discard()

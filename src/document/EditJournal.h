@@ -58,13 +58,16 @@ public:
     /// same text.
     void noteSaved(const TextSnapshot& saved, bool readsBack);
 
-    /// Puts the text as it is now into a journal at once: nothing else holds it.
+    /// Puts the text as it is now into a journal, as a whole: nothing else holds it, or the file
+    /// that the edits were made to is not the same any more. A journal that cannot do without that
+    /// file is kept until the new one is on the device.
     void keepText();
     /// Goes on writing a journal in which the text as it is now ended at \a end. \a file is it,
-    /// locked.
-    void adopt(const QString& id, FileHandle file, JournalEnd end);
+    /// locked; \a holdsBase tells that it can do without the document's file.
+    void adopt(const QString& id, FileHandle file, JournalEnd end, bool holdsBase);
 
-    /// Waits until all is on the device; false when the disk refused.
+    /// Waits until all that is needed to put the text together is on the device; false when the
+    /// disk refused.
     bool flush();
     /// Drops the journal: the edits are saved, or given up. The next edit begins another.
     void discard();
@@ -74,6 +77,8 @@ public:
     bool isLeft() const { return m_isLeft; }
 
 Q_SIGNALS:
+    /// There is a journal now, or another one; see id().
+    void begun();
     /// What was edited is not safe: \a cause says why, in words that can follow a colon.
     void failed(const QString& cause);
     /// It is again.
@@ -83,7 +88,10 @@ private:
     void takeEdit(const TextChange& change);
     void endBatch();
     void begin();
+    void open();
+    bool isBaseInFile() const;
     void drop();
+    void giveUp(const std::shared_ptr<JournalWriter>& writer);
     void tellState(int error);
     void setBase(const TextSnapshot& text, bool isInFile);
     void write(JournalBatch batch);
@@ -96,8 +104,11 @@ private:
     RecoveryStore& m_store;
     FormSource m_form;
     std::shared_ptr<JournalWriter> m_writer; ///< null while nothing was edited
-    JournalForm m_lastForm;                  ///< as the journal tells it, or will begin with
-    TextSnapshot m_base;                     ///< while nothing was edited
+    /// In the place of which that is, once it is on the device; mostly null.
+    std::shared_ptr<JournalWriter> m_replaced;
+    bool m_holdsBase = false; ///< the journal does, and needs no file
+    JournalForm m_lastForm;   ///< as the journal tells it, or will begin with
+    TextSnapshot m_base;      ///< while nothing was edited
     bool m_isBaseInFile = false;
     JournalBatch m_batch; ///< that is being edited
     std::vector<JournalBatch::Edit> m_sinceSaving;

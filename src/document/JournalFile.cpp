@@ -21,7 +21,7 @@ class BatchEncoder
 public:
     BatchEncoder(const JournalBatch& batch, JournalChecksum& last) : m_batch(batch), m_last(last)
     {
-        m_records = (batch.start ? 1 : 0) + (batch.form ? 1 : 0);
+        m_records = batch.form ? 1 : 0;
         for (const JournalBatch::Edit& edit : batch.edits)
             m_records += piecesOf(edit);
     }
@@ -31,12 +31,13 @@ public:
     FileStatus encode(Take&& take)
     {
         if (m_batch.start)
-            put(JournalRecordKind::Start, encoded(*m_batch.start));
+            put(JournalRecordKind::Start, encoded(*m_batch.start),
+                m_records == 0 || m_batch.start->length == 0);
         if (m_batch.form)
-            put(JournalRecordKind::Form, encoded(*m_batch.form));
+            put(JournalRecordKind::Form, encoded(*m_batch.form), --m_records == 0);
         for (const JournalBatch::Edit& edit : m_batch.edits) {
             for (TextOffset done = 0, pieces = piecesOf(edit); pieces > 0; --pieces) {
-                put(JournalRecordKind::Edit, piece(edit, done).encoded());
+                put(JournalRecordKind::Edit, piece(edit, done).encoded(), --m_records == 0);
                 done += longestJournalPiece;
                 if (m_bytes.size() < bufferSize)
                     continue;
@@ -67,14 +68,14 @@ private:
         return piece;
     }
 
-    void put(JournalRecordKind kind, const QByteArray& body)
+    void put(JournalRecordKind kind, const QByteArray& body, bool endsBatch)
     {
-        appendJournalRecord(m_bytes, m_last, kind, --m_records == 0, body);
+        appendJournalRecord(m_bytes, m_last, kind, endsBatch, body);
     }
 
     const JournalBatch& m_batch;
     JournalChecksum& m_last;
-    qsizetype m_records = 0; ///< still to come
+    qsizetype m_records = 0; ///< still to come, after the start
     QByteArray m_bytes;
 };
 

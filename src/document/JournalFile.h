@@ -21,7 +21,9 @@ struct JournalBatch
         TextSnapshot text; ///< after it
     };
 
-    std::optional<JournalStart> start; ///< first in a file, and there only
+    /// First in a file, and there only. Where the text before the first edit is empty, this is the
+    /// whole base, and the edits, written together with it, are none of it.
+    std::optional<JournalStart> start;
     std::optional<JournalForm> form;
     std::vector<Edit> edits;
 

@@ -76,14 +76,15 @@ JournalWriter::Rest JournalWriter::writeQueue(int& error)
     }
 }
 
-FileStatus JournalWriter::sync()
+FileResult<bool> JournalWriter::sync()
 {
     {
         const std::lock_guard lock(m_fileMutex);
         if (!m_file.isMade())
-            return Nothing();
+            return false;
     }
-    return m_file.sync(); // which takes long, and must keep nobody from writing
+    const FileStatus done = m_file.sync(); // which takes long, and must keep nobody from writing
+    return done ? FileResult<bool>(true) : FileResult<bool>::failed(done.error());
 }
 
 void JournalWriter::abandon()

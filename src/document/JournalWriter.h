@@ -30,8 +30,8 @@ public:
     Rest add(JournalBatch batch, int& error);
     /// Writes what there is. May be called on any thread.
     Rest writeRest(int& error);
-    /// Brings what was written to the device.
-    FileStatus sync();
+    /// Brings what was written to the device; answers whether that was anything.
+    FileResult<bool> sync();
     /// From now on nothing is written, and nothing is left once who writes has seen it.
     void abandon();
 

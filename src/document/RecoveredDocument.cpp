@@ -129,6 +129,7 @@ RecoveredDocument recoverJournal(FileOps& ops, RecoveryStore& store, const QStri
     recovered.time = reader.start().time;
     recovered.isCut = reader.isCut();
     recovered.end = reader.end();
+    recovered.holdsBase = reader.start().holdsText;
     recovered.journal = std::make_shared<FileHandle>(*std::move(file));
     return recovered;
 }

@@ -38,6 +38,7 @@ struct RecoveredDocument
     /// The journal, locked; null for a record.
     std::shared_ptr<FileHandle> journal;
     JournalEnd end;
+    bool holdsBase = false; ///< the journal can do without the document's file
 };
 
 /// Puts together what the journal \a id holds; the work is that of reading the document's file.

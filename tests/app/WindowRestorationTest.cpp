@@ -262,6 +262,40 @@ TEST_F(WindowRestorationTest, TextsThatAreNotSavedComeBackWithoutAQuestion)
     EXPECT_EQ(message(named, MessageArea::Subject::Recovery), QString());
 }
 
+TEST_F(WindowRestorationTest, TextOfALargeFileComesBackWhateverBecameOfThat)
+{
+    const QByteArray bytes = QByteArray("0123456789abcde\n").repeated(100'000);
+    for (const bool isTold : {true, false}) {
+        SCOPED_TRACE(isTold);
+        const QString a = write("a.txt", bytes);
+        {
+            Program program(*this);
+            program.start();
+            DocumentWindow& window = program.open(a);
+            QTest::qWait(300);
+            press(window, {QStringLiteral("'x'")});
+            write("a.txt", "theirs\n");
+            if (isTold) {
+                ASSERT_TRUE(QTest::qWaitFor(
+                    [&] { return !message(window, MessageArea::Subject::FileOnDisk).isEmpty(); },
+                    patience));
+                ASSERT_TRUE(pressWayOut(window, QStringLiteral("Keep Mine")));
+            }
+            ASSERT_TRUE(program.quit());
+        }
+        EXPECT_TRUE(questions.asked.isEmpty());
+        EXPECT_EQ(bytesOf(a), "theirs\n");
+        Program program(*this);
+        program.start();
+        ASSERT_EQ(program.controller.windows().size(), 1U);
+        DocumentWindow& window = *program.controller.windows().front();
+        EXPECT_EQ(window.document().path(), a);
+        EXPECT_EQ(textOf(window), QString(u'x' + QString::fromLatin1(bytes)));
+        window.document().undoManager().markClean();
+        program.controller.quitForGood();
+    }
+}
+
 TEST_F(WindowRestorationTest, WhatIsClosedOrSwitchedOffDoesNotComeBack)
 {
     const QString a = write("a.txt", "a");

@@ -197,6 +197,54 @@ TEST_F(EditJournalTest, CostsTheEditsAndNotTheFile)
     EXPECT_EQ(recoverJournal(ops, recovery, id).state, State::Pieces) << "other surroundings";
 }
 
+TEST_F(EditJournalTest, LargeTextOutlivesItsFile)
+{
+    struct Case
+    {
+        const char* name;
+        std::function<void(const QString& path, EditJournal& journal)> happens;
+    };
+    const Case cases[]{
+        {"changed, and told",
+         [this](const QString&, EditJournal& journal) {
+             write("large.txt", "theirs\n");
+             journal.keepText();
+         }},
+        {"gone, and told",
+         [](const QString& path, EditJournal& journal) {
+             QFile::remove(path);
+             journal.keepText();
+         }},
+        {"changed at the last moment",
+         [this](const QString&, EditJournal&) { write("large.txt", "theirs\n"); }},
+    };
+    const QByteArray bytes = QByteArray("0123456789abcde\n").repeated(100'000);
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const QString path = write("large.txt", bytes);
+        auto document = open(path);
+        EditJournal& journal = document->journal();
+        TextStorage& storage = document->textStorage();
+        storage.replaceCharactersInRange({800'000, 3}, u"typed");
+        const QString before = journal.id();
+        c.happens(path, journal);
+        storage.replaceCharactersInRange({5, 0}, u"more");
+        storage.replaceCharactersInRange({1'000'000, 400'000}, u"");
+        const TextSnapshot text = document->completeString();
+        EXPECT_TRUE(journal.flush());
+        EXPECT_NE(journal.id(), before);
+        const QString id = journal.id();
+        journal.leave();
+        document.reset();
+        backgroundPool().waitForDone();
+        EXPECT_EQ(JournalFile::idsIn(ops, recovery), QStringList(id));
+        const RecoveredDocument recovered = recoverJournal(ops, recovery, id);
+        EXPECT_EQ(recovered.state, State::Text);
+        EXPECT_EQ(recovered.document.text, text);
+        (void)ops.remove(JournalFile::pathOf(recovery, id));
+    }
+}
+
 TEST_F(EditJournalTest, SaveBeginsAnewAndKeepsWhatWasTypedMeanwhile)
 {
     for (const bool isLong : {false, true}) {
@@ -303,9 +351,9 @@ TEST_F(EditJournalTest, FormIsKeptToo)
 /// A text and its journal over any file system.
 struct JournalledText
 {
-    explicit JournalledText(FileOps& ops)
+    explicit JournalledText(FileOps& ops, const JournalForm& form = {})
         : store(ops, QStringLiteral("/home/state/Recovery")),
-          journal(storage, ops, store, [] { return JournalForm(); })
+          journal(storage, ops, store, [form] { return form; })
     {}
 
     void type(const char* text)
@@ -390,6 +438,51 @@ TEST(JournalFaultTest, NoFailureOfTheDiskLosesTextOrStaysUntold)
         }
     }
     EXPECT_GT(calls, 10);
+}
+
+TEST(JournalFaultTest, OldJournalStaysUntilTheWholeTextIsKept)
+{
+    // Longer than what a journal holds at first, and soon short enough to be written at once.
+    const TextSnapshot base(QString((1 << 19) + 10, u'b'));
+    bool isDone = false;
+    for (int call = 1; !isDone; ++call) {
+        ASSERT_LT(call, 200);
+        SCOPED_TRACE(testing::Message() << "call " << call);
+        PowerCutFileOps real;
+        real.makeFile("/home/neighbour.txt", "neighbour");
+        JournalForm form;
+        form.path = QStringLiteral("/home/large.txt");
+        FaultyFileOps ops(real, {call, ENOSPC, true}, FaultyFileOps::Syncing::Real);
+        JournalledText text(ops, form);
+        {
+            const EditJournal::NewBase newBase(text.journal);
+            text.storage.replaceCharactersInRange({0, 0}, base);
+        }
+        const QSignalSpy failed(&text.journal, &EditJournal::failed);
+        text.storage.replaceCharactersInRange({base.length() - 30, 30}, u"one ");
+        text.journal.keepText();
+        text.type("two ");
+        (void)text.journal.flush();
+        backgroundPool().waitForDone();
+        text.type("three");
+        const bool isSafe = text.journal.flush();
+        backgroundPool().waitForDone();
+        isDone = ops.calls() < call;
+        EXPECT_EQ(isSafe, failed.isEmpty());
+        const QStringList ids = JournalFile::idsIn(real, text.store);
+        if (isSafe) {
+            ASSERT_EQ(ids, QStringList(text.journal.id()));
+            EXPECT_EQ(replayed(real, text.store, ids[0]), std::optional(text.storage.snapshot()));
+            continue;
+        }
+        // What the disk took is there, in one or the other.
+        for (const QString& id : ids) {
+            const auto got = replayed(real, text.store, id, base);
+            ASSERT_TRUE(got);
+            EXPECT_TRUE(*got == base || text.storage.snapshot().string().startsWith(got->string()));
+            EXPECT_GE(got->length(), base.length() - 30);
+        }
+    }
 }
 
 } // namespace
