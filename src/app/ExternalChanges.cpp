@@ -25,8 +25,7 @@ ExternalChanges::ExternalChanges(DocumentWindow& window) : QObject(&window), m_w
     connect(&m_watch, &FileWatch::changed, this, &ExternalChanges::takeChange);
     connect(&m_watch, &FileWatch::renamed, this, &ExternalChanges::followName);
     connect(&m_watch, &FileWatch::gone, this, &ExternalChanges::tellGone);
-    connect(&m_watch, &FileWatch::restored, this,
-            [this] { m_window.messages().clear(Subject::FileOnDisk); });
+    connect(&m_watch, &FileWatch::restored, this, &ExternalChanges::takeRestored);
 
     connect(&window, &DocumentWindow::firstPainted, this, &ExternalChanges::watchFile);
     connect(&window.saving(), &SaveFlow::written, this, &ExternalChanges::watchFile);
@@ -52,6 +51,7 @@ void ExternalChanges::watchFile()
     if (document.isLoading())
         return;
     m_later.stop();
+    m_unedited.reset();
     m_watched = document.path();
     m_watch.watch(document.fileIdentity() ? document.path() : QString(),
                   document.fileIdentity().value_or(FileIdentity()));
@@ -108,16 +108,34 @@ void ExternalChanges::tellChanged()
 
 void ExternalChanges::tellGone()
 {
+    Document& document = m_window.document();
+    if (!document.isDocumentEdited())
+        m_unedited = document.completeString();
     // Nothing on disk holds the text any more.
-    m_window.document().undoManager().markDirty();
+    document.undoManager().markDirty();
+    if (!document.isUndecoded())
+        m_window.journal().keepText();
     m_window.messages().show(
         Subject::FileOnDisk,
         {Message::Kind::Warning,
          tr("“%1” is not there any more: another program deleted it or moved it elsewhere. Save to "
             "keep the text.")
-             .arg(m_window.document().displayName()),
+             .arg(document.displayName()),
          {{tr("&Save"), [this] { m_window.saving().save(); }},
           {tr("Save &Elsewhere…"), [this] { m_window.saving().saveAs(); }}}});
+}
+
+void ExternalChanges::takeRestored()
+{
+    m_window.messages().clear(Subject::FileOnDisk);
+    Document& document = m_window.document();
+    const std::optional<TextSnapshot> unedited = std::exchange(m_unedited, std::nullopt);
+    if (!unedited || !unedited->isSameTree(document.completeString()))
+        return;
+    document.undoManager().markClean();
+    if (document.isDocumentEdited())
+        return;
+    const EditJournal::NewBase newBase(m_window.journal());
 }
 
 } // namespace quillory

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "document/FileWatch.h"
+#include "text/TextSnapshot.h"
 
 #include <QElapsedTimer>
 #include <QObject>
+#include <optional>
 
 namespace quillory {
 
@@ -25,11 +27,14 @@ private:
     void followName(const QString& path);
     void tellChanged();
     void tellGone();
+    void takeRestored();
 
     DocumentWindow& m_window;
     FileWatch m_watch;
-    QTimer m_later;           ///< another change, while the last one is being taken
-    QString m_watched;        ///< the document's path then
+    QTimer m_later;    ///< another change, while the last one is being taken
+    QString m_watched; ///< the document's path then
+    /// While the file is gone: the text, if it was not edited.
+    std::optional<TextSnapshot> m_unedited;
     QElapsedTimer m_reading;  ///< since the file was last begun to be read again
     qint64 m_lastReading = 0; ///< how long that took, in milliseconds
 };

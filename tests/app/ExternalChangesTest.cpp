@@ -2,6 +2,7 @@
 
 #include "app/SaveFlow.h"
 #include "document/Document.h"
+#include "document/JournalReader.h"
 
 #include <QDir>
 #include <QTest>
@@ -30,6 +31,16 @@ protected:
     static bool says(DocumentWindow& window, const char* part)
     {
         return message(window, Subject::FileOnDisk).contains(QString::fromUtf8(part));
+    }
+    /// What the journal of the window would bring back without the file.
+    JournalReader::Replay journalled(DocumentWindow& window)
+    {
+        const auto file =
+            FileHandle::open(disk, JournalFile::pathOf(recovery, window.journal().id()), O_RDONLY);
+        const auto replay =
+            file ? JournalReader(disk, file->descriptor()).replay({}) : std::nullopt;
+        EXPECT_TRUE(replay);
+        return replay.value_or(JournalReader::Replay());
     }
     /// As most programs save: another file takes the place of the old one.
     void replace(const QByteArray& bytes) const
@@ -114,6 +125,9 @@ TEST_F(ExternalChangesTest, TextOfADeletedFileIsKept)
     ASSERT_TRUE(QFile::remove(path("a.txt")));
     ASSERT_TRUE(QTest::qWaitFor([&] { return says(window, "not there any more"); }, aSecond));
     EXPECT_TRUE(window.document().isDocumentEdited());
+    const JournalReader::Replay kept = journalled(window);
+    EXPECT_EQ(kept.text.string(), u"one\n");
+    EXPECT_NE(kept.base, kept.text);
     ASSERT_TRUE(pressWayOut(window, QStringLiteral("Save")));
     EXPECT_TRUE(QTest::qWaitFor([&] { return QFile::exists(path("a.txt")); }, aSecond));
     waitUntilIdle(window);
@@ -123,6 +137,29 @@ TEST_F(ExternalChangesTest, TextOfADeletedFileIsKept)
     // It is watched again.
     write("a.txt", "two\n");
     EXPECT_TRUE(QTest::qWaitFor([&] { return textOf(window) == u"two\n"; }, aSecond));
+}
+
+TEST_F(ExternalChangesTest, FileThatComesBackIsFollowedAsBefore)
+{
+    for (const bool isEdited : {false, true}) {
+        SCOPED_TRACE(isEdited);
+        DocumentWindow& window = openText();
+        ASSERT_TRUE(QDir().mkpath(path("elsewhere")));
+        ASSERT_TRUE(QDir().rename(path("a.txt"), path("elsewhere/a.txt")));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return says(window, "not there"); }, aSecond));
+        if (isEdited)
+            press(window, {QStringLiteral("'x'")});
+        ASSERT_TRUE(QDir().rename(path("elsewhere/a.txt"), path("a.txt")));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !says(window, "not there"); }, aSecond));
+        EXPECT_EQ(window.document().isDocumentEdited(), isEdited);
+        EXPECT_EQ(window.journal().id().isEmpty(), !isEdited);
+        if (isEdited)
+            continue;
+        write("a.txt", "two\n");
+        EXPECT_TRUE(QTest::qWaitFor([&] { return textOf(window) == u"two\n"; }, aSecond));
+        EXPECT_EQ(message(window, Subject::FileOnDisk), QString());
+        window.close();
+    }
 }
 
 } // namespace
