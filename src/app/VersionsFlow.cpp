@@ -24,12 +24,14 @@ constexpr qsizetype mostInMenu = 12;
 
 } // namespace
 
-VersionsFlow::VersionsFlow(DocumentWindow& window) : QObject(&window), m_window(window)
+VersionsFlow::VersionsFlow(DocumentWindow& window)
+    : QObject(&window), m_window(window), m_path(window.document().path())
 {
     connect(&window.saving(), &SaveFlow::written, this, &VersionsFlow::noteWritten);
     connect(&window.rereading(), &RereadFlow::reread, this, [this] { m_opened = m_saved = {}; });
     connect(&window.document(), &Document::renamed, this,
             [this](const QString& from, const QString& to) {
+                m_path = to;
                 VersionStore* store = m_window.environment().versions;
                 if (!store || from.isEmpty())
                     return;
@@ -46,8 +48,14 @@ void VersionsFlow::Milestone::noteWritten(const SaveResult& result)
 
 void VersionsFlow::noteWritten(const SaveResult& result, bool isAutomatic)
 {
-    // A save by command that keeps no version wrote what was there.
-    if (isAutomatic || !result.versionDigest.isEmpty())
+    // What is saved elsewhere is as if it had been opened there.
+    const QString path = m_window.document().path();
+    if (std::exchange(m_path, path) != path) {
+        m_opened = m_saved = {};
+        return;
+    }
+    // A save by command that was to keep no version wrote what was there.
+    if (isAutomatic || result.isVersionLost || !result.versionDigest.isEmpty())
         m_opened.noteWritten(result);
     if (isAutomatic)
         m_saved.noteWritten(result);

@@ -65,9 +65,10 @@ private:
     };
 
     DocumentWindow& m_window;
-    QPointer<QObject> m_browser;
+    QString m_path; ///< of the file that the next two are about
     Milestone m_opened;
     Milestone m_saved;
+    QPointer<QObject> m_browser;
 };
 
 } // namespace quillory

@@ -193,6 +193,7 @@ private:
             return true;
         const auto kept = m_job.versions->keep(m_job.path, m_job.encodingOnDisk);
         m_result.versionDigest = *kept;
+        m_result.isVersionLost = !kept;
         if (kept || !m_job.isAutomatic)
             return true;
         // A file that is gone, or changes all the time, is told of elsewhere; one that is too

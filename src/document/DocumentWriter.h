@@ -41,7 +41,8 @@ struct SaveResult
     TextOffset column = 0;
     std::optional<FileIdentity> identity; ///< of the file as written
     QString recoveryRecord; ///< the record in the recovery store that holds the text; may be empty
-    QByteArray versionDigest; ///< of what the file held before, if that is kept as a version
+    QByteArray versionDigest;   ///< of what the file held before, if that is kept as a version
+    bool isVersionLost = false; ///< it was to be kept, and is not
 };
 
 /// All that a save needs: made on the GUI thread in O(1), run on any.

@@ -272,6 +272,36 @@ TEST_F(AutosaveTest, RevertToBringsBackWhatWas)
     ASSERT_TRUE(QTest::qWaitFor([&] { return textOf(window) == u"one\n"; }, patience));
 }
 
+TEST_F(AutosaveTest, WhatIsNotKeptIsNotOffered)
+{
+    const auto isOffered = [](DocumentWindow& window, int entry) {
+        QMenu menu;
+        window.versions().fillMenu(menu);
+        return menu.actions()[entry]->isEnabled();
+    };
+    defaults.setValue(keys::autosaveInPlace, false);
+    ASSERT_FALSE(write("versions", "in the way").isEmpty());
+    DocumentWindow& window = openText();
+    save(window);
+    EXPECT_TRUE(isOffered(window, 1)) << "the same was written";
+    type(window, "x");
+    save(window);
+    EXPECT_EQ(bytesOf(path("a.txt")), "xone\n");
+    EXPECT_TRUE(isOffered(window, 0));
+    EXPECT_FALSE(isOffered(window, 1));
+
+    // What another file held was never opened.
+    ASSERT_TRUE(QFile::remove(path("versions")));
+    questions.savePath = write("b.txt", "another\n");
+    choose(window, QStringLiteral("File/Save As…"));
+    waitUntilIdle(window);
+    ASSERT_EQ(bytesOf(path("b.txt")), "xone\n");
+    type(window, "y");
+    window.versions().revertToLastOpened();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return textOf(window) != u"xyone\n"; }, patience));
+    EXPECT_EQ(textOf(window), u"xone\n");
+}
+
 TEST_F(AutosaveTest, VersionsAreBrowsed)
 {
     DocumentWindow& window = openText();
