@@ -135,6 +135,8 @@ void EditJournal::noteSaved(const TextSnapshot& saved, bool readsBack)
     const std::vector<JournalBatch::Edit> since = std::exchange(m_sinceSaving, {});
     const bool knowsEdits = std::exchange(m_isSaving, false);
     const TextSnapshot now = m_storage.snapshot();
+    m_retryTimer.stop();
+    m_isRefused = m_isUnsynced = false;
     setBase(saved, readsBack);
     if (!saved.isSameTree(now)) {
         begin();
@@ -144,6 +146,8 @@ void EditJournal::noteSaved(const TextSnapshot& saved, bool readsBack)
             batch.edits = {{{{0, saved.length()}, now.length()}, now}};
         m_length = now.length();
         write(std::move(batch));
+    } else {
+        tellState(0);
     }
     giveUp(before);
 }

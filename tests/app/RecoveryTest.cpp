@@ -171,6 +171,29 @@ TEST_F(RecoveryTest, FullDiskIsToldOnce)
     EXPECT_EQ(textOf(broughtBack()), qs("ab"));
 }
 
+TEST_F(RecoveryTest, SavingIsTheWayOutOfAFullDisk)
+{
+    for (const bool isQuiet : {true, false}) {
+        SCOPED_TRACE(isQuiet);
+        DocumentWindow& window = open(write("a.txt", "one\n"));
+        for (int times = 0; times < 2; ++times) {
+            disk.full = true;
+            press(window, {qs("'x'")});
+            EXPECT_FALSE(message(window, Subject::Journal).isEmpty()) << times;
+            disk.full = false;
+            if (isQuiet) {
+                window.saving().saveQuietly(false, [](const SaveResult&) {});
+                waitUntilIdle(window);
+            } else {
+                save(window);
+            }
+            EXPECT_EQ(message(window, Subject::Journal), QString()) << times;
+        }
+        window.close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}
+
 TEST_F(RecoveryTest, SignalEndsWithoutAQuestion)
 {
     DocumentWindow& window = openNew();
