@@ -19,6 +19,7 @@ public:
     enum class Subject
     {
         Recovery,
+        DamagedJournals, ///< of whatever documents
         Journal,
         Saving,
         Autosaving, ///< and versions

@@ -3,7 +3,6 @@
 #include "app/DocumentController.h"
 #include "app/RecoveryMessage.h"
 #include "document/Document.h"
-#include "document/RecoveredDocument.h"
 #include "foundation/Background.h"
 
 namespace quillory {
@@ -71,6 +70,8 @@ void Recovery::open(const QString& id, const RecoveredDocument& recovered,
 {
     using File = RecoveredDocument::File;
     DocumentWindow* window = nullptr;
+    if (!recovered.keptAside.isEmpty())
+        tellDamaged(recovered);
     if (recovered.state != State::Nothing) {
         window = &show(recovered);
         if (recovered.state == State::Text)
@@ -83,6 +84,20 @@ void Recovery::open(const QString& id, const RecoveredDocument& recovered,
     }
     if (then)
         then(window);
+}
+
+/// In whatever window there is, or in the first one that comes.
+void Recovery::tellDamaged(const RecoveredDocument& damaged)
+{
+    m_damaged.append(damaged);
+    const std::vector<DocumentWindow*>& windows = m_controller.windows();
+    if (!windows.empty())
+        showDamagedJournals(*windows.front(), m_damaged);
+    else if (m_damaged.size() == 1)
+        connect(
+            &m_controller, &DocumentController::windowOpened, this,
+            [this](DocumentWindow* window) { showDamagedJournals(*window, m_damaged); },
+            Qt::SingleShotConnection);
 }
 
 DocumentWindow& Recovery::show(const RecoveredDocument& recovered)

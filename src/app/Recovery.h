@@ -1,5 +1,7 @@
 #pragma once
 
+#include "document/RecoveredDocument.h"
+
 #include <QObject>
 #include <QSet>
 #include <functional>
@@ -9,8 +11,6 @@ namespace quillory {
 class DocumentController;
 class DocumentWindow;
 struct DocumentEnvironment;
-struct RecoveredDocument;
-struct RecoveryRecord;
 
 /// Brings back what a program that ended in the midst of it had not saved: the texts of the
 /// journals that nobody writes any more, and those that a failed save left. Each comes in a window
@@ -33,6 +33,8 @@ public:
     void recoverAll(const std::function<void()>& then = {});
 
 private:
+    void recoverFound(const RecoverableTexts& found, const std::function<void()>& then);
+    void tellDamaged(const RecoveredDocument& damaged);
     void open(const QString& id, const RecoveredDocument& recovered,
               const std::function<void(DocumentWindow*)>& then, bool isExpected);
     DocumentWindow& show(const RecoveredDocument& recovered);
@@ -41,6 +43,8 @@ private:
     DocumentController& m_controller;
     const DocumentEnvironment& m_environment;
     QSet<QString> m_asked;
+    bool m_isShowing = false;
+    QVector<RecoveredDocument> m_damaged; ///< without texts
 };
 
 } // namespace quillory

@@ -110,6 +110,20 @@ void showRecoveryMessage(DocumentWindow& window, const RecoveredDocument& recove
                            {Message::Kind::Warning, textOf(window, recovered), waysOut});
 }
 
+void showDamagedJournals(DocumentWindow& window, const QVector<RecoveredDocument>& damaged)
+{
+    QStringList sentences;
+    for (const RecoveredDocument& each : damaged) {
+        const QString name = QFileInfo(each.document.path).fileName();
+        sentences.append(
+            (name.isEmpty() ? tr("Edits that were not saved could not be brought back")
+                            : tr("The last edits of “%1” could not be brought back").arg(name)) +
+            tr(", since their journal is damaged. It is kept as “%1”.").arg(each.keptAside));
+    }
+    window.messages().show(Subject::DamagedJournals,
+                           {Message::Kind::Warning, sentences.join(u' ')});
+}
+
 void watchJournal(DocumentWindow& window)
 {
     EditJournal& journal = window.journal();

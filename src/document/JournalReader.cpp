@@ -24,7 +24,7 @@ JournalReader::Bytes bytesOfFile(FileOps& ops, int descriptor)
 {
     return [&ops, descriptor](char* target, qint64 size, qint64 offset) {
         const auto read = ops.read(descriptor, target, size, offset);
-        return read ? *read : 0;
+        return read ? *read : -1;
     };
 }
 
@@ -70,8 +70,8 @@ bool JournalReader::forEachRecord(qint64 end, Visit&& visit) const
     while (found.end.offset < end) {
         record.resize(journalRecordHead);
         char probe = 0;
-        if (m_bytes(&probe, 1, found.end.offset) <= 0)
-            return true;
+        if (const qint64 count = m_bytes(&probe, 1, found.end.offset); count <= 0)
+            return count == 0;
         if (!readAll(m_bytes, record.data(), record.size(), found.end.offset))
             return false;
         const quint32 size = qFromLittleEndian<quint32>(record.constData());
@@ -121,7 +121,7 @@ void JournalReader::check()
             return true;
         });
     char probe = 0;
-    m_isCut = !isWhole || m_bytes(&probe, 1, m_end.offset) > 0;
+    m_isCut = !isWhole || m_bytes(&probe, 1, m_end.offset) != 0;
 }
 
 std::optional<JournalReader::Replay> JournalReader::replay(const TextSnapshot& base) const

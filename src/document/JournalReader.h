@@ -13,7 +13,8 @@ namespace quillory {
 class JournalReader
 {
 public:
-    /// Reads up to so many bytes at an offset; answers how many, 0 at the end or after a failure.
+    /// Reads up to so many bytes at an offset; answers how many, 0 at the end, less when that
+    /// fails.
     using Bytes = std::function<qint64(char* target, qint64 size, qint64 offset)>;
 
     /// Checks all records.
@@ -28,7 +29,7 @@ public:
     const JournalForm& form() const { return m_form; }
     /// Where the part that can be read ends.
     const JournalEnd& end() const { return m_end; }
-    /// Something follows that part.
+    /// Something follows that part, or may: it cannot be read.
     bool isCut() const { return m_isCut; }
 
     struct Replay

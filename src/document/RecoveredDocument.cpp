@@ -115,15 +115,20 @@ RecoveredDocument recoverJournal(FileOps& ops, RecoveryStore& store, const QStri
         return {};
     const JournalReader reader(ops, file->descriptor());
     const QByteArray path = JournalFile::pathOf(store, id);
-    if (!reader.isReadable()) {
-        qWarning("quillory: nothing can be read of the journal “%s”, which is kept aside.",
-                 path.constData());
-        (void)ops.rename(path, path + ".unreadable", FileOps::Replacing::Yes);
-        return {};
-    }
-    RecoveredDocument recovered = recoveredOf(ops, reader);
+    RecoveredDocument recovered;
+    if (reader.isReadable())
+        recovered = recoveredOf(ops, reader);
     if (recovered.state == State::Nothing) {
-        (void)ops.remove(path);
+        if (reader.isReadable() && !reader.isCut()) {
+            (void)ops.remove(path);
+            return recovered;
+        }
+        const QByteArray aside = path + ".unreadable";
+        const FileStatus renamed = ops.rename(path, aside, FileOps::Replacing::Yes);
+        recovered.keptAside = QFile::decodeName(renamed ? aside : path);
+        recovered.document.path = reader.form().path;
+        qWarning("quillory: the journal “%s” is damaged, and kept.",
+                 qUtf8Printable(recovered.keptAside));
         return recovered;
     }
     recovered.time = reader.start().time;

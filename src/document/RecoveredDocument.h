@@ -30,6 +30,7 @@ struct RecoveredDocument
     File file = File::None;
     QDateTime time;     ///< when the first edit was made, or the record stored
     bool isCut = false; ///< there was more, which cannot be read
+    QString keptAside;  ///< where the journal is then, if there is Nothing for it
     ReadResult document;
     int untitledNumber = 0;
     bool hasIdentity = false; ///< false: any file there may be replaced
@@ -42,7 +43,8 @@ struct RecoveredDocument
 };
 
 /// Puts together what the journal \a id holds; the work is that of reading the document's file.
-/// A journal of which the file holds everything is removed. May run on any thread.
+/// A journal of which the file holds everything is removed; one that holds more than can be read,
+/// and nothing that the file does not hold, is kept aside. May run on any thread.
 RecoveredDocument recoverJournal(FileOps& ops, RecoveryStore& store, const QString& id);
 
 /// The same for a record of a text whose save failed.

@@ -194,6 +194,44 @@ TEST_F(RecoveryTest, SavingIsTheWayOutOfAFullDisk)
     }
 }
 
+TEST_F(RecoveryTest, DamagedJournalIsKeptAsideAndTold)
+{
+    struct Case
+    {
+        const char* name;
+        qint64 damagedAt; ///< bytes from the beginning, or from the end
+        const char* told;
+    };
+    for (const Case& c : {Case{"its beginning", 3, "Edits that were not saved"},
+                          Case{"the only edit", -3, "The last edits of “a.txt”"}}) {
+        SCOPED_TRACE(c.name);
+        DocumentWindow& before = open(write("a.txt", "one\n"));
+        press(before, {qs("'x'")});
+        const QString id = crash(before);
+        const QString journal = QFile::decodeName(JournalFile::pathOf(recovery, id));
+        QByteArray bytes = bytesOf(journal);
+        const qint64 at = c.damagedAt < 0 ? bytes.size() + c.damagedAt : c.damagedAt;
+        bytes[at] = char(bytes[at] ^ 1);
+        QFile file(journal);
+        ASSERT_TRUE(file.open(QFile::WriteOnly) && file.write(bytes) == bytes.size());
+        file.close();
+
+        Recovery flow(controller, environment);
+        bool done = false;
+        flow.recoverAll([&done] { done = true; });
+        ASSERT_TRUE(QTest::qWaitFor([&] { return done; }, patience));
+        EXPECT_TRUE(journals().isEmpty());
+        EXPECT_EQ(bytesOf(journal + qs(".unreadable")), bytes);
+        // In the first window that opens.
+        DocumentWindow& window = openNew();
+        const QString told = message(window, Subject::DamagedJournals);
+        EXPECT_TRUE(told.startsWith(qs(c.told))) << qPrintable(told);
+        EXPECT_TRUE(told.contains(journal));
+        window.close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}
+
 TEST_F(RecoveryTest, SignalEndsWithoutAQuestion)
 {
     DocumentWindow& window = openNew();

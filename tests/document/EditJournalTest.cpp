@@ -142,6 +142,17 @@ TEST_F(EditJournalTest, EveryCutAndEveryFlippedByteGivesAPrefix)
         EXPECT_GE(index, reached) << "more bytes give no less";
         EXPECT_EQ(reader.isCut(), reader.end().offset != size);
         reached = index;
+        // What cannot be read is not nothing.
+        const JournalReader failing(
+            [bytes = whole.first(size)](char* target, qint64 count, qint64 offset) -> qint64 {
+                if (offset >= bytes.size())
+                    return -1;
+                count = std::min(count, bytes.size() - offset);
+                std::copy_n(bytes.constData() + offset, count, target);
+                return count;
+            });
+        EXPECT_TRUE(failing.isCut());
+        EXPECT_EQ(failing.end().offset, reader.end().offset);
     }
     EXPECT_EQ(reached, states.size() - 1);
     for (qsizetype at = 0; at < whole.size(); ++at) {
