@@ -1,11 +1,14 @@
 #include "app/SessionEnd.h"
 
 #include "app/DocumentController.h"
-#include "document/EditJournal.h"
+#include "app/SaveFlow.h"
+#include "document/Document.h"
 
 #include <QEvent>
 #include <QGuiApplication>
+#include <QPointer>
 #include <QSocketNotifier>
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <fcntl.h>
@@ -16,6 +19,10 @@ namespace quillory {
 namespace {
 
 constexpr std::array signalsToEnd{SIGTERM, SIGINT, SIGHUP};
+using namespace std::chrono_literals;
+
+/// For saves that are under way; those who end a session wait longer before they kill.
+constexpr auto longestWait = 5s;
 constexpr int signalledStatus = 128; ///< plus the signal, as shells count
 
 // A handler of signals reaches nothing else. The write end is first.
@@ -41,6 +48,11 @@ void handle(int number, bool on)
         sigaction(number, &action, nullptr);
 }
 
+bool isSaving(const DocumentWindow* window)
+{
+    return window->saving().isSaving();
+}
+
 } // namespace
 
 SessionEnd::SessionEnd(DocumentController& controller) : m_controller(controller)
@@ -57,6 +69,8 @@ SessionEnd::SessionEnd(DocumentController& controller) : m_controller(controller
         for (const int number : signalsToEnd)
             handle(number, true);
     }
+    m_patience.setSingleShot(true);
+    connect(&m_patience, &QTimer::timeout, this, &SessionEnd::leave);
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &SessionEnd::prepare);
     qGuiApp->installEventFilter(this);
 }
@@ -82,10 +96,40 @@ void SessionEnd::prepare()
 
 void SessionEnd::end(int status)
 {
-    prepare();
-    for (DocumentWindow* window : m_controller.windows())
-        window->journal().leave();
-    QCoreApplication::exit(status);
+    if (std::exchange(m_status, status))
+        return;
+    m_patience.start(longestWait);
+    const std::vector<DocumentWindow*>& windows = m_controller.windows();
+    // Who ends the session may have less patience.
+    if (std::any_of(windows.begin(), windows.end(), isSaving))
+        prepare();
+    leaveWhenSaved();
+}
+
+/// A journal that does not know that its text was saved finds another file than it was about.
+void SessionEnd::leaveWhenSaved()
+{
+    const std::vector<DocumentWindow*>& windows = m_controller.windows();
+    const auto saving = std::find_if(windows.begin(), windows.end(), isSaving);
+    if (saving == windows.end())
+        leave();
+    else
+        (*saving)->saving().whenIdle([guard = QPointer(this)] {
+            if (guard && guard->m_patience.isActive())
+                guard->leaveWhenSaved();
+        });
+}
+
+void SessionEnd::leave()
+{
+    m_patience.stop();
+    for (DocumentWindow* window : m_controller.windows()) {
+        if (!window->journal().leave())
+            qWarning("quillory: not all edits of “%s” could be kept.",
+                     qUtf8Printable(window->document().displayName()));
+    }
+    Q_EMIT stateWanted();
+    QCoreApplication::exit(*m_status);
 }
 
 /// The session manager, unlike the user, asks the application to quit.

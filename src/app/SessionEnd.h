@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 #include <memory>
+#include <optional>
 
 class QSocketNotifier;
 
@@ -33,8 +35,12 @@ protected:
 private:
     void prepare();
     void end(int status);
+    void leaveWhenSaved();
+    void leave();
 
     DocumentController& m_controller;
+    std::optional<int> m_status; ///< with which the program ends soon
+    QTimer m_patience;
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 

@@ -376,12 +376,13 @@ void EditJournal::discard()
     setBase(m_storage.snapshot(), false);
 }
 
-void EditJournal::leave()
+bool EditJournal::leave()
 {
-    (void)flush();
+    const bool isKept = flush();
     m_isLeft = true;
     m_syncTimer.stop();
     m_retryTimer.stop();
+    return isKept;
 }
 
 } // namespace quillory

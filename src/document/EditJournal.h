@@ -73,7 +73,7 @@ public:
     void discard();
     /// The same as flush(), and the journal stays for the next start of the program; nothing that
     /// is edited from now on is kept.
-    void leave();
+    bool leave();
     bool isLeft() const { return m_isLeft; }
 
 Q_SIGNALS:

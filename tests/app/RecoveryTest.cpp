@@ -232,6 +232,24 @@ TEST_F(RecoveryTest, DamagedJournalIsKeptAsideAndTold)
     }
 }
 
+TEST_F(RecoveryTest, SaveThatIsUnderWayEndsBeforeTheProgram)
+{
+    const QString file = write("a.txt", "one\n");
+    DocumentWindow& window = open(file);
+    press(window, {qs("'mine '")});
+    SessionEnd end(controller);
+    disk.held = true;
+    window.saving().save();
+    ASSERT_EQ(std::raise(SIGTERM), 0);
+    QTest::qWait(200);
+    EXPECT_FALSE(window.journal().isLeft());
+    EXPECT_EQ(journals().size(), 1) << "until it is saved";
+    disk.held = false;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.journal().isLeft(); }, patience));
+    EXPECT_EQ(bytesOf(file), "mine one\n");
+    EXPECT_TRUE(journals().isEmpty());
+}
+
 TEST_F(RecoveryTest, SignalEndsWithoutAQuestion)
 {
     DocumentWindow& window = openNew();
