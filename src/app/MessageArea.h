@@ -22,7 +22,8 @@ public:
         DamagedJournals, ///< of whatever documents
         Journal,
         Saving,
-        Autosaving, ///< and versions
+        Autosaving,
+        Versions,
         FileOnDisk,
         Encoding,
         LineBreaks,

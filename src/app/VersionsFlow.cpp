@@ -224,7 +224,7 @@ void VersionsFlow::put(const TextSnapshot& text)
 
 void VersionsFlow::complain(const QString& message)
 {
-    m_window.messages().show(MessageArea::Subject::Autosaving, {Message::Kind::Warning, message});
+    m_window.messages().show(MessageArea::Subject::Versions, {Message::Kind::Warning, message});
 }
 
 } // namespace quillory

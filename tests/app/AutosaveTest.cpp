@@ -225,6 +225,11 @@ TEST_F(AutosaveTest, WithoutAVersionThereIsNoSave)
     EXPECT_EQ(bytesOf(path("a.txt")), "one\n");
     EXPECT_TRUE(window.document().isDocumentEdited());
     EXPECT_TRUE(message(window, Subject::Autosaving).contains(u"a.txt"));
+    // What else is told of versions does not hide it.
+    window.versions().read({path("a.txt"), {}, {}, 1, {}, {}}, [](const ReadResult*) {});
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return !message(window, Subject::Versions).isEmpty(); }, patience));
+    EXPECT_TRUE(message(window, Subject::Autosaving).contains(u"a.txt"));
     // Told once.
     window.messages().clear(Subject::Autosaving);
     type(window, "y");
