@@ -43,7 +43,16 @@ void Recovery::recover(const QString& id, const std::function<void(DocumentWindo
 
 void Recovery::recoverAll(const std::function<void()>& then)
 {
-    const RecoverableTexts found = recoverableTexts(m_environment.fileOps, m_environment.recovery);
+    runInBackground(
+        this,
+        [&environment = m_environment] {
+            return recoverableTexts(environment.fileOps, environment.recovery);
+        },
+        [this, then](const RecoverableTexts& found) { recoverFound(found, then); });
+}
+
+void Recovery::recoverFound(const RecoverableTexts& found, const std::function<void()>& then)
+{
     const auto done = afterAll(found.journals.size() + found.records.size() + 1, then);
     for (const QString& id : found.journals) {
         if (m_asked.contains(id))
@@ -102,7 +111,9 @@ void Recovery::tellDamaged(const RecoveredDocument& damaged)
 
 DocumentWindow& Recovery::show(const RecoveredDocument& recovered)
 {
+    m_isShowing = true;
     DocumentWindow& window = m_controller.restore(recovered.document, recovered.untitledNumber);
+    m_isShowing = false;
     Document& document = window.document();
     if (!recovered.hasIdentity)
         document.acceptFileOnDisk();

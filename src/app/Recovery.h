@@ -31,6 +31,8 @@ public:
     /// The same for all that nobody has asked for by its id; \a then is called when their windows
     /// are there.
     void recoverAll(const std::function<void()>& then = {});
+    /// Whether a window that is made and opened now is one of these.
+    bool isShowing() const { return m_isShowing; }
 
 private:
     void recoverFound(const RecoverableTexts& found, const std::function<void()>& then);

@@ -121,9 +121,7 @@ void WindowRestoration::openNext()
 void WindowRestoration::recoverRest()
 {
     m_hasTexts = false;
-    m_isRecovering = true;
     const auto goOn = [this] {
-        m_isRecovering = false;
         Q_EMIT textsRestored();
         openNext();
     };
@@ -135,11 +133,9 @@ void WindowRestoration::recoverRest()
 
 void WindowRestoration::recoverText(const SavedWindow& saved)
 {
-    m_isRecovering = true;
     m_recovery->recover(
         saved.journal,
         [this](DocumentWindow* window) {
-            m_isRecovering = false;
             // Its window has gone on by itself.
             if (!m_isRestoring || !m_opening)
                 return;
@@ -176,10 +172,16 @@ void WindowRestoration::openFile(const SavedWindow& saved)
         });
 }
 
+/// The window that is made now.
+bool WindowRestoration::isRecovered() const
+{
+    return m_recovery && m_recovery->isShowing();
+}
+
 void WindowRestoration::place(DocumentWindow* window)
 {
     const QString path = window->document().path();
-    const bool isNext = m_opening && m_opening->path == path && (!path.isEmpty() || m_isRecovering);
+    const bool isNext = m_opening && m_opening->path == path && (!path.isEmpty() || isRecovered());
     SavedWindow saved;
     bool isFront = false;
     if (isNext) {
@@ -218,7 +220,7 @@ void WindowRestoration::show(DocumentWindow* window)
     });
     m_recorder->note(*window, saved);
     // A text that is recovered is not all there yet.
-    if (m_isRecovering)
+    if (isRecovered())
         QMetaObject::invokeMethod(
             window, [window, saved] { showPlace(*window, saved); }, Qt::QueuedConnection);
     else

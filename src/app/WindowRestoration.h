@@ -68,6 +68,7 @@ private:
     void recoverText(const SavedWindow& saved);
     void recoverRest();
     bool isKept(DocumentWindow& window) const;
+    bool isRecovered() const;
     void place(DocumentWindow* window);
     void show(DocumentWindow* window);
     void goOnUnlessOpening();
@@ -88,7 +89,6 @@ private:
     SavedWindow m_front; ///< comes to the front when it is there
     std::optional<SavedWindow> m_opening;
     bool m_isAsked = false;                       ///< for that, the controller was
-    bool m_isRecovering = false;                  ///< texts that are not saved
     QHash<DocumentWindow*, SavedWindow> m_placed; ///< made and not yet shown
     QStringList m_missing;
     bool m_isRestoring = false;
