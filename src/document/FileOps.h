@@ -129,6 +129,11 @@ public:
     {
         return uninterrupted([&] { return tryMakeFolder(path, mode); });
     }
+    /// ENOTEMPTY for one that holds something.
+    FileStatus removeFolder(const QByteArray& path)
+    {
+        return uninterrupted([&] { return tryRemoveFolder(path); });
+    }
     /// The names in a folder, without "." and "..", in no order.
     FileResult<QByteArrayList> names(const QByteArray& folder)
     {
@@ -166,6 +171,7 @@ protected:
                                  Replacing replacing) = 0;
     virtual FileStatus tryRemove(const QByteArray& path) = 0;
     virtual FileStatus tryMakeFolder(const QByteArray& path, mode_t mode) = 0;
+    virtual FileStatus tryRemoveFolder(const QByteArray& path) = 0;
     virtual FileResult<QByteArrayList> tryNames(const QByteArray& folder) = 0;
     virtual FileStatus tryMayWrite(const QByteArray& path) = 0;
 };

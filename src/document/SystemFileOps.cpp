@@ -176,6 +176,11 @@ FileStatus SystemFileOps::tryMakeFolder(const QByteArray& path, mode_t mode)
     return statusOf(::mkdir(path.constData(), mode));
 }
 
+FileStatus SystemFileOps::tryRemoveFolder(const QByteArray& path)
+{
+    return statusOf(::rmdir(path.constData()));
+}
+
 FileResult<QByteArrayList> SystemFileOps::tryNames(const QByteArray& folder)
 {
     const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(folder.constData()), ::closedir);

@@ -158,6 +158,9 @@ void VersionStore::prune(const QDateTime& now, bool isForced)
     }
     for (const size_t index : versionsToDrop(versions, now))
         (void)m_ops.remove(paths[qsizetype(index)]);
+    // Those that hold something stay.
+    for (const QByteArray& folder : *folders)
+        (void)m_ops.removeFolder(joined(root, folder));
 }
 
 } // namespace quillory

@@ -51,7 +51,8 @@ public:
     /// The file at \a from is at \a to now, and its versions are that one's.
     FileStatus followRename(const QString& from, const QString& to);
 
-    /// Drops versions that are too old or too many; once in an hour at most, unless it \a isForced.
+    /// Drops versions that are too old or too many, and the folders of files that have none; once
+    /// in an hour at most, unless it \a isForced.
     void prune(const QDateTime& now, bool isForced = false);
 
 private:

@@ -133,6 +133,11 @@ FileStatus FaultyFileOps::tryMakeFolder(const QByteArray& path, mode_t mode)
     return counted([&] { return m_real.makeFolder(path, mode); });
 }
 
+FileStatus FaultyFileOps::tryRemoveFolder(const QByteArray& path)
+{
+    return counted([&] { return m_real.removeFolder(path); });
+}
+
 FileResult<QByteArrayList> FaultyFileOps::tryNames(const QByteArray& folder)
 {
     return counted([&] { return m_real.names(folder); });

@@ -343,6 +343,14 @@ FileStatus PowerCutFileOps::tryMakeFolder(const QByteArray& path, mode_t mode)
     return Nothing();
 }
 
+FileStatus PowerCutFileOps::tryRemoveFolder(const QByteArray& path)
+{
+    const auto held = names(path);
+    if (!held || !held->isEmpty())
+        return failure(held ? ENOTEMPTY : held.error());
+    return tryRemove(path);
+}
+
 FileResult<QByteArrayList> PowerCutFileOps::tryNames(const QByteArray& folder)
 {
     if (!m_names.contains(folder))

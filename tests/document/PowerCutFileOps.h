@@ -61,6 +61,7 @@ protected:
                          Replacing replacing) override;
     FileStatus tryRemove(const QByteArray& path) override;
     FileStatus tryMakeFolder(const QByteArray& path, mode_t mode) override;
+    FileStatus tryRemoveFolder(const QByteArray& path) override;
     FileResult<QByteArrayList> tryNames(const QByteArray& folder) override;
     FileStatus tryMayWrite(const QByteArray& path) override;
 

@@ -195,6 +195,11 @@ TEST_F(VersionStoreTest, PrunesWhatIsOld)
     EXPECT_EQ(contents(path).size(), 1);
     store.prune(QDateTime::currentDateTimeUtc().addDays(400));
     EXPECT_EQ(filesInStore(), 0);
+    EXPECT_TRUE(QDir(store.folder()).isEmpty()) << "nor is its folder";
+    ASSERT_TRUE(store.keep(path, StringEncoding::utf8));
+    EXPECT_EQ(contents(path).size(), 1);
+}
+
 }
 
 TEST_F(VersionStoreTest, IsReadAsTheFileWouldBe)
