@@ -68,7 +68,8 @@ FileStatus syncPath(FileOps& ops, const QByteArray& folder)
 
 } // namespace
 
-RecoveryStore::RecoveryStore(FileOps& ops, QString folder) : m_ops(ops), m_folder(std::move(folder))
+RecoveryStore::RecoveryStore(FileOps& ops, QString folder, bool isFolderLasting)
+    : m_ops(ops), m_folder(std::move(folder)), m_isFolderLasting(isFolderLasting)
 {}
 
 QByteArray RecoveryStore::pathOf(const QString& name) const
@@ -108,9 +109,10 @@ FileStatus RecoveryStore::makeFolder()
 }
 
 FileStatus RecoveryStore::write(const QString& name, FileOps::Replacing replacing,
-                                RecoveryEntry entry, const ByteSource& source)
+                                RecoveryEntry entry, const ByteSource& source,
+                                const ByteSummary* known)
 {
-    const auto summary = summaryOf(source);
+    const auto summary = known ? FileResult<ByteSummary>(*known) : summaryOf(source);
     if (!summary)
         return FileStatus::failed(summary.error());
     if (!entry.time.isValid())
@@ -139,14 +141,14 @@ FileStatus RecoveryStore::write(const QString& name, FileOps::Replacing replacin
 }
 
 FileResult<QString> RecoveryStore::store(const RecoveryEntry& entry, const ByteSource& source,
-                                         const QString& id)
+                                         const QString& id, const ByteSummary* summary)
 {
     const QString name = id.isEmpty() ? QUuid::createUuid().toString(QUuid::Id128) : id;
     FileStatus done = prepareFolder();
     if (done)
         done =
             write(textName(name), id.isEmpty() ? FileOps::Replacing::No : FileOps::Replacing::Yes,
-                  entry, source);
+                  entry, source, summary);
     return done ? FileResult<QString>(name) : FileResult<QString>::failed(done.error());
 }
 

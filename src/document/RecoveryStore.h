@@ -13,6 +13,7 @@
 namespace quillory {
 
 class FileHandle;
+struct ByteSummary;
 
 /// What the bytes of a record are.
 struct RecoveryEntry
@@ -50,9 +51,12 @@ class RecoveryStore
 {
 public:
     /// Uses \a folder, which is made (for its owner only) when the first record is stored.
-    RecoveryStore(FileOps& ops, QString folder);
+    /// \a isFolderLasting tells that isFolderLasting() was true for it.
+    RecoveryStore(FileOps& ops, QString folder, bool isFolderLasting = false);
 
     QString folder() const { return m_folder; }
+    /// The folder's name is on the device, which spares bringing it there.
+    bool isFolderLasting() const { return m_isFolderLasting; }
 
     /// Makes the folder, for its owner only, if it is not there.
     FileStatus makeFolder();
@@ -61,8 +65,9 @@ public:
 
     /// Keeps what \a source gives; when the answer comes, it outlasts a power cut. The answer is
     /// the record's id: \a id where that is given, whose text is then replaced by the new one.
+    /// \a summary is that of what \a source gives, where it is known.
     FileResult<QString> store(const RecoveryEntry& entry, const ByteSource& source,
-                              const QString& id = {});
+                              const QString& id = {}, const ByteSummary* summary = nullptr);
 
     /// Keeps the bytes that the file of record \a id holds, beside the text. Answers the name.
     FileResult<QString> storePrevious(const QString& id, const RecoveryEntry& entry,
@@ -84,12 +89,12 @@ public:
 private:
     QByteArray pathOf(const QString& name) const;
     FileStatus write(const QString& name, FileOps::Replacing replacing, RecoveryEntry entry,
-                     const ByteSource& source);
+                     const ByteSource& source, const ByteSummary* known = nullptr);
     RecoveryRecord record(const QString& name);
 
     FileOps& m_ops;
     QString m_folder;
-    std::atomic_bool m_isFolderLasting = false; ///< its name is on the device
+    std::atomic_bool m_isFolderLasting;
 };
 
 } // namespace quillory

@@ -58,7 +58,12 @@ FileResult<QByteArray> VersionStore::keep(const QString& path, StringEncoding en
     if (summary->size != status->st_size)
         return Answer::failed(ECANCELED);
 
-    RecoveryStore store(m_ops, folderFor(path));
+    const QString folder = folderFor(path);
+    const auto isLasting = [&] {
+        const std::lock_guard lock(m_mutex);
+        return m_lasting.contains(folder);
+    };
+    RecoveryStore store(m_ops, folder, isLasting());
     const auto records = store.records();
     if (!records)
         return Answer::failed(records.error());
@@ -74,9 +79,16 @@ FileResult<QByteArray> VersionStore::keep(const QString& path, StringEncoding en
     if (!same.isEmpty() && records->last().name == same.last() &&
         records->last().entry.encoding == encoding)
         return summary->digest;
-    const auto kept = store.store(entry, bytes);
+    auto kept = store.store(entry, bytes, {}, &*summary);
+    // The folder, empty as it was, may have been taken away meanwhile.
+    if (kept.error() == ENOENT)
+        kept = store.store(entry, bytes, {}, &*summary);
     if (!kept)
         return Answer::failed(kept.error());
+    {
+        const std::lock_guard lock(m_mutex);
+        m_lasting.insert(folder);
+    }
     for (const QString& name : same)
         (void)store.removeRecord(name);
     return summary->digest;

@@ -5,9 +5,11 @@
 #include "text/StringEncoding.h"
 
 #include <QDateTime>
+#include <QSet>
 #include <QString>
 #include <QVector>
 #include <atomic>
+#include <mutex>
 
 namespace quillory {
 
@@ -60,6 +62,8 @@ private:
 
     FileOps& m_ops;
     QString m_folder;
+    std::mutex m_mutex;
+    QSet<QString> m_lasting;            ///< folders of files; see RecoveryStore::isFolderLasting()
     std::atomic<qint64> m_prunedAt = 0; ///< seconds since 1970
 };
 

@@ -200,6 +200,33 @@ TEST_F(VersionStoreTest, PrunesWhatIsOld)
     EXPECT_EQ(contents(path).size(), 1);
 }
 
+/// Counts what the device is waited for.
+class SyncCounter : public SystemFileOps
+{
+public:
+    int syncs = 0;
+
+protected:
+    FileStatus trySync(int descriptor) override
+    {
+        ++syncs;
+        return SystemFileOps::trySync(descriptor);
+    }
+};
+
+TEST_F(VersionStoreTest, BringsNoMoreToTheDeviceThanIsNew)
+{
+    SyncCounter counter;
+    VersionStore counted(counter, store.folder());
+    ASSERT_TRUE(counted.keep(writeAt("a.txt", "one", 1000), StringEncoding::utf8));
+    const int first = counter.syncs;
+    ASSERT_TRUE(counted.keep(writeAt("a.txt", "two", 2000), StringEncoding::utf8));
+    EXPECT_EQ(counter.syncs - first, 2) << "the version, and its name";
+    // A folder that is new has a name that is new.
+    ASSERT_TRUE(QDir(store.folder()).removeRecursively());
+    counter.syncs = 0;
+    ASSERT_TRUE(counted.keep(writeAt("a.txt", "three", 3000), StringEncoding::utf8));
+    EXPECT_GE(counter.syncs, first);
 }
 
 TEST_F(VersionStoreTest, IsReadAsTheFileWouldBe)
