@@ -183,14 +183,16 @@ void VersionsFlow::restore(const FileVersion& version)
 }
 
 void VersionsFlow::read(const FileVersion& version,
-                        const std::function<void(const ReadResult*)>& then)
+                        const std::function<void(const ReadResult*)>& then,
+                        const std::shared_ptr<std::atomic_bool>& cancelled)
 {
     runInBackground(
         this,
-        [store = m_window.environment().versions, version, type = m_window.document().type()] {
-            return readVersion(*store, version, type);
-        },
-        [this, version, then](const ReadResult& result) {
+        [store = m_window.environment().versions, version, type = m_window.document().type(),
+         cancelled] { return readVersion(*store, version, type, cancelled.get()); },
+        [this, version, then, cancelled](const ReadResult& result) {
+            if (cancelled && *cancelled)
+                return;
             if (!result.answer || !result.text) {
                 complain(tr("The version of %1 could not be read; it is left out.")
                              .arg(timeOf(version)));

@@ -4,7 +4,9 @@
 
 #include <QObject>
 #include <QPointer>
+#include <atomic>
 #include <functional>
+#include <memory>
 
 class QMenu;
 
@@ -40,8 +42,10 @@ public:
     /// Puts \a version in the place of the text, as one step that can be undone.
     void restore(const FileVersion& version);
 
-    /// Calls \a then with \a version, or with null where it could not be read, which is told.
-    void read(const FileVersion& version, const std::function<void(const ReadResult*)>& then);
+    /// Calls \a then with \a version, or with null where it could not be read, which is told. Once
+    /// \a cancelled is set nobody waits for the answer, which does not come.
+    void read(const FileVersion& version, const std::function<void(const ReadResult*)>& then,
+              const std::shared_ptr<std::atomic_bool>& cancelled = {});
 
     /// "Today, 14:05:12", or the day in place of that.
     static QString timeOf(const FileVersion& version);

@@ -36,6 +36,11 @@ VersionsWindow::VersionsWindow(DocumentWindow& window, VersionsFlow& flow,
     m_list->setFocus();
 }
 
+VersionsWindow::~VersionsWindow()
+{
+    stopReading();
+}
+
 void VersionsWindow::build()
 {
     const QLocale locale;
@@ -62,19 +67,27 @@ void VersionsWindow::build()
         connect(new QShortcut(key, this), &QShortcut::activated, this, &QWidget::close);
 }
 
+void VersionsWindow::stopReading()
+{
+    if (m_stopped)
+        *m_stopped = true;
+}
+
 void VersionsWindow::choose(int row)
 {
+    stopReading();
     if (row < 0)
         return;
-    const FileVersion version = m_versions.at(row);
-    m_flow.read(version, [this_ = QPointer(this), row, version](const ReadResult* result) {
-        if (!this_ || this_->m_list->currentRow() != row)
-            return;
-        if (result)
-            this_->compare(version, *result->text);
-        else
-            this_->m_note->setText(tr("This version could not be read."));
-    });
+    m_stopped = std::make_shared<std::atomic_bool>(false);
+    m_flow.read(
+        m_versions.at(row),
+        [this, version = m_versions.at(row)](const ReadResult* result) {
+            if (result)
+                compare(version, *result->text);
+            else
+                m_note->setText(tr("This version could not be read."));
+        },
+        m_stopped);
 }
 
 void VersionsWindow::compare(const FileVersion& version, const TextSnapshot& text)

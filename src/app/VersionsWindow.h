@@ -4,6 +4,8 @@
 #include "text/TextSnapshot.h"
 
 #include <QWidget>
+#include <atomic>
+#include <memory>
 
 class QLabel;
 class QListWidget;
@@ -24,6 +26,7 @@ class VersionsWindow : public QWidget
 public:
     VersionsWindow(DocumentWindow& window, VersionsFlow& flow,
                    const QVector<FileVersion>& versions);
+    ~VersionsWindow() override;
 
     QListWidget& list() const { return *m_list; }
     /// Null while none is shown.
@@ -32,6 +35,7 @@ public:
 private:
     void build();
     void choose(int row);
+    void stopReading();
     void compare(const FileVersion& version, const TextSnapshot& text);
 
     DocumentWindow& m_window;
@@ -40,6 +44,7 @@ private:
     QListWidget* m_list;
     QLabel* m_note; ///< while no comparison is shown
     ComparisonWindow* m_comparison = nullptr;
+    std::shared_ptr<std::atomic_bool> m_stopped; ///< reading the last one that was chosen
 };
 
 } // namespace quillory

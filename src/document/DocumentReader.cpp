@@ -218,6 +218,8 @@ bool decodeAs(ReadResult& result, StringEncoding encoding)
 {
     if (!result.record.dataFromFile)
         return false;
+    if (result.text && result.record.encoding == encoding)
+        return true;
     ReadResult decoded = result;
     if (!decodeBytes(decoded, encoding))
         return false;

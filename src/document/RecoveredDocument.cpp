@@ -29,7 +29,7 @@ File fileOf(FileOps& ops, const JournalForm& form)
 std::optional<TextSnapshot> textInFile(const JournalForm& form, StringEncoding encoding)
 {
     ReadResult read = readDocument(form.path, form.type);
-    if (!read.answer || (read.record.encoding != encoding && !decodeAs(read, encoding)))
+    if (!read.answer || !decodeAs(read, encoding))
         return std::nullopt;
     return read.text;
 }

@@ -4,13 +4,14 @@
 
 namespace quillory {
 
-ReadResult readVersion(VersionStore& store, const FileVersion& version, const QString& type)
+ReadResult readVersion(VersionStore& store, const FileVersion& version, const QString& type,
+                       const std::atomic_bool* cancelled)
 {
     QByteArray bytes;
     bytes.reserve(version.size);
     const bool isWhole = store.bytes(version)([&](QByteArrayView piece) {
         bytes.append(piece);
-        return true;
+        return !cancelled || !*cancelled;
     });
     FileBytes file;
     file.error = isWhole ? 0 : EIO;
