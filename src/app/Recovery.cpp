@@ -34,7 +34,8 @@ void Recovery::recover(const QString& id, const std::function<void(DocumentWindo
     runInBackground(
         this,
         [id, &environment = m_environment] {
-            return recoverJournal(environment.fileOps, environment.recovery, id);
+            return recoverJournal(environment.fileOps, environment.recovery, id,
+                                  environment.versions);
         },
         [this, id, then, isExpected](const RecoveredDocument& recovered) {
             open(id, recovered, then, isExpected);

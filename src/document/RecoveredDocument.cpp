@@ -1,6 +1,7 @@
 #include "document/RecoveredDocument.h"
 
 #include "document/DocumentType.h"
+#include "document/VersionReading.h"
 #include "text/TextDecoder.h"
 
 #include <QFile>
@@ -32,6 +33,26 @@ std::optional<TextSnapshot> textInFile(const JournalForm& form, StringEncoding e
     if (!read.answer || !decodeAs(read, encoding))
         return std::nullopt;
     return read.text;
+}
+
+/// The text that the file at \a path held when it was as in \a form, if that is kept.
+std::optional<TextSnapshot> textInVersions(VersionStore& versions, const QString& path,
+                                           const JournalForm& form)
+{
+    if (!form.identity)
+        return std::nullopt;
+    const auto kept = versions.versions(path);
+    const FileIdentity& wanted = *form.identity;
+    for (const FileVersion& version : *kept) {
+        const bool isOfThatTime =
+            version.time.toMSecsSinceEpoch() == wanted.modifiedNanos / 1'000'000;
+        if (version.size != wanted.size || !(isOfThatTime || version.digest == wanted.digest))
+            continue;
+        ReadResult read = readVersion(versions, version, form.type);
+        if (read.answer && decodeAs(read, form.encoding))
+            return read.text;
+    }
+    return std::nullopt;
 }
 
 bool isSavedAlike(const JournalForm& a, const JournalForm& b)
@@ -74,7 +95,7 @@ RecoveredDocument piecesOf(const JournalReader& reader)
 }
 
 /// Without what concerns the journal's file.
-RecoveredDocument recoveredOf(FileOps& ops, const JournalReader& reader)
+RecoveredDocument recoveredOf(FileOps& ops, const JournalReader& reader, VersionStore* versions)
 {
     const JournalForm& form = reader.form();
     const JournalStart& start = reader.start();
@@ -85,7 +106,11 @@ RecoveredDocument recoveredOf(FileOps& ops, const JournalReader& reader)
         base = TextSnapshot();
     else
         base = textInFile(form, start.form.encoding);
-    const auto replay = base ? reader.replay(*base) : std::nullopt;
+    auto replay = base ? reader.replay(*base) : std::nullopt;
+    if (!replay && versions) {
+        base = textInVersions(*versions, form.path, start.form);
+        replay = base ? reader.replay(*base) : std::nullopt;
+    }
     if (!replay) {
         RecoveredDocument pieces = piecesOf(reader);
         pieces.file = recovered.file;
@@ -108,7 +133,8 @@ RecoveredDocument recoveredOf(FileOps& ops, const JournalReader& reader)
 
 } // namespace
 
-RecoveredDocument recoverJournal(FileOps& ops, RecoveryStore& store, const QString& id)
+RecoveredDocument recoverJournal(FileOps& ops, RecoveryStore& store, const QString& id,
+                                 VersionStore* versions)
 {
     auto file = JournalFile::openLocked(ops, store, id);
     if (!file)
@@ -117,7 +143,7 @@ RecoveredDocument recoverJournal(FileOps& ops, RecoveryStore& store, const QStri
     const QByteArray path = JournalFile::pathOf(store, id);
     RecoveredDocument recovered;
     if (reader.isReadable())
-        recovered = recoveredOf(ops, reader);
+        recovered = recoveredOf(ops, reader, versions);
     if (recovered.state == State::Nothing) {
         if (reader.isReadable() && !reader.isCut()) {
             (void)ops.remove(path);

@@ -8,6 +8,8 @@
 
 namespace quillory {
 
+class VersionStore;
+
 /// What a journal, or a record of the recovery store, comes to when nobody writes it any more.
 struct RecoveredDocument
 {
@@ -44,8 +46,10 @@ struct RecoveredDocument
 
 /// Puts together what the journal \a id holds; the work is that of reading the document's file.
 /// A journal of which the file holds everything is removed; one that holds more than can be read,
-/// and nothing that the file does not hold, is kept aside. May run on any thread.
-RecoveredDocument recoverJournal(FileOps& ops, RecoveryStore& store, const QString& id);
+/// and nothing that the file does not hold, is kept aside. A text that the file does not hold any
+/// more is looked for in \a versions, where they are given. May run on any thread.
+RecoveredDocument recoverJournal(FileOps& ops, RecoveryStore& store, const QString& id,
+                                 VersionStore* versions = nullptr);
 
 /// The same for a record of a text whose save failed.
 RecoveredDocument recoverRecord(RecoveryStore& store, const RecoveryRecord& record);

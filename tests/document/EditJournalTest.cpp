@@ -6,6 +6,7 @@
 #include "document/FaultyFileOps.h"
 #include "document/PowerCutFileOps.h"
 #include "document/RecoveredDocument.h"
+#include "document/VersionStore.h"
 
 #include <QSignalSpy>
 #include <fcntl.h>
@@ -252,6 +253,32 @@ TEST_F(EditJournalTest, LargeTextOutlivesItsFile)
         const RecoveredDocument recovered = recoverJournal(ops, recovery, id);
         EXPECT_EQ(recovered.state, State::Text);
         EXPECT_EQ(recovered.document.text, text);
+        (void)ops.remove(JournalFile::pathOf(recovery, id));
+    }
+}
+
+TEST_F(EditJournalTest, LostBaseIsLookedUpAmongTheVersions)
+{
+    VersionStore versions(ops, file("versions"));
+    const QByteArray bytes = QByteArray("0123456789abcde\n").repeated(100'000);
+    // As when the program ends between the save and the next journal; or another program writes.
+    for (const bool isSaved : {true, false}) {
+        SCOPED_TRACE(isSaved);
+        const char* name = isSaved ? "saved.txt" : "theirs.txt";
+        const QString path = write(name, bytes);
+        auto document = open(path);
+        document->textStorage().replaceCharactersInRange({800'000, 3}, u"typed");
+        const TextSnapshot text = document->completeString();
+        const QString id = document->journal().id();
+        document->journal().leave();
+        document.reset();
+        ASSERT_TRUE(versions.keep(path, StringEncoding::utf8));
+        write(name, isSaved ? text.string().toUtf8() : bytes + "theirs\n");
+        const RecoveredDocument recovered = recoverJournal(ops, recovery, id, &versions);
+        EXPECT_EQ(recovered.state, isSaved ? State::Nothing : State::Text);
+        EXPECT_EQ(JournalFile::idsIn(ops, recovery).isEmpty(), isSaved);
+        EXPECT_EQ(recovered.document.text, isSaved ? std::nullopt : std::optional(text));
+        backgroundPool().waitForDone();
         (void)ops.remove(JournalFile::pathOf(recovery, id));
     }
 }
