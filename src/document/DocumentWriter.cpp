@@ -246,7 +246,7 @@ private:
 
 SaveResult SaveJob::run(FileOps& ops, RecoveryStore& recovery) const
 {
-    const SaveResult result = Save(*this, ops, recovery).run();
+    SaveResult result = Save(*this, ops, recovery).run();
     if (versions)
         versions->prune(QDateTime::currentDateTimeUtc());
     return result;
