@@ -45,7 +45,8 @@ struct FindSession::Batch
     QString error = {};
 };
 
-FindSession::FindSession(QPTextView& editor, QObject* parent) : QObject(parent), m_editor(editor)
+FindSession::FindSession(QPTextView& editor, QObject* parent)
+    : QObject(parent), m_editor(editor), m_home(editor.selectedRange().location)
 {
     m_pause.setSingleShot(true);
     m_pause.setInterval(pause);

@@ -92,7 +92,7 @@ private:
     QTimer m_pause;
     std::shared_ptr<Search> m_search; ///< null while none goes on
     TextOffset m_origin = 0;          ///< where the search began
-    TextOffset m_home = 0;            ///< where the first place of another query is looked for
+    TextOffset m_home;                ///< where the first place of another query is looked for
     bool m_selects = false;           ///< the selection is set by this
 
     /// What is to be selected once it is found.
