@@ -294,6 +294,8 @@ void WindowRestoration::record()
 
 void WindowRestoration::save()
 {
+    if (!m_recorder)
+        return;
     const std::vector<SavedWindow> windows =
         keepsWindows() ? session(true) : std::vector<SavedWindow>();
     if (windows.empty())

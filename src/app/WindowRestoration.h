@@ -53,7 +53,7 @@ public:
     void quit();
     /// Gives up what is still to come back.
     void forget();
-    /// Writes down what is open, before it returns.
+    /// Writes down what is open, before it returns; not what another program keeps there.
     void save();
 
 Q_SIGNALS:

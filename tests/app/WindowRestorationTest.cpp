@@ -338,12 +338,17 @@ TEST_F(WindowRestorationTest, AnotherProgramOverTheSameFolderKeepsAway)
     Program program(*this);
     program.start();
     program.open(a);
+    program.restoration.save();
     {
         Program other(*this);
         other.start();
         EXPECT_FALSE(other.restoration.keepsWindows());
         EXPECT_TRUE(other.controller.windows().empty());
+        other.restoration.save();
+        Program neverStarted(*this);
+        neverStarted.restoration.save();
     }
+    EXPECT_TRUE(QFile::exists(folders.sessionFile()));
     ASSERT_TRUE(program.quit());
     EXPECT_TRUE(QFile::exists(folders.sessionFile()));
 }
