@@ -7,6 +7,7 @@
 #include "app/UserQuestions.h"
 #include "document/CloudContainer.h"
 #include "document/Document.h"
+#include "document/FileError.h"
 #include "document/FileMove.h"
 #include "foundation/Background.h"
 
@@ -14,7 +15,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
-#include <cstring>
 
 namespace quillory {
 
@@ -30,19 +30,44 @@ CloudContainer container()
     return CloudContainer::ofThisSession();
 }
 
-void finishMove(DocumentWindow& window, const QString& destination, const FileStatus& moved)
+/// Where the file went, or would have gone.
+struct Move
 {
-    if (!moved) {
-        window.questions().tell(&window,
-                                tr("“%1” cannot be moved.").arg(window.document().displayName()),
-                                tr("It stays where it is, since “%1” cannot be made: %2.")
-                                    .arg(QDir::toNativeSeparators(destination),
-                                         QString::fromLocal8Bit(std::strerror(moved.error()))),
-                                [] {});
+    QString destination;
+    FileResult<MovedFile> outcome;
+};
+
+/// Moves what \a path leads to; a symbolic link stays where it is.
+Move move(FileOps& ops, const QString& path, const QString& folder)
+{
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    const QString source = canonical.isEmpty() ? path : canonical;
+    QDir().mkpath(folder);
+    QString destination = folder + u'/' + QFileInfo(source).fileName();
+    auto outcome = moveFile(ops, source, destination);
+    return {std::move(destination), outcome};
+}
+
+void finishMove(DocumentWindow& window, const Move& move)
+{
+    Document& document = window.document();
+    if (!move.outcome) {
+        window.questions().tell(
+            &window, tr("“%1” cannot be moved.").arg(document.displayName()),
+            tr("It stays where it is, since “%1” cannot be made: %2.")
+                .arg(QDir::toNativeSeparators(move.destination),
+                     FileError{move.outcome.error(), FileStep::Publish, {}}.cause()),
+            [] {});
         return;
     }
-    window.document().acceptFileOnDisk();
-    window.document().followRename(destination);
+    // A file that was not as the document knew it any more still is not.
+    const std::optional<FileIdentity>& known = document.fileIdentity();
+    if (known && known->matches(move.outcome->before)) {
+        FileIdentity identity = FileIdentity::of(move.outcome->after);
+        identity.digest = known->digest;
+        document.setFileIdentity(identity);
+    }
+    document.followRename(move.destination);
     if (CloudBrowser* browser = Shell::of(window).cloudBrowser())
         browser->renew();
 }
@@ -61,18 +86,14 @@ void moveToOrFromCloud(DocumentWindow& window, int tag)
     const QString folder =
         tag == 1 ? container().documentsFolder()
                  : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    window.saving().whenIdle([&window, folder] {
-        const QString path = window.document().path();
-        const QString destination = folder + u'/' + QFileInfo(path).fileName();
+    window.saving().runBetweenSaves([&window, folder](const std::function<void()>& done) {
         FileOps& ops = window.environment().fileOps;
         runInBackground(
             &window,
-            [&ops, path, folder, destination] {
-                QDir().mkpath(folder);
-                return moveFile(ops, path, destination);
-            },
-            [&window, destination](const FileStatus& moved) {
-                finishMove(window, destination, moved);
+            [&ops, folder, path = window.document().path()] { return move(ops, path, folder); },
+            [&window, done](const Move& move) {
+                finishMove(window, move);
+                done();
             });
     });
 }

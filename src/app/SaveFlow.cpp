@@ -26,7 +26,7 @@ void SaveFlow::save(const Then& then)
     }
     if (m_mayReplaceProtected == path ||
         !SafeFileWriter::isWriteProtected(m_environment.fileOps, path)) {
-        enqueue({path, m_document.type(), false, then});
+        enqueue({{}, {}, false, then});
         return;
     }
     m_questions.confirm(
@@ -41,7 +41,7 @@ void SaveFlow::save(const Then& then)
                 return;
             }
             m_mayReplaceProtected = path;
-            enqueue({path, m_document.type(), false, then});
+            enqueue({{}, {}, false, then});
         });
 }
 
@@ -63,7 +63,12 @@ void SaveFlow::overwrite()
 
 void SaveFlow::saveQuietly(bool keepsVersion, const std::function<void(const SaveResult&)>& then)
 {
-    enqueue({m_document.path(), m_document.type(), false, {}, then, keepsVersion});
+    enqueue({{}, {}, false, {}, then, keepsVersion});
+}
+
+void SaveFlow::runBetweenSaves(const Work& work)
+{
+    enqueue({.work = work});
 }
 
 void SaveFlow::askForPlace(const QString& title, const QString& folder, bool isCopy,
@@ -108,10 +113,18 @@ void SaveFlow::runNext()
     const Request request = std::move(m_waiting.front());
     m_waiting.pop_front();
     m_running = true;
+    if (request.work) {
+        request.work([this] {
+            m_running = false;
+            runNext();
+        });
+        return;
+    }
     const bool isQuiet = bool(request.thenQuietly);
     if (!isQuiet)
         Q_EMIT savingChanged(true);
-    SaveJob job = m_document.saveJob(request.path, request.type);
+    SaveJob job = request.path.isEmpty() ? m_document.saveJob(m_document.path(), m_document.type())
+                                         : m_document.saveJob(request.path, request.type);
     if (request.isCopy)
         job.recoveryRecord.clear();
     else
@@ -143,7 +156,7 @@ void SaveFlow::finish(const Request& request, const SaveJob& job, const SaveResu
     else if (!result.written)
         Q_EMIT failed(result);
     else if (!request.isCopy)
-        Q_EMIT saved(request.path);
+        Q_EMIT saved(job.path);
     if (request.then)
         request.then(result.written);
     if (!m_running)

@@ -40,6 +40,12 @@ public:
     /// \a keepsVersion has what the file holds kept first. \a then is told what came of it.
     void saveQuietly(bool keepsVersion, const std::function<void(const SaveResult&)>& then);
 
+    /// Calls \a work when all that was asked for is over. Saves that are asked for from then on
+    /// wait until it has called \a done: the file stays as it is, or goes elsewhere, and they with
+    /// it.
+    using Work = std::function<void(const std::function<void()>& done)>;
+    void runBetweenSaves(const Work& work);
+
     bool isSaving() const { return m_running; }
     /// Calls \a then at once, or when the last save that was asked for is over.
     void whenIdle(const std::function<void()>& then);
@@ -55,12 +61,13 @@ Q_SIGNALS:
 private:
     struct Request
     {
-        QString path;
-        QString type;
+        QString path = {}; ///< empty for where the document is by then
+        QString type = {};
         bool isCopy = false;
-        Then then;
+        Then then = {};
         std::function<void(const SaveResult&)> thenQuietly = {}; ///< makes it one without a word
         bool keepsVersion = true;
+        Work work = {}; ///< in the place of a save
     };
 
     void askForPlace(const QString& title, const QString& folder, bool isCopy, const Then& then);

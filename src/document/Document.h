@@ -192,6 +192,8 @@ public:
     void finishSave(const SaveJob& job, const SaveResult& result);
     /// Of the file as it was last read or saved; none for a document that was never saved.
     const std::optional<FileIdentity>& fileIdentity() const { return m_identity; }
+    /// The file's bytes stand elsewhere on the disk, or under another date.
+    void setFileIdentity(const FileIdentity& identity) { m_identity = identity; }
     /// The file was given another name.
     void followRename(const QString& path)
     {

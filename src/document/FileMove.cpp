@@ -1,5 +1,6 @@
 #include "document/FileMove.h"
 
+#include "document/FileIdentity.h"
 #include "document/FileMetadata.h"
 #include "document/FileTransfer.h"
 #include "document/TemporaryFile.h"
@@ -13,47 +14,73 @@ namespace {
 
 constexpr mode_t privateMode = 0600; ///< until the copy has the mode of the file
 
-FileStatus copyFile(FileOps& ops, const QByteArray& from, const QByteArray& to)
+FileResult<MovedFile> copyFile(FileOps& ops, const QByteArray& from, const QByteArray& to)
 {
-    const auto source = FileHandle::open(ops, from, O_RDONLY);
+    using Result = FileResult<MovedFile>;
+    const auto source = FileHandle::open(ops, from, O_RDONLY | O_NOFOLLOW);
     if (!source)
-        return FileStatus::failed(source.error());
+        return Result::failed(source.error());
+    const auto before = ops.status(source->descriptor());
+    if (!before)
+        return Result::failed(before.error());
     const auto metadata = FileMetadata::of(ops, source->descriptor());
     if (!metadata)
-        return FileStatus::failed(metadata.error());
+        return Result::failed(metadata.error());
     auto copy = TemporaryFile::in(ops, folderOf(to), privateMode);
     if (!copy)
-        return FileStatus::failed(copy.error());
+        return Result::failed(copy.error());
     const ByteSource bytes = bytesOf(ops, source->descriptor());
-    if (FileStatus done = writeBytes(ops, copy->descriptor(), bytes); !done)
-        return done;
-    if (FileStatus done = metadata->applyTo(ops, copy->descriptor()); !done)
-        return done;
-    if (FileStatus done = ops.sync(copy->descriptor()); !done)
-        return done;
-    if (FileStatus done = compareBytes(ops, copy->descriptor(), bytes); !done)
-        return done;
-    return copy->publish(to, FileOps::Replacing::No);
+    FileStatus done = writeBytes(ops, copy->descriptor(), bytes);
+    if (done)
+        done = metadata->applyTo(ops, copy->descriptor());
+    if (done)
+        done = ops.sync(copy->descriptor());
+    if (done)
+        done = compareBytes(ops, copy->descriptor(), bytes);
+    if (!done)
+        return Result::failed(done.error());
+    const auto after = ops.status(copy->descriptor());
+    if (!after)
+        return Result::failed(after.error());
+    done = copy->publish(to, FileOps::Replacing::No);
+    return done ? Result({*before, *after}) : Result::failed(done.error());
+}
+
+/// Removes the file at \a path, if it still is as it was.
+FileStatus removeUnchanged(FileOps& ops, const QByteArray& path, const struct stat& known)
+{
+    const auto now = ops.linkStatus(path);
+    if (!now)
+        return FileStatus::failed(now.error());
+    return FileIdentity::of(known).matches(*now) ? ops.remove(path) : FileStatus::failed(EBUSY);
 }
 
 } // namespace
 
-FileStatus moveFile(FileOps& ops, const QString& from, const QString& to)
+FileResult<MovedFile> moveFile(FileOps& ops, const QString& from, const QString& to)
 {
+    using Result = FileResult<MovedFile>;
     const QByteArray source = QFile::encodeName(from);
     const QByteArray target = QFile::encodeName(to);
-    FileStatus renamed = ops.rename(source, target, FileOps::Replacing::No);
+    const auto status = ops.linkStatus(source);
+    if (!status)
+        return Result::failed(status.error());
+    const FileStatus renamed = ops.rename(source, target, FileOps::Replacing::No);
+    if (renamed)
+        return MovedFile{*status, *status};
     // Some file systems cannot refuse to replace.
-    if (renamed || (renamed.error() != EXDEV && renamed.error() != EINVAL))
-        return renamed;
-    if (FileStatus copied = copyFile(ops, source, target); !copied)
+    if (renamed.error() != EXDEV && renamed.error() != EINVAL)
+        return Result::failed(renamed.error());
+    auto copied = copyFile(ops, source, target);
+    if (!copied)
         return copied;
     FileStatus done = syncFolder(ops, folderOf(target));
     if (done)
-        done = ops.remove(source);
-    if (!done)
-        (void)ops.remove(target);
-    return done;
+        done = removeUnchanged(ops, source, copied->before);
+    if (done)
+        return copied;
+    (void)ops.remove(target);
+    return Result::failed(done.error());
 }
 
 } // namespace quillory

@@ -5,6 +5,7 @@
 #include "app/DocumentController.h"
 #include "app/MessageArea.h"
 #include "document/DocumentEnvironment.h"
+#include "document/FileTransfer.h"
 #include "document/RecoveryStore.h"
 #include "document/SystemFileOps.h"
 #include "document/VersionStore.h"
@@ -21,14 +22,21 @@
 
 namespace quillory::test {
 
-/// A file system that can be full, and slow.
+/// A file system that can be full, slow, and on more than one device.
 class SmallDisk : public SystemFileOps
 {
 public:
     std::atomic_bool full = false;
-    std::atomic_bool held = false; ///< writing waits until it is let go, but on the main thread
+    std::atomic_bool held = false;    ///< writing waits until it is let go, but on the main thread
+    std::atomic_bool isSplit = false; ///< each folder is a device of its own
 
 protected:
+    FileStatus tryRename(const QByteArray& from, const QByteArray& to, Replacing replacing) override
+    {
+        return isSplit && folderOf(from) != folderOf(to)
+                   ? FileStatus::failed(EXDEV)
+                   : SystemFileOps::tryRename(from, to, replacing);
+    }
     FileResult<qint64> tryWrite(int descriptor, const char* bytes, qint64 size,
                                 qint64 offset) override
     {

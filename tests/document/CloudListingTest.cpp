@@ -245,6 +245,7 @@ class TwoDevices : public SystemFileOps
 {
 public:
     bool refusesWrites = false;
+    std::function<void()> whileWriting;
 
 protected:
     FileStatus tryRename(const QByteArray& from, const QByteArray& to, Replacing how) override
@@ -255,6 +256,8 @@ protected:
     FileResult<qint64> tryWrite(int descriptor, const char* bytes, qint64 size,
                                 qint64 offset) override
     {
+        if (const auto meanwhile = std::exchange(whileWriting, {}))
+            meanwhile();
         return refusesWrites ? FileResult<qint64>::failed(ENOSPC)
                              : SystemFileOps::tryWrite(descriptor, bytes, size, offset);
     }
@@ -289,6 +292,19 @@ TEST_F(CloudListingTest, aFileIsMovedWholeOrNotAtAll)
     twoDevices.refusesWrites = true;
     EXPECT_EQ(moveFile(twoDevices, path(u"here/a.txt"_s), path(u"there/a.txt"_s)).error(), ENOSPC);
     EXPECT_EQ(bytesOf(u"here/a.txt"_s), "another");
+    EXPECT_EQ(QDir(path(u"there"_s)).entryList(QDir::Files | QDir::Hidden), QStringList());
+
+    // What another program writes during the move is not lost.
+    twoDevices.refusesWrites = false;
+    twoDevices.whileWriting = [&] { write(u"here/a.txt"_s, "written meanwhile"); };
+    EXPECT_FALSE(moveFile(twoDevices, path(u"here/a.txt"_s), path(u"there/a.txt"_s)));
+    twoDevices.whileWriting = [&] {
+        QFile::rename(write(u"here/new.txt"_s, "replaced meanwhile"), path(u"here/old.txt"_s));
+        QFile::remove(path(u"here/a.txt"_s));
+        QFile::rename(path(u"here/old.txt"_s), path(u"here/a.txt"_s));
+    };
+    EXPECT_EQ(moveFile(twoDevices, path(u"here/a.txt"_s), path(u"there/a.txt"_s)).error(), EBUSY);
+    EXPECT_EQ(bytesOf(u"here/a.txt"_s), "replaced meanwhile");
     EXPECT_EQ(QDir(path(u"there"_s)).entryList(QDir::Files | QDir::Hidden), QStringList());
 }
 
