@@ -4,7 +4,6 @@
 #include "app/DocumentController.h"
 #include "app/FileReveal.h"
 #include "app/SaveFlow.h"
-#include "app/ShellKeys.h"
 #include "document/DocumentEnvironment.h"
 #include "foundation/UserDefaults.h"
 

@@ -2,7 +2,6 @@
 
 #include "app/PreferenceBindings.h"
 #include "app/PreferencesController.h"
-#include "app/ShellKeys.h"
 #include "app/ViewAppearance.h"
 #include "commands/PrintFooter.h"
 #include "foundation/UserDefaults.h"

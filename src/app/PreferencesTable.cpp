@@ -1,7 +1,6 @@
 #include "app/PreferencesTable.h"
 
 #include "app/PreferenceFields.h"
-#include "app/ShellKeys.h"
 #include "app/ThemeChooser.h"
 
 #include <array>

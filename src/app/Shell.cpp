@@ -2,7 +2,6 @@
 
 #include "app/CloudBrowser.h"
 #include "app/DocumentController.h"
-#include "app/ShellKeys.h"
 #include "app/UserQuestions.h"
 #include "app/WelcomeWindow.h"
 #include "document/Document.h"

@@ -3,7 +3,6 @@
 #include "app/DocumentController.h"
 #include "app/MessageArea.h"
 #include "app/MessageBar.h"
-#include "app/ShellKeys.h"
 #include "app/StatusLine.h"
 #include "app/UserQuestions.h"
 #include "document/DocumentEnvironment.h"

@@ -5,7 +5,6 @@
 #include "app/LinkLabel.h"
 #include "app/RefillingMenu.h"
 #include "app/Shell.h"
-#include "app/ShellKeys.h"
 #include "app/Templates.h"
 #include "document/DocumentEnvironment.h"
 #include "foundation/ApplicationFolders.h"

@@ -54,6 +54,14 @@ inline constexpr DefaultsKey<bool> firstStartEver{"firstStartEver"};
 inline constexpr DefaultsKey<bool> isiCloudAvailable{"isiCloudAvailable"};
 inline constexpr DefaultsKey<bool> isIcloudAvailable{"isIcloudAvailable"};
 
+// The program beside its documents.
+inline constexpr DefaultsKey<bool> showWelcome{"showWelcome"};             ///< at a bare start
+inline constexpr DefaultsKey<bool> checksForVersions{"checksForVersions"}; ///< once a day
+inline constexpr DefaultsKey<QString> versionListAddress{"versionListAddress"};
+inline constexpr DefaultsKey<QString> lastVersionCheck{"lastVersionCheck"}; ///< ISO 8601, UTC
+inline constexpr DefaultsKey<QString> skippedVersion{"skippedVersion"}; ///< not to be told of again
+inline constexpr DefaultsKey<QString> cloudBrowserGeometry{"cloudBrowserGeometry"}; ///< base64
+
 // Printing.
 inline constexpr DefaultsKey<bool> footerIncludeTitle{"footerIncludeTitle"};
 inline constexpr DefaultsKey<QString> footerTitle{"footerTitle"};

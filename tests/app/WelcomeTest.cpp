@@ -1,7 +1,6 @@
 #include "AppFixture.h"
 
 #include "app/Shell.h"
-#include "app/ShellKeys.h"
 #include "app/TitleBarButtons.h"
 #include "app/TitleBarDecoration.h"
 #include "app/WelcomeWindow.h"
