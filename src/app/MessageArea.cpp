@@ -47,8 +47,10 @@ void MessageArea::clear(Subject subject)
 void MessageArea::clearAll()
 {
     const QList<Subject> subjects = m_bars.keys();
-    for (const Subject subject : subjects)
-        clear(subject);
+    for (const Subject subject : subjects) {
+        if (subject != Subject::Version)
+            clear(subject);
+    }
 }
 
 QString MessageArea::text(Subject subject) const

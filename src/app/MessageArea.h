@@ -32,6 +32,7 @@ public:
         Export,
         Programs,
         Preview,
+        Version, ///< of the program
     };
 
     explicit MessageArea(QWidget* parent = nullptr);
@@ -39,6 +40,7 @@ public:
     /// Shows \a message in the place of an earlier one about the same subject.
     void show(Subject subject, const Message& message);
     void clear(Subject subject);
+    /// All that is about the document.
     void clearAll();
     /// The text shown about \a subject; empty where there is none.
     QString text(Subject subject) const;

@@ -2,7 +2,6 @@
 
 #include "app/DocumentController.h"
 #include "app/MessageArea.h"
-#include "app/MessageBar.h"
 #include "app/StatusLine.h"
 #include "app/UserQuestions.h"
 #include "document/DocumentEnvironment.h"
@@ -11,7 +10,6 @@
 
 #include <QDateTime>
 #include <QDesktopServices>
-#include <QLayout>
 #include <QLocale>
 
 namespace quillory {
@@ -19,6 +17,11 @@ namespace quillory {
 namespace {
 
 constexpr qint64 aDay = qint64(24) * 60 * 60; ///< seconds
+
+QString activity()
+{
+    return VersionNotice::tr("Looking for a new version…");
+}
 
 } // namespace
 
@@ -51,9 +54,10 @@ void VersionNotice::checkIfDue()
 
 void VersionNotice::checkNow(DocumentWindow& window)
 {
+    endQuestion();
     m_asker = &window;
     m_wasAsked = true;
-    window.statusLine().setActivity(tr("Looking for a new version…"));
+    window.statusLine().setActivity(activity());
     m_check.check(m_environment.defaults.value(keys::versionListAddress));
 }
 
@@ -61,7 +65,7 @@ void VersionNotice::checkNow(DocumentWindow& window)
 DocumentWindow* VersionNotice::endQuestion()
 {
     DocumentWindow* asker = m_asker;
-    if (asker)
+    if (asker && asker->statusLine().activityText() == activity())
         asker->statusLine().setActivity({});
     m_asker = nullptr;
     m_wasAsked = false;
@@ -95,11 +99,6 @@ void VersionNotice::show(const PublishedVersion& newer, DocumentWindow& window)
     Message message{
         Message::Kind::Note,
         tr("Quillory %1 is available; this is %2.").arg(name, QLatin1StringView(QUILLORY_VERSION))};
-    // What the buttons do may take the bar away, and with it themselves.
-    const auto leave = [this] {
-        if (m_bar)
-            m_bar->deleteLater();
-    };
     if (!newer.notes.isEmpty())
         message.waysOut.push_back({tr("&Notes…"), [&window, newer] {
                                        window.questions().showAlert(
@@ -107,19 +106,24 @@ void VersionNotice::show(const PublishedVersion& newer, DocumentWindow& window)
                                            newer.notes);
                                    }});
     if (!newer.url.isEmpty())
-        message.waysOut.push_back({tr("Open &Web Page"), [leave, newer] {
+        message.waysOut.push_back({tr("Open &Web Page"), [this, newer] {
                                        QDesktopServices::openUrl(newer.url);
-                                       leave();
+                                       hide();
                                    }});
-    message.waysOut.push_back({tr("&Skip This Version"), [this, leave, newer] {
+    message.waysOut.push_back({tr("&Skip This Version"), [this, newer] {
                                    m_environment.defaults.setValue(keys::skippedVersion,
                                                                    newer.version);
-                                   leave();
+                                   hide();
                                }});
-    delete m_bar;
-    m_bar = new MessageBar(message, &window.messages());
-    connect(m_bar, &MessageBar::dismissed, m_bar, &QObject::deleteLater);
-    window.messages().layout()->addWidget(m_bar);
+    hide();
+    m_shown = &window;
+    window.messages().show(MessageArea::Subject::Version, message);
+}
+
+void VersionNotice::hide()
+{
+    if (m_shown)
+        m_shown->messages().clear(MessageArea::Subject::Version);
 }
 
 } // namespace quillory

@@ -8,7 +8,6 @@ namespace quillory {
 
 class DocumentController;
 class DocumentWindow;
-class MessageBar;
 struct DocumentEnvironment;
 
 /// Tells of new versions of the program: a while after a start and once a day at most, while the
@@ -30,12 +29,13 @@ private:
     void take(const std::optional<PublishedVersion>& newer);
     void show(const PublishedVersion& newer, DocumentWindow& window);
     DocumentWindow* endQuestion();
+    void hide();
 
     DocumentController& m_controller;
     const DocumentEnvironment& m_environment;
     VersionCheck m_check;
     QPointer<DocumentWindow> m_asker; ///< null while nobody asked
-    QPointer<MessageBar> m_bar;       ///< tells of a new version
+    QPointer<DocumentWindow> m_shown; ///< where a new version is told of
     bool m_wasAsked = false;
 };
 
