@@ -73,7 +73,7 @@ void fill(Document& document, ReadResult result, const QString& path)
     if (document.record().isQuilloryDocument)
         document.setDefinitionWithTitle(document.record().definitionTitle);
     else
-        document.syntaxColouring().followExtension(path);
+        document.syntaxColouring().loadDefinitions(path);
 }
 
 void take(ReadResult result, const QString& path, DocumentWindow& window)

@@ -3,6 +3,7 @@
 #include "app/Recovery.h"
 #include "app/SaveFlow.h"
 #include "app/SessionEnd.h"
+#include "app/Templates.h"
 #include "document/Document.h"
 
 #include <QDir>
@@ -109,6 +110,22 @@ TEST_F(RecoveryTest, UntitledTextComesBackUntilItIsDiscarded)
     ASSERT_TRUE(pressWayOut(*window, qs("Discard")));
     EXPECT_TRUE(QTest::qWaitFor([&] { return !window; }, patience));
     EXPECT_TRUE(journals().isEmpty());
+}
+
+TEST_F(RecoveryTest, TextOnATemplateComesBack)
+{
+    DocumentWindow& before = openNew();
+    newFromTemplate(write("letter.html", "<p>Dear</p>\r\n"), before);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return textOf(before) == qs("<p>Dear</p>\r\n"); }, patience));
+    press(before, {qs("Ctrl+End"), qs("'you'")});
+    crash(before);
+    write("letter.html", "another");
+    DocumentWindow& window = broughtBack();
+    EXPECT_EQ(textOf(window), qs("<p>Dear</p>\r\nyou"));
+    EXPECT_EQ(window.document().path(), QString());
+    EXPECT_EQ(window.document().record().definitionTitle, qs("HTML"));
+    EXPECT_EQ(window.document().record().lbFormat, 3);
+    EXPECT_TRUE(window.document().isDocumentEdited());
 }
 
 TEST_F(RecoveryTest, FileThatChangedIsLeftAlone)

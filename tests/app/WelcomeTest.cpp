@@ -132,6 +132,14 @@ TEST_F(WelcomeTest, aTemplateMakesANewDocumentOfItsKind)
     EXPECT_EQ(questions.told.size(), 1);
     EXPECT_EQ(controller.windows().size(), 1U);
 
+    put(u"/notes.unheardof"_s, "text");
+    choose(made, u"File/New from Template/notes.unheardof"_s);
+    ASSERT_EQ(controller.windows().size(), 2U);
+    Document& plain = controller.windows().back()->document();
+    EXPECT_EQ(plain.completeString().string(), u"text"_s);
+    EXPECT_EQ(plain.record().definitionTitle, QString(Definition::plainText));
+    EXPECT_EQ(plain.syntaxColouring().definition()->title(), QString(Definition::plainText));
+
     questions.savePath = templates + u"/mine.html"_s;
     choose(made, u"File/New from Template/Save as Template…"_s);
     waitUntilIdle(made);
