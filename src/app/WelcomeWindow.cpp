@@ -153,7 +153,10 @@ QLayout* WelcomeWindow::newFoot(const DocumentEnvironment& environment)
 
 DocumentWindow& WelcomeWindow::opener() const
 {
-    return m_window ? *m_window : *m_controller.windows().back();
+    if (m_window)
+        return *m_window;
+    return m_controller.windows().empty() ? *m_controller.newDocument()
+                                          : *m_controller.windows().back();
 }
 
 // The files opened last
