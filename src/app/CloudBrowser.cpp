@@ -137,10 +137,10 @@ void CloudBrowser::connectAll()
     });
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
     connect(&m_controller, &DocumentController::windowOpened, this, [this](DocumentWindow* window) {
-        connect(&window->saving(), &SaveFlow::saved, this, &CloudBrowser::renew);
+        connect(&window->saving(), &SaveFlow::written, this, &CloudBrowser::renew);
     });
     for (DocumentWindow* window : m_controller.windows())
-        connect(&window->saving(), &SaveFlow::saved, this, &CloudBrowser::renew);
+        connect(&window->saving(), &SaveFlow::written, this, &CloudBrowser::renew);
     connect(&m_environment.defaults, &UserDefaults::changed, this, [this](QLatin1StringView key) {
         if (key == QLatin1StringView(keys::dropboxPath.name))
             renew();

@@ -185,6 +185,11 @@ TEST_F(CloudBrowserTest, isMadeAnewAfterEverySaveWhileItIsShown)
     EXPECT_TRUE(QTest::qWaitFor(
         [&] { return column(browser, CloudModel::Preview) == QStringList(u"now before"_s); },
         patience));
+    press(window, {u"'and '"_s});
+    window.saving().saveQuietly(false, [](const SaveResult&) {});
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return column(browser, CloudModel::Preview) == QStringList(u"now and before"_s); },
+        patience));
 
     browser.close();
     const QSignalSpy started(&browser.listing(), &CloudListing::started);
