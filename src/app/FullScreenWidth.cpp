@@ -38,9 +38,9 @@ void FullScreenWidth::update()
         return;
     const bool narrows =
         m_window.isFullScreen() && !m_wasMaximised && m_defaults.value(keys::proposedSize);
-    const int spare = narrows ? m_window.width() - m_window.normalGeometry().width() : 0;
-    const int side = std::max(0, spare / 2);
-    content->layout()->setContentsMargins(side, 0, side, 0);
+    const int spare =
+        narrows ? std::max(0, m_window.width() - m_window.normalGeometry().width()) : 0;
+    content->layout()->setContentsMargins(spare / 2, 0, spare - spare / 2, 0);
 }
 
 } // namespace quillory

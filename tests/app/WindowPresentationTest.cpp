@@ -126,14 +126,19 @@ TEST_F(WindowPresentationTest, WindowKeepsItsWidthInFullScreen)
 {
     defaults.setValue(keys::proposedSize, true);
     DocumentWindow& window = openShown();
-    window.resize(600, 400);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window.width() == 600; }));
-    const int width = window.view().width();
-    press(window, {QStringLiteral("F11")});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window.width() > 600; }));
-    QCoreApplication::processEvents();
-    EXPECT_EQ(window.view().width(), width);
-    EXPECT_GT(window.view().height(), 400);
+    for (const int normal : {600, 601}) {
+        window.resize(normal, 400);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return window.width() == normal; }));
+        QCoreApplication::processEvents();
+        const int width = window.view().width();
+        press(window, {QStringLiteral("F11")});
+        ASSERT_TRUE(QTest::qWaitFor([&] { return window.width() > normal; }));
+        QCoreApplication::processEvents();
+        EXPECT_EQ(window.view().width(), width);
+        EXPECT_GT(window.view().height(), 400);
+        press(window, {QStringLiteral("F11")});
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !window.isFullScreen(); }));
+    }
 }
 
 } // namespace
