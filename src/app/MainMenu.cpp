@@ -93,7 +93,7 @@ void MainMenu::refresh()
         if (command.item->preference)
             command.action->setChecked(
                 m_window.environment().defaults.value(*command.item->preference));
-        if (command.item->label)
+        if (command.item->label && !command.item->offer)
             command.action->setText(command.item->label(m_window));
     }
 }
@@ -104,6 +104,8 @@ void MainMenu::makeOffers()
         if (!command.item->offer)
             continue;
         const Offer offer = command.item->offer(m_window);
+        if (command.item->label)
+            command.action->setText(command.item->label(m_window));
         command.action->setEnabled(offer == Offer::Enabled);
         command.action->setVisible(offer != Offer::Hidden);
         if (offer == Offer::Unavailable)
@@ -114,8 +116,11 @@ void MainMenu::makeOffers()
 void MainMenu::withdrawOffers()
 {
     for (const Command& command : m_commands) {
-        if (command.item->offer)
-            command.action->setEnabled(true);
+        if (!command.item->offer)
+            continue;
+        command.action->setEnabled(true);
+        if (command.item->label)
+            command.action->setText(command.item->label(m_window));
     }
     scheduleRefresh();
 }

@@ -40,7 +40,8 @@ struct MenuItem
     bool (*isChecked)(const DocumentWindow&) = nullptr; ///< has no check mark, without one
     /// Makes it a check mark that shows and turns this switch, for all windows and those to come.
     const DefaultsKey<bool>* preference = nullptr;
-    /// In the place of the text where the name changes with the document.
+    /// In the place of the text where the name changes with the document; of a command with an
+    /// offer, it is asked for with that.
     QString (*label)(const DocumentWindow&) = nullptr;
     /// Makes it a submenu, which is filled anew each time it opens.
     void (*fill)(QMenu&, DocumentWindow&) = nullptr;
