@@ -42,23 +42,33 @@ void CommandPalette::open()
     m_actions.clear();
     std::vector<SearchRow> rows;
     for (const QAction* action : m_window.menuBar()->actions()) {
-        if (action->menu())
-            collect(*action->menu(), nameOf(*action), rows);
+        QMenu* menu = action->menu();
+        if (!menu)
+            continue;
+        Q_EMIT menu->aboutToShow();
+        collect(*menu, nameOf(*action), Submenus::Fill, rows);
+        Q_EMIT menu->aboutToHide();
     }
     m_list->open(tr("Run a command"));
     m_list->setRows(std::move(rows));
 }
 
-/// Menus that are filled when they open are filled for it.
-void CommandPalette::collect(QMenu& menu, const QString& path, std::vector<SearchRow>& rows)
+/// Menus that are filled when they open are filled for it, but not those within them: there can be
+/// folders behind folders.
+void CommandPalette::collect(QMenu& menu, const QString& path, Submenus submenus,
+                             std::vector<SearchRow>& rows)
 {
-    Q_EMIT menu.aboutToShow();
     for (QAction* action : menu.actions()) {
+        if (!action->isVisible() || action->isSeparator())
+            continue;
         const QString name = path + QStringLiteral(" › ") + nameOf(*action);
-        if (action->menu()) {
-            if (action->isEnabled())
-                collect(*action->menu(), name, rows);
-        } else if (!action->isSeparator()) {
+        if (QMenu* submenu = action->menu()) {
+            if (!action->isEnabled())
+                continue;
+            if (submenus == Submenus::Fill)
+                Q_EMIT submenu->aboutToShow();
+            collect(*submenu, name, Submenus::Leave, rows);
+        } else {
             const QString check = action->isChecked() ? QStringLiteral("✓  ") : QString();
             rows.push_back({name, check + keyOf(*action), action->icon(), action->isEnabled()});
             m_actions.emplace_back(action);

@@ -26,7 +26,12 @@ public:
     SearchList& list() const { return *m_list; }
 
 private:
-    void collect(QMenu& menu, const QString& path, std::vector<SearchRow>& rows);
+    enum class Submenus
+    {
+        Fill,
+        Leave ///< as they are
+    };
+    void collect(QMenu& menu, const QString& path, Submenus submenus, std::vector<SearchRow>& rows);
     void run(int row) const;
 
     DocumentWindow& m_window;

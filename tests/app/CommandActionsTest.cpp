@@ -11,7 +11,9 @@
 #include <QClipboard>
 #include <QDir>
 #include <QLineEdit>
+#include <QListView>
 #include <QMenu>
+#include <QMenuBar>
 #include <QTest>
 #include <QTimer>
 
@@ -60,6 +62,43 @@ TEST_F(CommandActionsTest, RunByMenuKeyAndName)
     QTest::keyClicks(&list->edit(), QStringLiteral("actions heading 2"));
     QTest::keyClick(&list->edit(), Qt::Key_Return);
     EXPECT_EQ(textOf(window), QStringLiteral("a <h2>word</h2> b"));
+}
+
+TEST_F(CommandActionsTest, TheListLooksIntoTheMenusAndLeavesThemAsTheyWere)
+{
+    QDir().mkpath(folders.applicationSupport + QStringLiteral("/Templates/folder"));
+    write("support/Templates/letter", "");
+    write("support/Templates/folder/inner", "");
+    DocumentWindow& window = openWith("a.txt", "word", {0, 4});
+    window.document().record().functionTitle.clear();
+    press(window, {QStringLiteral("Ctrl+Shift+P")});
+    auto* list = window.findChild<SearchList*>();
+    ASSERT_TRUE(list && list->isOpen());
+    const QAbstractItemModel& rows = *list->findChild<QListView*>()->model();
+    const auto found = [&rows](const char* text) {
+        int count = 0;
+        for (int row = 0; row < rows.rowCount(); ++row)
+            count += rows.index(row, 0).data().toString().contains(QString::fromUtf8(text));
+        return count;
+    };
+    EXPECT_EQ(found("New from Template › letter"), 1);
+    EXPECT_EQ(found("inner"), 0) << "folders in folders are not looked through";
+    EXPECT_EQ(found("Reopen with Encoding › Unicode › Unicode (UTF-16"), 3);
+    EXPECT_EQ(found("iCloud"), 0) << "there is none";
+    EXPECT_EQ(found("Navigate › Unavailable"), 3);
+    for (int row = 0; row < rows.rowCount(); ++row) {
+        const QModelIndex index = rows.index(row, 0);
+        EXPECT_FALSE(index.data().toString().contains(u"Unavailable") &&
+                     index.flags().testFlag(Qt::ItemIsEnabled));
+    }
+    QTest::keyClick(&list->edit(), Qt::Key_Escape);
+    // Where a menu is not open its keys beep.
+    for (const QAction* menu : window.menuBar()->actions()) {
+        if (menu->text() != u"&Navigate")
+            continue;
+        for (const QAction* action : menu->menu()->actions())
+            EXPECT_TRUE(action->isEnabled()) << action->text().toStdString();
+    }
 }
 
 TEST_F(CommandActionsTest, AKeyOfTheMenusStaysWithThem)
