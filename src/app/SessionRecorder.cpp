@@ -68,7 +68,7 @@ void SessionRecorder::noteChange(DocumentWindow* window)
 
 void SessionRecorder::noteClosed(DocumentWindow* window)
 {
-    if (m_keepsClosed) {
+    if (!m_letGo.remove(window) && m_keepsClosed) {
         m_closed.push_back(look(window));
         // What is not kept was given up, and the form with it.
         if (window->document().isDocumentEdited() && m_closed.back().journal.isEmpty())
@@ -117,6 +117,7 @@ std::vector<SavedWindow> SessionRecorder::session(const Exception& isLeftOut)
 void SessionRecorder::setKeepsClosed(bool keeps)
 {
     m_keepsClosed = keeps;
+    m_letGo.clear();
     if (!keeps)
         m_closed.clear();
 }

@@ -35,6 +35,8 @@ public:
 
     /// While set, a window that is closed stays in the session as it was at last.
     void setKeepsClosed(bool keeps);
+    /// But not \a window.
+    void letGo(DocumentWindow& window) { m_letGo.insert(&window); }
 
 Q_SIGNALS:
     void changed();
@@ -54,6 +56,7 @@ private:
     QSet<DocumentWindow*> m_changed;
     std::vector<SavedWindow> m_closed;
     bool m_keepsClosed = false;
+    QSet<DocumentWindow*> m_letGo; ///< when they are closed
     QTimer m_timer;
 };
 

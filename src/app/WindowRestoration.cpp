@@ -95,6 +95,8 @@ void WindowRestoration::openNext()
         return;
     m_opening.reset();
     m_isAsked = false;
+    if (m_isQuitting)
+        return;
     // A text that is brought back is not to be opened as its file says, too.
     auto next = std::find_if(m_pending.begin(), m_pending.end(), [this](const SavedWindow& saved) {
         return m_recovery && !saved.journal.isEmpty();
@@ -161,6 +163,11 @@ void WindowRestoration::openFile(const SavedWindow& saved)
             // It may have been asked for by other ways meanwhile.
             if (!m_isRestoring || !m_opening || m_opening->path != path)
                 return;
+            if (m_isQuitting) {
+                m_pending.push_back(*m_opening);
+                openNext();
+                return;
+            }
             if (isReadable && !m_controller.windowShowing(path)) {
                 m_isAsked = true;
                 m_controller.open({{path, {}}});
@@ -201,16 +208,24 @@ void WindowRestoration::place(DocumentWindow* window)
 
 void WindowRestoration::show(DocumentWindow* window)
 {
+    const auto placed = m_placed.find(window);
+    const bool isPlaced = placed != m_placed.end();
+    const SavedWindow saved = isPlaced ? *placed : SavedWindow();
+    if (isPlaced)
+        m_placed.erase(placed);
     if (m_isQuitting) {
+        if (isPlaced) {
+            m_recorder->letGo(*window);
+            m_pending.push_back(saved);
+            if (m_opening && m_opening->path == saved.path)
+                m_opening.reset();
+        }
         QMetaObject::invokeMethod(
             window, [window] { closeKeeping(*window); }, Qt::QueuedConnection);
         return;
     }
-    const auto placed = m_placed.find(window);
-    if (placed == m_placed.end())
+    if (!isPlaced)
         return;
-    const SavedWindow saved = *placed;
-    m_placed.erase(placed);
     window->setAttribute(Qt::WA_ShowWithoutActivating, false);
     // Not every window manager puts what does not ask for the keyboard behind what has it.
     connect(window, &DocumentWindow::firstPainted, window, [window] {
@@ -319,10 +334,29 @@ bool WindowRestoration::isKept(DocumentWindow& window) const
 
 void WindowRestoration::quit()
 {
-    m_isRestoring = false;
+    if (m_isQuitting && m_asked) {
+        m_controller.raise(*m_asked);
+        return;
+    }
     m_isQuitting = true;
     m_recorder->setKeepsClosed(true);
+    // Once they are closed nobody knows any more.
+    for (DocumentWindow* window : m_controller.windows()) {
+        if (m_exception && m_exception(*window))
+            m_recorder->letGo(*window);
+    }
     quitStep();
+}
+
+/// The session goes on, and what was still to come back comes.
+void WindowRestoration::stay()
+{
+    m_isQuitting = false;
+    m_recorder->setKeepsClosed(false);
+    if (!m_isRestoring)
+        record();
+    else if (!m_opening && !m_isRecovering)
+        openNext();
 }
 
 void WindowRestoration::forget()
@@ -338,16 +372,17 @@ void WindowRestoration::quitStep()
     const auto asked = std::find_if(windows.begin(), windows.end(),
                                     [this](DocumentWindow* window) { return !isKept(*window); });
     if (asked != windows.end()) {
-        (*asked)->closeAfterQuestions([this](bool closed) {
-            if (closed) {
+        m_asked = *asked;
+        m_asked->closeAfterQuestions([this](bool closed) {
+            m_asked = nullptr;
+            if (closed)
                 quitStep();
-                return;
-            }
-            m_isQuitting = false;
-            m_recorder->setKeepsClosed(false);
+            else
+                stay();
         });
         return;
     }
+    m_isRestoring = false;
     connect(
         &m_file, &SessionFile::written, this,
         [this] {

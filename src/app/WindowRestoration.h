@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 #include <deque>
 #include <functional>
@@ -77,6 +78,7 @@ private:
     void record();
     std::vector<SavedWindow> session(bool isLast) const;
     void quitStep();
+    void stay();
 
     DocumentController& m_controller;
     const DocumentEnvironment& m_environment;
@@ -96,6 +98,7 @@ private:
     bool m_isFirst = true;  ///< the next is the one in front
     bool m_behind = false;
     bool m_isQuitting = false;
+    QPointer<DocumentWindow> m_asked; ///< before quitting, and did not answer yet
 };
 
 } // namespace quillory

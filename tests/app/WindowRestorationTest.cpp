@@ -227,6 +227,53 @@ TEST_F(WindowRestorationTest, QuittingAsksForWhatWouldBeLost)
     EXPECT_EQ(program.controller.windows().size(), 2U);
 }
 
+TEST_F(WindowRestorationTest, WhatWasStillToComeComesWhenQuittingIsCancelled)
+{
+    {
+        Program program(*this);
+        program.start();
+        for (const char* name : {"a", "b", "c"})
+            program.open(write(name, "x"));
+        ASSERT_TRUE(program.quit());
+    }
+    Program program(*this);
+    program.restoration.setException(
+        [](const DocumentWindow& window) { return window.document().path().isEmpty(); });
+    QSignalSpy restored(&program.restoration, &WindowRestoration::restored);
+    program.restoration.start(false);
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return program.controller.windows().size() == 1; }, patience));
+    press(*program.controller.newDocument(), {QStringLiteral("'x'")});
+    program.controller.quit();
+    EXPECT_EQ(questions.asked.size(), 1);
+    ASSERT_TRUE(restored.size() == 1 || restored.wait(patience));
+    EXPECT_EQ(program.controller.windows().size(), 4U);
+}
+
+TEST_F(WindowRestorationTest, WindowThatIsWaitedForDoesNotComeBack)
+{
+    const QString a = write("a.txt", "a");
+    const QString b = write("b.txt", "b");
+    {
+        Program program(*this);
+        program.start();
+        program.open(a);
+        DocumentWindow& waitedFor = program.open(b);
+        bool waits = true;
+        program.restoration.setException(
+            [&](const DocumentWindow& window) { return waits && &window == &waitedFor; });
+        QObject::connect(&program.controller, &DocumentController::settled, &program.restoration,
+                         [&waits] { waits = false; });
+        press(waitedFor, {QStringLiteral("'x'")});
+        questions.beforeClosing = UserQuestions::BeforeClosing::Discard;
+        ASSERT_TRUE(program.quit());
+    }
+    Program program(*this);
+    program.start();
+    ASSERT_EQ(program.controller.windows().size(), 1U);
+    EXPECT_TRUE(program.controller.windowShowing(a));
+}
+
 TEST_F(WindowRestorationTest, TextsThatAreNotSavedComeBackWithoutAQuestion)
 {
     const QString a = write("a.txt", "a\n");
