@@ -2,6 +2,7 @@
 
 #include "app/DocumentController.h"
 #include "app/DocumentWindow.h"
+#include "app/RereadFlow.h"
 #include "app/WindowPlace.h"
 #include "document/Document.h"
 #include "view/TextViewWidget.h"
@@ -13,7 +14,6 @@ namespace quillory {
 SessionRecorder::SessionRecorder(DocumentController& controller) : m_controller(controller)
 {
     m_timer.setSingleShot(true);
-    m_timer.setInterval(delay);
     connect(&m_timer, &QTimer::timeout, this, &SessionRecorder::changed);
     connect(&controller, &DocumentController::windowOpened, this, &SessionRecorder::follow);
     for (DocumentWindow* window : controller.windows())
@@ -25,9 +25,10 @@ void SessionRecorder::follow(DocumentWindow* window)
     const auto change = [this, window] { noteChange(window); };
     window->installEventFilter(this);
     connect(window, &DocumentWindow::closed, this, &SessionRecorder::noteClosed);
-    connect(&window->view(), &TextViewWidget::visibleRangeChanged, this, change);
+    const auto move = [this, window] { noteChange(window, delayOfPlaces); };
+    connect(&window->view(), &TextViewWidget::visibleRangeChanged, this, move);
     Document& document = window->document();
-    connect(&document.textView(), &QPTextView::selectionDidChange, this, change);
+    connect(&document.textView(), &QPTextView::selectionDidChange, this, move);
     connect(&document, &Document::recordChanged, this, change);
     connect(&document, &Document::editedChanged, this, change);
     connect(&document.journal(), &EditJournal::begun, this, change);
@@ -59,11 +60,16 @@ bool SessionRecorder::eventFilter(QObject* watched, QEvent* event)
     return QObject::eventFilter(watched, event);
 }
 
-void SessionRecorder::noteChange(DocumentWindow* window)
+void SessionRecorder::noteChange(DocumentWindow* window, std::chrono::milliseconds within)
 {
     m_changed.insert(window);
-    if (!m_timer.isActive())
-        m_timer.start();
+    tellWithin(within);
+}
+
+void SessionRecorder::tellWithin(std::chrono::milliseconds time)
+{
+    if (!m_timer.isActive() || m_timer.remainingTimeAsDuration() > time)
+        m_timer.start(time);
 }
 
 void SessionRecorder::noteClosed(DocumentWindow* window)
@@ -83,15 +89,15 @@ void SessionRecorder::noteClosed(DocumentWindow* window)
     std::erase(m_order, window);
     m_known.remove(window);
     m_changed.remove(window);
-    if (!m_timer.isActive())
-        m_timer.start();
+    tellWithin(delay);
 }
 
 const SavedWindow& SessionRecorder::look(DocumentWindow* window)
 {
     SavedWindow& known = m_known[window];
     // What is to be seen of a text that is still being read is not what it will be.
-    if (window->document().isLoading() && known.isWorthwhile())
+    const bool isComing = window->document().isLoading() || window->rereading().isReading();
+    if (isComing && known.isWorthwhile())
         return known;
     if (m_changed.remove(window))
         known = placeOf(*window, known);

@@ -22,6 +22,8 @@ class SessionRecorder : public QObject
 public:
     /// Changes within this time are told of together.
     static constexpr std::chrono::milliseconds delay{1000};
+    /// The same for the caret and what is in sight, which typing changes all the time.
+    static constexpr std::chrono::milliseconds delayOfPlaces{5000};
 
     explicit SessionRecorder(DocumentController& controller);
 
@@ -46,8 +48,9 @@ protected:
 
 private:
     void follow(DocumentWindow* window);
-    void noteChange(DocumentWindow* window);
+    void noteChange(DocumentWindow* window, std::chrono::milliseconds within = delay);
     void noteClosed(DocumentWindow* window);
+    void tellWithin(std::chrono::milliseconds time);
     const SavedWindow& look(DocumentWindow* window);
 
     DocumentController& m_controller;

@@ -2,6 +2,7 @@
 
 #include "app/DocumentWindow.h"
 #include "app/LoadFlow.h"
+#include "app/RereadFlow.h"
 #include "app/StatusLine.h"
 #include "app/ViewAppearance.h"
 #include "app/WindowPresentation.h"
@@ -62,30 +63,91 @@ void giveSelections(DocumentWindow& window, const SavedWindow& place)
     window.document().textView().setSelections(place.selections, place.primary);
 }
 
-/// The keys of \a saved that mean the same now as they did then. An index means nothing where its
-/// list is another, and a file that was changed since has its own form.
-PropertyList::Dictionary stateFor(DocumentWindow& window, const SavedWindow& saved)
+/// The index in \a state at \a key, of the entry of \a all that \a isMeant: an index means nothing
+/// where its list is another.
+template<class List, class IsMeant>
+void correctIndex(PropertyList::Dictionary& state, const QString& key, const List& all,
+                  IsMeant isMeant)
+{
+    const auto index = state.find(key);
+    if (index == state.end())
+        return;
+    const qint64 at = index->toInteger();
+    if (at >= 0 && size_t(at) < all.size() && isMeant(all[size_t(at)]))
+        return;
+    const auto found = std::find_if(all.begin(), all.end(), isMeant);
+    if (found == all.end())
+        state.erase(index);
+    else
+        *index = qint64(found - all.begin());
+}
+
+bool isFileAsItWas(const Document& document, const SavedWindow& saved)
+{
+    return document.fileIdentity() && document.fileIdentity()->modifiedNanos == saved.fileModified;
+}
+
+/// The keys of \a saved that mean the same now as they did then. A file that was changed since has
+/// its own form.
+PropertyList::Dictionary stateFor(Document& document, const SavedWindow& saved)
 {
     PropertyList::Dictionary state = saved.state;
-    Document& document = window.document();
-    const auto& definitions = document.syntaxColouring().definitions();
-    const QString definitionKey = QStringLiteral("selectedDefinition");
-    if (const auto index = state.find(definitionKey); index != state.end()) {
-        const auto& all = definitions.arrangedObjects();
-        const qint64 at = index->toInteger();
-        const bool isSame =
-            at >= 0 && size_t(at) < all.size() && all[size_t(at)].title() == saved.definitionTitle;
-        if (!isSame && definitions.indexForTitle(saved.definitionTitle) >= 0)
-            *index = qint64(definitions.indexForTitle(saved.definitionTitle));
-        else if (!isSame)
-            state.erase(index);
-    }
-    const auto& identity = document.fileIdentity();
-    if (identity && identity->modifiedNanos != saved.fileModified)
+    correctIndex(
+        state, QStringLiteral("selectedDefinition"),
+        document.syntaxColouring().definitions().arrangedObjects(),
+        [&](const Definition& definition) { return definition.title() == saved.definitionTitle; });
+    if (document.fileIdentity() && !isFileAsItWas(document, saved))
         state.remove(QStringLiteral("lbFormat"));
+    const QString encodingKey = QStringLiteral("selectedEncoding");
     if (qint64(document.record().encoding) != saved.encoding)
-        state.remove(QStringLiteral("selectedEncoding"));
+        state.remove(encodingKey);
+    correctIndex(
+        state, encodingKey, document.encodingsArrayController().entries(),
+        [&](const EncodingEntry& entry) { return qint64(entry.number) == saved.encoding; });
     return state;
+}
+
+/// The user had the file read in another encoding than the one it was read in now.
+bool isReadOtherwise(Document& document, const SavedWindow& saved)
+{
+    const auto& encodings = document.encodingsArrayController().entries();
+    return qint64(document.record().encoding) != saved.encoding && saved.journal.isEmpty() &&
+           !document.isDocumentEdited() && isFileAsItWas(document, saved) &&
+           std::any_of(encodings.begin(), encodings.end(), [&](const EncodingEntry& entry) {
+               return qint64(entry.number) == saved.encoding;
+           });
+}
+
+/// Gives what \a window still lacks, unless the user was quicker: a caret that is no longer at the
+/// beginning was put where it is. What is at the top stays there.
+void giveRest(DocumentWindow& window, const SavedWindow& saved)
+{
+    didDecodeRestorableState(window.document(), stateFor(window.document(), saved));
+    if (window.document().textView().selections() != std::vector{Selection()})
+        return;
+    SavedWindow shown;
+    takeScroll(window, shown);
+    giveSelections(window, saved);
+    giveScroll(window, shown);
+}
+
+/// Has the file read in the encoding of \a saved, if it was not, and gives the rest then.
+void giveRestInItsEncoding(DocumentWindow& window, const SavedWindow& saved)
+{
+    if (!isReadOtherwise(window.document(), saved)) {
+        giveRest(window, saved);
+        return;
+    }
+    window.rereading().reopen(StringEncoding(saved.encoding));
+    QObject::connect(
+        &window.rereading(), &RereadFlow::readingChanged, &window,
+        [&window, saved] {
+            // Nobody wants the text as it was read at first back.
+            if (!window.document().isDocumentEdited())
+                window.document().undoManager().removeAllActions();
+            giveRest(window, saved);
+        },
+        Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
 } // namespace
@@ -117,7 +179,11 @@ SavedWindow placeOf(DocumentWindow& window, const SavedWindow& before)
     place.zoom = window.appearance().zoom();
 
     const QPTextView& editor = document.textView();
-    place.selections = editor.selections();
+    const auto& selections = editor.selections();
+    if (selections.size() <= maximumSelections)
+        place.selections = selections;
+    else
+        place.selections = {editor.primarySelection()};
     const auto primary =
         std::find(place.selections.begin(), place.selections.end(), editor.primarySelection());
     place.primary = size_t(primary - place.selections.begin());
@@ -125,7 +191,8 @@ SavedWindow placeOf(DocumentWindow& window, const SavedWindow& before)
 
     place.state = willEncodeRestorableState(document);
     place.definitionTitle = document.record().definitionTitle;
-    place.encoding = qint64(document.record().encoding);
+    if (document.hasFormOnDisk())
+        place.encoding = qint64(document.record().encoding);
     return place;
 }
 
@@ -153,25 +220,14 @@ void showPlace(DocumentWindow& window, const SavedWindow& saved)
     if (saved.zoom != 0)
         window.appearance().zoomBy(saved.zoom);
     if (!window.document().isLoading()) {
-        didDecodeRestorableState(window.document(), stateFor(window, saved));
-        giveSelections(window, saved);
         giveScroll(window, saved);
+        giveRestInItsEncoding(window, saved);
         return;
     }
     scrollOnceThere(window, saved);
     QObject::connect(
         &window.loading(), &LoadFlow::loaded, &window,
-        [&window, saved] {
-            didDecodeRestorableState(window.document(), stateFor(window, saved));
-            // A caret that is no longer at the beginning was put where it is.
-            if (window.document().textView().selections() != std::vector{Selection()})
-                return;
-            SavedWindow shown;
-            takeScroll(window, shown);
-            giveSelections(window, saved);
-            giveScroll(window, shown);
-        },
-        Qt::SingleShotConnection);
+        [&window, saved] { giveRestInItsEncoding(window, saved); }, Qt::SingleShotConnection);
 }
 
 } // namespace quillory

@@ -43,7 +43,7 @@ struct SavedWindow
 
     PropertyList::Dictionary state; ///< see WindowState.h
     QString definitionTitle;        ///< what the index in the state stood for
-    qint64 encoding = 0;            ///< the same
+    qint64 encoding = 0;            ///< the same; 0 where the file does not have it
 
     /// There is something to bring back.
     bool isWorthwhile() const { return !path.isEmpty() || !journal.isEmpty(); }

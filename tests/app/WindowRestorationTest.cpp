@@ -4,6 +4,7 @@
 
 #include "app/LoadFlow.h"
 #include "app/Recovery.h"
+#include "app/RereadFlow.h"
 #include "app/ViewAppearance.h"
 #include "app/WindowPresentation.h"
 #include "app/WindowRestoration.h"
@@ -21,6 +22,7 @@ namespace {
 using test::AppFixture;
 
 constexpr int patience = 20000; // milliseconds
+constexpr StringEncoding macRoman{30};
 
 class WindowRestorationTest : public AppFixture
 {
@@ -92,6 +94,8 @@ TEST_F(WindowRestorationTest, WindowsComeBackAsTheyWere)
 {
     const QString a = write("a.txt", numbered(500));
     const QString b = write("b.txt", "two words\n");
+    const QString c = write("c.txt", "caf\xe9\n");
+    const QString readable = QStringLiteral("cafÈ\n");
     std::vector<Selection> selections{{30, 20}, {3000, 3005}};
     TextOffset top = 0;
     int topY = 0;
@@ -108,6 +112,11 @@ TEST_F(WindowRestorationTest, WindowsComeBackAsTheyWere)
         first.presentation().toggleFloatingWindow();
         DocumentWindow& second = program.open(b);
         second.showMaximized();
+        DocumentWindow& third = program.open(c);
+        ASSERT_NE(textOf(third), readable);
+        third.rereading().reopen(macRoman);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return textOf(third) == readable; }, patience));
+        third.document().textView().setSelection({1, 3});
         first.activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&first));
         QCoreApplication::processEvents();
@@ -121,7 +130,7 @@ TEST_F(WindowRestorationTest, WindowsComeBackAsTheyWere)
 
     Program program(*this);
     program.start();
-    ASSERT_EQ(program.controller.windows().size(), 2U);
+    ASSERT_EQ(program.controller.windows().size(), 3U);
     DocumentWindow& first = *program.controller.windowShowing(a);
     EXPECT_EQ(&first, program.controller.windows().front());
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&first));
@@ -136,6 +145,16 @@ TEST_F(WindowRestorationTest, WindowsComeBackAsTheyWere)
     EXPECT_EQ(first.document().record().definitionTitle, u"HTML");
     EXPECT_FALSE(first.document().isDocumentEdited());
     EXPECT_TRUE(program.controller.windowShowing(b)->isMaximized());
+    DocumentWindow& third = *program.controller.windowShowing(c);
+    const Selection selection{1, 3};
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return third.document().textView().primarySelection() == selection; }, patience));
+    EXPECT_EQ(textOf(third), readable);
+    EXPECT_EQ(third.document().record().encoding, macRoman);
+    EXPECT_EQ(third.document().encodingsArrayController().selected()->number,
+              macRoman);
+    EXPECT_FALSE(third.document().isDocumentEdited());
+    EXPECT_FALSE(third.document().undoManager().canUndo());
 }
 
 TEST_F(WindowRestorationTest, NothingIsLostWithoutAGoodEnd)
@@ -148,6 +167,7 @@ TEST_F(WindowRestorationTest, NothingIsLostWithoutAGoodEnd)
         DocumentWindow& window = program.open(a);
         ASSERT_TRUE(QTest::qWaitFor([&] { return session.exists(); }, patience));
         window.document().textView().setSelection({5, 5});
+        window.resize(500, 300);
         QTest::qWait(1500);
         // As after a kill: what the end writes does not count.
         ASSERT_TRUE(session.copy(path("kept")));
