@@ -46,13 +46,14 @@ FileResult<MovedFile> copyFile(FileOps& ops, const QByteArray& from, const QByte
     return done ? Result({*before, *after}) : Result::failed(done.error());
 }
 
-/// Removes the file at \a path, if it still is as it was.
+/// Removes the file at \a path, if it still is as it was. One that went away by itself is removed.
 FileStatus removeUnchanged(FileOps& ops, const QByteArray& path, const struct stat& known)
 {
     const auto now = ops.linkStatus(path);
-    if (!now)
-        return FileStatus::failed(now.error());
-    return FileIdentity::of(known).matches(*now) ? ops.remove(path) : FileStatus::failed(EBUSY);
+    if (now && !FileIdentity::of(known).matches(*now))
+        return FileStatus::failed(EBUSY);
+    FileStatus removed = now ? ops.remove(path) : FileStatus::failed(now.error());
+    return removed.error() == ENOENT ? FileStatus(Nothing()) : removed;
 }
 
 } // namespace

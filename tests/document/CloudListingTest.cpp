@@ -306,6 +306,9 @@ TEST_F(CloudListingTest, aFileIsMovedWholeOrNotAtAll)
     EXPECT_EQ(moveFile(twoDevices, path(u"here/a.txt"_s), path(u"there/a.txt"_s)).error(), EBUSY);
     EXPECT_EQ(bytesOf(u"here/a.txt"_s), "replaced meanwhile");
     EXPECT_EQ(QDir(path(u"there"_s)).entryList(QDir::Files | QDir::Hidden), QStringList());
+    twoDevices.whileWriting = [&] { QFile::remove(path(u"here/a.txt"_s)); };
+    EXPECT_TRUE(moveFile(twoDevices, path(u"here/a.txt"_s), path(u"there/a.txt"_s)));
+    EXPECT_EQ(bytesOf(u"there/a.txt"_s), "replaced meanwhile") << "there is no other";
 }
 
 } // namespace
