@@ -13,7 +13,6 @@
 
 #include <QApplication>
 #include <QFileInfo>
-#include <QTimer>
 
 namespace quillory {
 
@@ -48,6 +47,8 @@ WindowRestoration::WindowRestoration(DocumentController& controller,
       m_file(environment.folders.sessionFile())
 {
     controller.setRestoration(this);
+    m_turn.setSingleShot(true);
+    connect(&m_turn, &QTimer::timeout, this, &WindowRestoration::openNext);
 }
 
 WindowRestoration::~WindowRestoration()
@@ -154,7 +155,7 @@ void WindowRestoration::recoverText(const SavedWindow& saved)
 void WindowRestoration::openFile(const SavedWindow& saved)
 {
     if (saved.path.isEmpty()) {
-        QTimer::singleShot(0, this, &WindowRestoration::openNext);
+        m_turn.start(0ms);
         return;
     }
     runInBackground(
@@ -175,7 +176,7 @@ void WindowRestoration::openFile(const SavedWindow& saved)
             }
             if (!isReadable)
                 m_missing.append(path);
-            QTimer::singleShot(0, this, &WindowRestoration::openNext);
+            m_turn.start(0ms);
         });
 }
 
@@ -243,8 +244,7 @@ void WindowRestoration::show(DocumentWindow* window)
     if (!m_opening || m_opening->path != saved.path)
         return;
     m_opening.reset();
-    QTimer::singleShot(std::exchange(m_isFirst, false) ? forTheFirst : 0ms, this,
-                       &WindowRestoration::openNext);
+    m_turn.start(std::exchange(m_isFirst, false) ? forTheFirst : 0ms);
 }
 
 /// The file that was to be opened could not be, which has been told.
@@ -253,7 +253,7 @@ void WindowRestoration::goOnUnlessOpening()
     if (!m_opening || !m_isAsked || m_controller.isOpening(m_opening->path))
         return;
     m_opening.reset();
-    QTimer::singleShot(0, this, &WindowRestoration::openNext);
+    m_turn.start(0ms);
 }
 
 void WindowRestoration::finishRestoring()
@@ -356,7 +356,7 @@ void WindowRestoration::stay()
     if (!m_isRestoring)
         record();
     else if (!m_opening && !m_isRecovering)
-        openNext();
+        m_turn.start(0ms);
 }
 
 void WindowRestoration::forget()

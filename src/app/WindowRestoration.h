@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
+#include <QTimer>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -90,6 +91,7 @@ private:
     std::deque<SavedWindow> m_pending;
     SavedWindow m_front; ///< comes to the front when it is there
     std::optional<SavedWindow> m_opening;
+    QTimer m_turn;                                ///< until the next is opened
     bool m_isAsked = false;                       ///< for that, the controller was
     QHash<DocumentWindow*, SavedWindow> m_placed; ///< made and not yet shown
     QStringList m_missing;
