@@ -110,12 +110,13 @@ PropertyList::Dictionary stateFor(Document& document, const SavedWindow& saved)
 /// The user had the file read in another encoding than the one it was read in now.
 bool isReadOtherwise(Document& document, const SavedWindow& saved)
 {
+    if (qint64(document.record().encoding) == saved.encoding || !saved.journal.isEmpty() ||
+        document.isDocumentEdited() || !isFileAsItWas(document, saved))
+        return false;
     const auto& encodings = document.encodingsArrayController().entries();
-    return qint64(document.record().encoding) != saved.encoding && saved.journal.isEmpty() &&
-           !document.isDocumentEdited() && isFileAsItWas(document, saved) &&
-           std::any_of(encodings.begin(), encodings.end(), [&](const EncodingEntry& entry) {
-               return qint64(entry.number) == saved.encoding;
-           });
+    return std::any_of(encodings.begin(), encodings.end(), [&](const EncodingEntry& entry) {
+        return qint64(entry.number) == saved.encoding;
+    });
 }
 
 /// Gives what \a window still lacks, unless the user was quicker: a caret that is no longer at the

@@ -151,8 +151,7 @@ TEST_F(WindowRestorationTest, WindowsComeBackAsTheyWere)
         [&] { return third.document().textView().primarySelection() == selection; }, patience));
     EXPECT_EQ(textOf(third), readable);
     EXPECT_EQ(third.document().record().encoding, macRoman);
-    EXPECT_EQ(third.document().encodingsArrayController().selected()->number,
-              macRoman);
+    EXPECT_EQ(third.document().encodingsArrayController().selected()->number, macRoman);
     EXPECT_FALSE(third.document().isDocumentEdited());
     EXPECT_FALSE(third.document().undoManager().canUndo());
 }
