@@ -3,7 +3,6 @@
 
 import random
 import signal
-import time
 
 import session
 from session import equal, until
@@ -22,10 +21,6 @@ def main(program):
         (settings / "Quillory.conf").write_text(
             "[General]\ndontAsk=true\nshowWelcome=false\nautosaveInPlace=false\n")
 
-        def shown(name):
-            until(lambda: name in desktop.active_title(), f"{name} has the keyboard")
-            time.sleep(0.3)  # the window manager names the active window before the keys go there
-
         def journals():
             return list(recovery.glob("*.journal"))
 
@@ -42,7 +37,7 @@ def main(program):
             moments = random.Random(seed)
             file = desktop.write("named.txt", "one\n")
             first = desktop.start(program, str(file))
-            shown("named.txt")
+            desktop.await_active("named.txt")
             letters = [moments.choice("abcdefgh") for _ in range(moments.randint(3, 30))]
             desktop.keys(*letters)
             typed = "".join(letters)
@@ -53,7 +48,7 @@ def main(program):
             equal(file.read_text(), "one\n", "the file")
 
             again = desktop.start(program)
-            shown("named.txt")
+            desktop.await_active("named.txt")
             desktop.keys("ctrl+s")
             until(lambda: file.read_text() == typed + "one\n", "the text is back, and saved")
             until(lambda: not journals(), "the journal goes with the save")
@@ -63,7 +58,7 @@ def main(program):
         # The system's word to end is no crash, but asks nothing either; a document without a file.
         for number, key in ((signal.SIGTERM, "x"), (signal.SIGHUP, "y"), (signal.SIGINT, "z")):
             running = desktop.start(program)
-            shown("Untitled")
+            desktop.await_active("Untitled")
             desktop.keys(key)
             until(lambda: len(journals()) == 1, "there is a journal")
             end(running, number)
@@ -71,11 +66,11 @@ def main(program):
         # One that runs apart leaves the others' texts alone.
         file = desktop.write("other.txt", "other\n")
         apart = desktop.start(program, "--new-instance", str(file))
-        shown("other.txt")
+        desktop.await_active("other.txt")
         desktop.keys("ctrl+w")
         ended(apart, "an instance of its own")
         running = desktop.start(program)
-        shown("Untitled")
+        desktop.await_active("Untitled")
         desktop.keys("ctrl+a", "ctrl+c")
         target = desktop.folder / "saved.txt"
         desktop.keys("ctrl+s")

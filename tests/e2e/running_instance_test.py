@@ -20,9 +20,6 @@ def main(program):
         def start(*arguments, **options):
             return desktop.start(program, *map(str, arguments), **options)
 
-        def shown(name):
-            until(lambda: name in desktop.active_title(), f"{name} has the keyboard")
-
         def ended(process, status, what):
             until(lambda: process.poll() is not None, what + " returns")
             equal(process.returncode, status, what)
@@ -31,37 +28,37 @@ def main(program):
 
         # A second start leaves its files to the first, by whatever path it knows them.
         running = start(first)
-        shown("1.txt")
+        desktop.await_active("1.txt")
         ended(start(f"{second.name}:2", cwd=desktop.folder), 0, "a second start")
-        shown("2.txt")
+        desktop.await_active("2.txt")
         desktop.keys("x", "ctrl+s")
         until(lambda: second.read_text() == "one\nxtwo\n", "the line that was asked for is shown")
         ended(start(first), 0, "a start with a file that is shown")
-        shown("1.txt")
+        desktop.await_active("1.txt")
 
         # One that waits returns with its windows only, however many others there are.
         waiting = start("--wait", second, third)
-        shown("3.txt")
+        desktop.await_active("3.txt")
         desktop.keys("ctrl+w")
         until(lambda: "3.txt" not in desktop.active_title(), "the window is closed")
         equal(waiting.poll(), None, "one that waits for two, after the first")
         ended(start(second), 0, "raising the other")
-        shown("2.txt")
+        desktop.await_active("2.txt")
         desktop.keys("ctrl+w")
         ended(waiting, 0, "one that waits")
         equal(running.poll(), None, "the program")
 
         # Who is stopped or killed hinders nobody.
         apart = start("--new-instance", third)
-        shown("3.txt")
+        desktop.await_active("3.txt")
         desktop.keys("ctrl+w")
         ended(apart, 0, "an instance of its own")
         waiting = start("--wait", second)
-        shown("2.txt")
+        desktop.await_active("2.txt")
         running.send_signal(signal.SIGKILL)
         ended(waiting, 1, "one that waits for a program that is killed")
         running = start(first)
-        shown("1.txt")
+        desktop.await_active("1.txt")
         desktop.keys("ctrl+w")
         ended(running, 0, "the program, with its last window")
 
@@ -75,7 +72,7 @@ def main(program):
         git("add", "1.txt")
         committing = desktop.start("git", "-c", "user.name=Ann", "-c", "user.email=ann@example.org",
                                    "-c", f"core.editor={program} --wait", "commit", cwd=desktop.folder)
-        shown("COMMIT_EDITMSG")
+        desktop.await_active("COMMIT_EDITMSG")
         desktop.keys("A", "d", "d", "ctrl+s", "ctrl+w")
         ended(committing, 0, "a commit")
         equal(git("log", "--format=%s").strip(), "Add", "the message")

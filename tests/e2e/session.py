@@ -106,12 +106,16 @@ class Session:
     def edit(self, program, path):
         """Opens a file in the editor, and waits until its window has the keyboard."""
         self.start(program, str(path))
-        until(lambda: path.name in self.active_title(), "the window has the keyboard")
+        self.await_active(path.name)
 
     def active_title(self):
         answer = subprocess.run(["xdotool", "getactivewindow", "getwindowname"],
                                 env=self.environment, capture_output=True, check=False)
         return answer.stdout.decode("utf-8", "replace")
+
+    def await_active(self, name):
+        until(lambda: name in self.active_title(), f"{name} has the keyboard")
+        time.sleep(0.3)  # the window manager names the active window before the keys go there
 
     def keys(self, *names):
         subprocess.run(["xdotool", "key", "--delay", "20", *names], env=self.environment,
