@@ -124,7 +124,9 @@ void WindowRestoration::openNext()
 void WindowRestoration::recoverRest()
 {
     m_hasTexts = false;
+    m_recoversRest = true;
     const auto goOn = [this] {
+        m_recoversRest = false;
         Q_EMIT textsRestored();
         openNext();
     };
@@ -355,7 +357,7 @@ void WindowRestoration::stay()
     m_recorder->setKeepsClosed(false);
     if (!m_isRestoring)
         record();
-    else if (!m_opening && !m_isRecovering)
+    else if (!m_opening && !m_recoversRest)
         m_turn.start(0ms);
 }
 

@@ -96,8 +96,9 @@ private:
     QHash<DocumentWindow*, SavedWindow> m_placed; ///< made and not yet shown
     QStringList m_missing;
     bool m_isRestoring = false;
-    bool m_hasTexts = true; ///< still to come
-    bool m_isFirst = true;  ///< the next is the one in front
+    bool m_hasTexts = true;      ///< still to come
+    bool m_recoversRest = false; ///< those that belong to no window
+    bool m_isFirst = true;       ///< the next is the one in front
     bool m_behind = false;
     bool m_isQuitting = false;
     QPointer<DocumentWindow> m_asked; ///< before quitting, and did not answer yet
