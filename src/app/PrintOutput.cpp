@@ -73,9 +73,9 @@ QString runLp(const QStringList& arguments, const std::function<bool()>& goOn)
 PrinterQueue PrinterQueue::of(const QPrinter& printer)
 {
     PrinterQueue queue{printer.printerName(), {}};
-    const auto add = [&](const QString& name, const QString& value) {
+    const auto add = [&](const QString& key, const QString& value) {
         queue.options << QStringLiteral("-o")
-                      << (value.isEmpty() ? name : name + QLatin1Char('=') + value);
+                      << (value.isEmpty() ? key : key + QLatin1Char('=') + value);
     };
     queue.options << QStringLiteral("-n") << QString::number(printer.copyCount());
     if (printer.copyCount() > 1 && printer.collateCopies())

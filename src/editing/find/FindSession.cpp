@@ -4,16 +4,17 @@
 #include "editing/find/FindTemplate.h"
 #include "foundation/Background.h"
 
-#include <QElapsedTimer>
 #include <QScopedValueRollback>
 
 namespace quillory {
 
 namespace {
 
-constexpr int pause = 150;          ///< milliseconds after an edit
-constexpr int batchTime = 30;       ///< milliseconds between two reports
-constexpr size_t fewEdits = 10'000; ///< places that are replaced each by an edit of its own
+constexpr int pause = 150;        ///< milliseconds after an edit
+constexpr size_t fewEdits = 1000; ///< places that are replaced each by an edit of its own
+/// Places that are moved along with each edit, of which there may be as many; more are looked for
+/// anew.
+constexpr size_t mostFollowed = 2000;
 
 /// All replacements in one, where there are many.
 std::vector<TextEdit> joined(const TextSnapshot& text, std::vector<TextEdit> edits)
@@ -28,22 +29,6 @@ std::vector<TextEdit> joined(const TextSnapshot& text, std::vector<TextEdit> edi
 }
 
 } // namespace
-
-/// Shared with the thread that searches.
-struct FindSession::Search
-{
-    std::atomic_bool cancelled = false;
-};
-
-/// The places that begin in a stretch of the text.
-struct FindSession::Batch
-{
-    TextRange stretch;
-    std::vector<TextRange> found;
-    bool isLast = false;
-    bool isCutShort = false;
-    QString error = {};
-};
 
 FindSession::FindSession(QPTextView& editor, QObject* parent)
     : QObject(parent), m_editor(editor), m_home(editor.selectedRange().location)
@@ -70,8 +55,8 @@ FindSession::~FindSession()
 void FindSession::cancel()
 {
     m_pause.stop();
-    if (const auto search = std::exchange(m_search, nullptr))
-        search->cancelled = true;
+    if (const auto givesUp = std::exchange(m_givesUp, nullptr))
+        *givesUp = true;
 }
 
 void FindSession::forget()
@@ -79,7 +64,8 @@ void FindSession::forget()
     const MarkedRanges before = std::exchange(m_matches, {});
     if (!before.isEmpty())
         Q_EMIT marksChanged(
-            TextRange::between(before.all().front().location, before.all().back().end()));
+            TextRange::between(before.all().front().location, before.all().back().end())
+                .clampedTo(m_editor.string().length()));
 }
 
 void FindSession::clear()
@@ -124,66 +110,31 @@ void FindSession::start()
     if (!m_pattern)
         return;
     m_isCutShort = false;
-    m_search = std::make_shared<Search>();
+    m_error.clear();
+    m_givesUp = std::make_shared<std::atomic_bool>(false);
     m_origin = m_wish ? m_wish->from : m_editor.selectedRange().location;
-    const auto post = [guard = QPointer(this), search = m_search](Batch batch) {
+    const auto post = [guard = QPointer(this), search = m_givesUp](FindBatch batch) {
         QMetaObject::invokeMethod(
             qApp,
             [guard, search, batch = std::move(batch)] {
-                if (guard && guard->m_search == search)
+                if (guard && guard->m_givesUp == search)
                     guard->take(batch);
             },
             Qt::QueuedConnection);
     };
-    backgroundPool().start([text = m_editor.string(), pattern = m_pattern, search = m_search, post,
-                            origin = std::min(m_origin, m_editor.string().length())] {
-        size_t count = 0;
-        const auto walkOver = [&](TextRange part, bool isLast) {
-            FindWalk walk(text, std::make_shared<ICUPattern>(*pattern), part.location);
-            // A place at the text's end may be empty.
-            const TextOffset limit = part.end() + (isLast ? 0 : 1);
-            Batch batch{{part.location, 0}, {}};
-            QElapsedTimer clock;
-            clock.start();
-            while (!search->cancelled) {
-                const std::optional<TextRange> match = walk.next();
-                const bool isOver = !match || match->location >= limit;
-                if (!isOver)
-                    batch.found.push_back(*match);
-                batch.isCutShort = ++count > mostMatches;
-                if (!isOver && !batch.isCutShort && !clock.hasExpired(batchTime))
-                    continue;
-                const TextOffset end = isOver ? limit : std::min(limit, match->end());
-                batch.stretch.length = std::max<TextOffset>(0, end - batch.stretch.location);
-                batch.isLast = (isOver && isLast) || batch.isCutShort;
-                const bool isDone = isOver || batch.isCutShort;
-                post(std::exchange(batch, Batch{{end, 0}, {}}));
-                if (isDone)
-                    return count <= mostMatches;
-                clock.restart();
-            }
-            return false;
-        };
-        try {
-            if (walkOver(TextRange::between(origin, text.length()), false))
-                walkOver({0, origin}, true);
-        } catch (const ICUException& exception) {
-            Batch failed;
-            failed.isLast = true;
-            failed.error = exception.isLimit() ? tr("The expression takes too long.")
-                                               : tr("This is no regular expression.");
-            post(failed);
-        }
-    });
+    FindJob job(m_editor.string(), m_pattern, m_origin, mostMatches);
+    backgroundPool().start(
+        [job = std::move(job), givesUp = m_givesUp, post]() mutable { job.run(*givesUp, post); });
     Q_EMIT changed();
 }
 
-void FindSession::take(const Batch& batch)
+void FindSession::take(const FindBatch& batch)
 {
     if (batch.isLast) {
-        m_search.reset();
+        m_givesUp.reset();
         m_isCutShort = batch.isCutShort;
-        m_error = batch.error;
+        if (batch.isFailed)
+            m_error = tr("The expression takes too long.");
     }
     const TextRange different = m_matches.replace(batch.stretch, batch.found);
     if (!different.isEmpty())
@@ -196,7 +147,10 @@ void FindSession::followEdit(const TextChange& change)
 {
     if (!m_pattern)
         return;
-    m_matches.followEdit(change, true, true);
+    if (m_matches.all().size() > mostFollowed)
+        forget();
+    else
+        m_matches.followEdit(change, true, true);
     m_wish.reset();
     cancel();
     m_pause.start();

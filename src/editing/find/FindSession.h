@@ -1,13 +1,10 @@
 #pragma once
 
 #include "editing/MarkedRanges.h"
-#include "editing/find/FindQuery.h"
-#include "text/TextSnapshot.h"
+#include "editing/find/FindJob.h"
 
 #include <QObject>
 #include <QTimer>
-#include <atomic>
-#include <memory>
 #include <optional>
 
 namespace quillory {
@@ -43,7 +40,7 @@ public:
 
     /// Those found so far, in order and apart.
     const MarkedRanges& matches() const { return m_matches; }
-    bool isSearching() const { return m_search != nullptr || m_pause.isActive(); }
+    bool isSearching() const { return m_givesUp != nullptr || m_pause.isActive(); }
     /// There are more than \a mostMatches.
     bool isCutShort() const { return m_isCutShort; }
     /// Why the query is none: a sentence; empty where it is one.
@@ -71,17 +68,13 @@ Q_SIGNALS:
     void replacedAll(qsizetype count);
 
 private:
-    struct Search;
-    struct Batch;
-
     void start();
     void cancel();
-    void take(const Batch& batch);
+    void take(const FindBatch& batch);
     void forget();
     void followEdit(const TextChange& change);
     void serve();
     std::optional<TextRange> wantedMatch() const;
-    void fail(const QString& reason);
 
     QPTextView& m_editor;
     FindQuery m_query;
@@ -90,10 +83,10 @@ private:
     QString m_error;
     bool m_isCutShort = false;
     QTimer m_pause;
-    std::shared_ptr<Search> m_search; ///< null while none goes on
-    TextOffset m_origin = 0;          ///< where the search began
-    TextOffset m_home;                ///< where the first place of another query is looked for
-    bool m_selects = false;           ///< the selection is set by this
+    std::shared_ptr<std::atomic_bool> m_givesUp; ///< the search; null while none goes on
+    TextOffset m_origin = 0;                     ///< where the search began
+    TextOffset m_home;      ///< where the first place of another query is looked for
+    bool m_selects = false; ///< the selection is set by this
 
     /// What is to be selected once it is found.
     struct Wish
