@@ -13,7 +13,7 @@ constexpr double leastContrast = 4.5; ///< of links to the window (WCAG 2.1, 1.4
 
 } // namespace
 
-LinkLabel::LinkLabel(const QString& html, QWidget* parent) : QLabel(parent), m_html(html)
+LinkLabel::LinkLabel(QString html, QWidget* parent) : QLabel(parent), m_html(std::move(html))
 {
     setTextFormat(Qt::RichText);
     setTextInteractionFlags(Qt::LinksAccessibleByKeyboard | Qt::LinksAccessibleByMouse);

@@ -11,7 +11,7 @@ class LinkLabel : public QLabel
 
 public:
     /// \a html is rich text.
-    explicit LinkLabel(const QString& html, QWidget* parent);
+    explicit LinkLabel(QString html, QWidget* parent);
 
 protected:
     void changeEvent(QEvent* event) override;

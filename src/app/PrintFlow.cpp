@@ -193,8 +193,10 @@ void PrintFlow::writeTo(const QString& path, const QPPrintableTextView::Job& job
 void PrintFlow::showPreview()
 {
     // One that was closed is there until the event loop turns.
-    if (m_preview && m_preview->isHidden())
-        delete m_preview;
+    if (m_preview && m_preview->isHidden()) {
+        delete m_preview.data();
+        m_preview.clear();
+    }
     if (!m_preview) {
         m_preview = new PrintPreview(m_setup);
         connect(m_preview, &PrintPreview::printClicked, this, &PrintFlow::printTextView);

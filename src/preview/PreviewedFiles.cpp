@@ -50,7 +50,7 @@ QString PreviewedFiles::fileAt(const QString& path) const
     if (m_folder.isEmpty() || !path.startsWith(u'/'))
         return {};
     const QFileInfo file(path);
-    const QString real = file.canonicalFilePath();
+    QString real = file.canonicalFilePath();
     const QString prefix = m_folder.endsWith(u'/') ? m_folder : m_folder + u'/';
     if (!real.startsWith(prefix) || isHidden(real.mid(prefix.size())) || !file.isFile())
         return {};
