@@ -56,8 +56,10 @@ FindBar::FindBar(DocumentWindow& window)
     connect(&m_session, &FindSession::marksChanged, &view, &TextViewWidget::marksChanged);
     connect(&m_session, &FindSession::changed, this, &FindBar::showState);
     connect(&m_session, &FindSession::selected, this, &FindBar::reveal);
-    connect(&m_session, &FindSession::replacedAll, this,
-            [this](qsizetype count) { m_state->setText(tr("%Ln replaced", nullptr, int(count))); });
+    connect(&m_session, &FindSession::replacedAll, this, [this](qsizetype count) {
+        m_replaced = tr("%Ln replaced", nullptr, int(count));
+        m_state->setText(m_replaced);
+    });
     connect(m_field, &QLineEdit::textChanged, this, &FindBar::search);
     connect(m_field, &FindField::findNext, this,
             [this](int step) { findNext(step > 0 ? Direction::Forward : Direction::Backward); });
@@ -197,6 +199,7 @@ void FindBar::selectAll()
 
 void FindBar::search()
 {
+    m_replaced.clear();
     if (!isHidden())
         m_session.setQuery(
             {m_field->text(), m_regex->isChecked(), m_case->isChecked(), m_words->isChecked()});
@@ -230,6 +233,7 @@ void FindBar::showState()
                      : found > 0 && current
                          ? tr("%1 of %2").arg(QLocale().toString(qsizetype(*current) + 1), count)
                      : found > 0               ? tr("%1 found").arg(count)
+                     : !m_replaced.isEmpty()   ? m_replaced
                      : m_session.isSearching() ? tr("Searching…")
                                                : tr("Not found"));
 }

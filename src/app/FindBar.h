@@ -62,6 +62,7 @@ private:
     QToolButton* m_words = nullptr;
     QToolButton* m_regex = nullptr;
     QLabel* m_state;
+    QString m_replaced; ///< what Replace All told, until something else is looked for
 };
 
 } // namespace quillory

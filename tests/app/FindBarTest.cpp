@@ -119,6 +119,15 @@ TEST_F(FindBarTest, TakesWhatIsSelectedAndFollowsEdits)
     ASSERT_TRUE(says(window, u"1 of 1"_s));
 }
 
+TEST_F(FindBarTest, SelectsAllOfWhatIsSelectedAtOnce)
+{
+    DocumentWindow& window = openText("ab x ab\n");
+    window.document().textView().setSelectedRange({0, 2});
+    choose(window, u"Search/Select All Found"_s);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return window.document().textView().selections().size() == 2; }, patience));
+}
+
 TEST_F(FindBarTest, ReplacesOneOrAll)
 {
     DocumentWindow& window = openText("k1=v1\nk2=v2\nk3=v3\n");
@@ -137,6 +146,8 @@ TEST_F(FindBarTest, ReplacesOneOrAll)
     turn(window, u"Replace All"_s);
     ASSERT_TRUE(says(window, u"2 replaced"_s));
     EXPECT_EQ(textOf(window), u"v1: k1\nv2: k2\nv3: k3\n"_s);
+    QTest::qWait(400); // it is looked for anew meanwhile
+    EXPECT_EQ(bar(window).state(), u"2 replaced"_s);
     window.document().undoManager().undo();
     EXPECT_EQ(textOf(window), u"v1: k1\nk2=v2\nk3=v3\n"_s);
     window.document().undoManager().undo();

@@ -27,7 +27,7 @@ void FindJob::run(const std::atomic_bool& cancelled, const Report& report)
 bool FindJob::findIn(TextRange part, const std::atomic_bool& cancelled, const Report& report)
 {
     const bool isLast = part.location == 0 && part.end() == m_origin;
-    FindWalk walk(m_text, std::make_shared<ICUPattern>(*m_pattern), part.location);
+    FindWalk walk(m_text, std::make_shared<ICUPattern>(*m_pattern), part.location, &cancelled);
     FindBatch batch{.stretch = {part.location, 0}};
     QElapsedTimer clock;
     clock.start();

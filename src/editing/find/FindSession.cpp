@@ -50,6 +50,7 @@ FindSession::FindSession(QPTextView& editor, QObject* parent)
 FindSession::~FindSession()
 {
     cancel();
+    *m_endsReplacing = true;
 }
 
 void FindSession::cancel()
@@ -89,6 +90,7 @@ void FindSession::setQuery(const FindQuery& query)
     m_error.clear();
     m_pattern.reset();
     m_wish.reset();
+    m_wantsAll = false;
     if (!query.text.isEmpty()) {
         try {
             m_pattern = query.pattern();
@@ -140,6 +142,8 @@ void FindSession::take(const FindBatch& batch)
     if (!different.isEmpty())
         Q_EMIT marksChanged(different);
     serve();
+    if (batch.isLast && m_wantsAll)
+        selectAll();
     Q_EMIT changed();
 }
 
@@ -152,6 +156,7 @@ void FindSession::followEdit(const TextChange& change)
     else
         m_matches.followEdit(change, true, true);
     m_wish.reset();
+    m_wantsAll = false;
     cancel();
     m_pause.start();
 }
@@ -226,7 +231,8 @@ void FindSession::findNext(Direction direction)
 void FindSession::selectAll()
 {
     const std::vector<TextRange>& all = m_matches.all();
-    if (isSearching() || all.empty())
+    m_wantsAll = isSearching();
+    if (m_wantsAll || all.empty())
         return;
     m_editor.setSelectedRanges(all);
 }
@@ -239,7 +245,11 @@ void FindSession::replace(const QString& text)
         return;
     if (current()) {
         const TextRange place = m_editor.selectedRange();
-        FindWalk walk(m_editor.string(), std::make_shared<ICUPattern>(*m_pattern), place.location);
+        // What lies far behind the place is not looked at: this is not done aside.
+        const TextOffset near =
+            std::min(m_editor.string().length(), place.end() + FindWalk::overlap);
+        FindWalk walk(m_editor.string().slice({0, near}), std::make_shared<ICUPattern>(*m_pattern),
+                      place.location);
         QString replacement;
         try {
             if (walk.next() != place)
@@ -268,9 +278,10 @@ void FindSession::replaceAll(const QString& text)
     const TextSnapshot before = m_editor.string();
     runInBackground(
         this,
-        [before, pattern = m_pattern, replacement = FindTemplate(text, m_query.isRegex)] {
+        [before, pattern = m_pattern, replacement = FindTemplate(text, m_query.isRegex),
+         givesUp = m_endsReplacing] {
             Made made;
-            FindWalk walk(before, std::make_shared<ICUPattern>(*pattern));
+            FindWalk walk(before, std::make_shared<ICUPattern>(*pattern), 0, givesUp.get());
             try {
                 while (const std::optional<TextRange> match = walk.next())
                     made.edits.push_back({*match, TextSnapshot(replacement.replacement(walk))});

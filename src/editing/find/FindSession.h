@@ -51,6 +51,7 @@ public:
     /// Selects the next place after the selection, or before it, and around the text's end; as soon
     /// as it is found.
     void findNext(Direction direction = Direction::Forward);
+    /// As soon as all are found.
     void selectAll();
     /// Replaces the place that is selected, if one is, and goes to the next.
     void replace(const QString& text);
@@ -84,9 +85,12 @@ private:
     bool m_isCutShort = false;
     QTimer m_pause;
     std::shared_ptr<std::atomic_bool> m_givesUp; ///< the search; null while none goes on
-    TextOffset m_origin = 0;                     ///< where the search began
-    TextOffset m_home;      ///< where the first place of another query is looked for
-    bool m_selects = false; ///< the selection is set by this
+    /// The replacing of all, when this goes.
+    std::shared_ptr<std::atomic_bool> m_endsReplacing = std::make_shared<std::atomic_bool>(false);
+    bool m_wantsAll = false; ///< to be selected once all are found
+    TextOffset m_origin = 0; ///< where the search began
+    TextOffset m_home;       ///< where the first place of another query is looked for
+    bool m_selects = false;  ///< the selection is set by this
 
     /// What is to be selected once it is found.
     struct Wish

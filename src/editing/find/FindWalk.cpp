@@ -28,8 +28,9 @@ TextOffset atCharacter(const TextSnapshot& text, TextOffset offset)
 
 } // namespace
 
-FindWalk::FindWalk(TextSnapshot text, std::shared_ptr<ICUPattern> pattern, TextOffset from)
-    : m_text(std::move(text)), m_pattern(std::move(pattern)), m_at(from)
+FindWalk::FindWalk(TextSnapshot text, std::shared_ptr<ICUPattern> pattern, TextOffset from,
+                   const std::atomic_bool* givesUp)
+    : m_text(std::move(text)), m_pattern(std::move(pattern)), m_at(from), m_givesUp(givesUp)
 {}
 
 void FindWalk::takeWindow(TextOffset length)
@@ -47,7 +48,7 @@ std::optional<TextRange> FindWalk::next()
     TextOffset length = window;
     if (!m_isOver && !isInWindow())
         takeWindow(length);
-    while (!m_isOver) {
+    while (!m_isOver && !(m_givesUp && *m_givesUp)) {
         URegularExpression* const re = m_pattern->re();
         UErrorCode status = U_ZERO_ERROR;
         const bool isFound = uregex_find64(re, m_at - m_base, &status);

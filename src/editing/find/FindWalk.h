@@ -3,6 +3,7 @@
 #include "syntax/regex/ICUPattern.h"
 #include "text/TextSnapshot.h"
 
+#include <atomic>
 #include <optional>
 
 namespace quillory {
@@ -20,8 +21,10 @@ public:
     static constexpr TextOffset largestWindow = TextOffset(1) << 26;
     static constexpr TextOffset overlap = TextOffset(1) << 16;
 
-    /// Finds what begins at \a from or after it. The pattern is this walk's own.
-    FindWalk(TextSnapshot text, std::shared_ptr<ICUPattern> pattern, TextOffset from = 0);
+    /// Finds what begins at \a from or after it, and nothing more once it \a givesUp, which
+    /// outlives this. The pattern is this walk's own.
+    FindWalk(TextSnapshot text, std::shared_ptr<ICUPattern> pattern, TextOffset from = 0,
+             const std::atomic_bool* givesUp = nullptr);
 
     /// Goes to the next match, which may be empty; none where there is no more. Throws "Find
     /// Exception".
@@ -44,6 +47,7 @@ private:
     TextOffset m_base = 0; ///< of the window
     TextOffset m_end = 0;
     bool m_isOver = false;
+    const std::atomic_bool* m_givesUp;
 };
 
 } // namespace quillory

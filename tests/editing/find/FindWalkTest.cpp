@@ -128,6 +128,17 @@ TEST(FindWalk, GivesUpWhatTakesTooLong)
     }
 }
 
+TEST(FindWalk, EndsBetweenWindowsWhenItIsGivenUp)
+{
+    std::atomic_bool givesUp = false;
+    FindWalk walk(TextSnapshot(u"a"_s + u"-"_s.repeated(3 * FindWalk::window) + u"a"_s),
+                  FindQuery{u"a"_s}.pattern(), 0, &givesUp);
+    EXPECT_TRUE(walk.next());
+    givesUp = true;
+    EXPECT_FALSE(walk.next());
+    EXPECT_LT(walk.position(), FindWalk::window);
+}
+
 TEST(FindTemplate, PutsGroupsInTheirPlaces)
 {
     FindWalk walk{TextSnapshot(u"x key=12"_s),
