@@ -131,8 +131,8 @@ TEST(FindWalk, GivesUpWhatTakesTooLong)
 TEST(FindWalk, EndsBetweenWindowsWhenItIsGivenUp)
 {
     std::atomic_bool givesUp = false;
-    FindWalk walk(TextSnapshot(u"a"_s + u"-"_s.repeated(3 * FindWalk::window) + u"a"_s),
-                  FindQuery{u"a"_s}.pattern(), 0, &givesUp);
+    const QString text = u"a"_s + u"-"_s.repeated(3 * FindWalk::window) + u"a"_s;
+    FindWalk walk(TextSnapshot(text), FindQuery{u"a"_s}.pattern(), 0, &givesUp);
     EXPECT_TRUE(walk.next());
     givesUp = true;
     EXPECT_FALSE(walk.next());
