@@ -112,7 +112,7 @@ void PdfPanel::load(const QString& path)
                 read.file = factory->open(read.bytes, read.error);
             return read;
         },
-        [this](Read read) {
+        [this](const Read& read) {
             if (read.number != m_reading)
                 return;
             take(read);
