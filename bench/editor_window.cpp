@@ -13,6 +13,7 @@
 #include "Probe.h"
 #include "app/Application.h"
 #include "app/DocumentWindow.h"
+#include "app/Preloading.h"
 #include "app/StartOptions.h"
 #include "document/Document.h"
 #include "document/SystemFileOps.h"
@@ -224,7 +225,9 @@ bool showsText(QObject* object)
 
 int main(int argc, char** argv)
 {
+    Preloading preloading;
     QApplication qtApplication(argc, argv);
+    preloading.waitForFonts();
     const QStringList arguments = QCoreApplication::arguments();
     const FirstPaint paint(showsText, [&arguments](qint64 at) { runWhenRead(arguments, at); });
     Application application;

@@ -9,10 +9,12 @@
 #include "app/SessionEnd.h"
 #include "app/Shell.h"
 #include "app/WindowRestoration.h"
+#include "foundation/Background.h"
 #include "view/TextViewAccessible.h"
 
 #include <QApplication>
 #include <QIcon>
+#include <QImageReader>
 #include <QProcessEnvironment>
 #include <QTimer>
 
@@ -51,6 +53,9 @@ Application::Application()
       m_controller(m_environment, m_questions, m_state)
 {
     initialiseResources();
+    // A menu bar asks for the image of its button, for which the toolkit loads every reader that
+    // there is.
+    backgroundPool().start([] { QImageReader::supportedImageFormats(); });
     registerFirstValues(m_folders, m_defaults);
     installTextViewAccessibility();
     installMessageAccessibility();

@@ -7,6 +7,7 @@
 #include "app/DocumentMessages.h"
 #include "app/EditingAids.h"
 #include "app/ExternalChanges.h"
+#include "app/FirstPaint.h"
 #include "app/FullScreenWidth.h"
 #include "app/GoToLineDialog.h"
 #include "app/LoadFlow.h"
@@ -105,6 +106,8 @@ void DocumentWindow::build()
     setCentralWidget(content);
     new FullScreenWidth(*this, m_services.environment.defaults);
     m_view->setFocus();
+    connect(new FirstPaint(*m_view->viewport()), &FirstPaint::happened, this,
+            &DocumentWindow::firstPainted);
 
     const DocumentEnvironment& environment = m_services.environment;
     m_appearance =
@@ -233,16 +236,6 @@ void DocumentWindow::updateActivity()
 void DocumentWindow::toggleFullScreen()
 {
     setWindowState(windowState() ^ Qt::WindowFullScreen);
-}
-
-bool DocumentWindow::event(QEvent* event)
-{
-    const bool taken = QMainWindow::event(event);
-    if (event->type() == QEvent::UpdateRequest && !m_painted) {
-        m_painted = true;
-        Q_EMIT firstPainted();
-    }
-    return taken;
 }
 
 void DocumentWindow::changeEvent(QEvent* event)

@@ -112,7 +112,7 @@ public:
 Q_SIGNALS:
     /// The window is going, and its document with it.
     void closed(DocumentWindow* window);
-    /// Once, when the window was first painted: the time for what that need not wait for.
+    /// Once, when the text was first painted (FirstPaint): the time for what that need not wait for.
     void firstPainted();
 
 protected:
@@ -120,7 +120,6 @@ protected:
     void changeEvent(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
-    bool event(QEvent* event) override;
 
 private:
     void build();
@@ -156,7 +155,6 @@ private:
     std::unique_ptr<CommandActions> m_actions;
     Autosave* m_autosave = nullptr;
     VersionsFlow* m_versions = nullptr;
-    bool m_painted = false;
     bool m_asking = false;   ///< a question before closing is open
     bool m_mayClose = false; ///< it was answered
 };

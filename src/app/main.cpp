@@ -1,4 +1,5 @@
 #include "app/Application.h"
+#include "app/Preloading.h"
 #include "app/RunningInstance.h"
 #include "app/StartHandover.h"
 #include "app/StartOptions.h"
@@ -98,7 +99,9 @@ int main(int argc, char* argv[])
     QCoreApplication::setApplicationName(QStringLiteral("Quillory"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLORY_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.quillory.Quillory"));
+    quillory::Preloading preloading;
     QApplication qtApplication(argc, argv);
+    preloading.waitForFonts();
     QApplication::setQuitOnLastWindowClosed(false);
 
     quillory::StartOptions line = parse(QCoreApplication::arguments());

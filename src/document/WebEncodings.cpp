@@ -38,7 +38,7 @@ constexpr Row rows[] = {
 /// As rows name it: its language, with the script where that decides.
 QString nameOf(const QLocale& locale)
 {
-    const QString language = QLocale::languageToCode(locale.language());
+    QString language = QLocale::languageToCode(locale.language());
     if (locale.language() == QLocale::Chinese)
         return language + (locale.script() == QLocale::TraditionalHanScript ? u"-Hant" : u"-Hans");
     return language;
