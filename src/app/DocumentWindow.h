@@ -112,7 +112,8 @@ public:
 Q_SIGNALS:
     /// The window is going, and its document with it.
     void closed(DocumentWindow* window);
-    /// Once, when the text was first painted (FirstPaint): the time for what that need not wait for.
+    /// Once, when the text was first painted (FirstPaint): the time for what that need not wait
+    /// for.
     void firstPainted();
 
 protected:
