@@ -106,8 +106,7 @@ void DocumentWindow::build()
     setCentralWidget(content);
     new FullScreenWidth(*this, m_services.environment.defaults);
     m_view->setFocus();
-    connect(new FirstPaint(*m_view->viewport()), &FirstPaint::happened, this,
-            &DocumentWindow::firstPainted);
+    connect(new FirstPaint(*m_view), &FirstPaint::happened, this, &DocumentWindow::firstPainted);
 
     const DocumentEnvironment& environment = m_services.environment;
     m_appearance =

@@ -1,35 +1,39 @@
 #include "app/FirstPaint.h"
 
+#include <QAbstractScrollArea>
 #include <QEvent>
-#include <QWidget>
 
 namespace quillory {
 
 using namespace std::chrono_literals;
 
-FirstPaint::FirstPaint(QWidget& widget) : QObject(&widget)
+FirstPaint::FirstPaint(QAbstractScrollArea& area) : QObject(&area), m_area(area)
 {
-    widget.installEventFilter(this);
+    area.installEventFilter(this);
+    area.viewport()->installEventFilter(this);
     m_patience.setSingleShot(true);
-    m_patience.setInterval(1s);
     connect(&m_patience, &QTimer::timeout, this, &FirstPaint::tell);
 }
 
 bool FirstPaint::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::Show) {
-        m_patience.start();
-    } else if (event->type() == QEvent::Paint) {
-        watched->removeEventFilter(this);
+    if (watched == m_area.viewport()) {
         // What is painted is flushed before the next event.
-        m_patience.start(0);
+        if (event->type() == QEvent::Paint)
+            m_patience.start(0);
+    } else if (event->type() == QEvent::Show) {
+        m_patience.start(1s);
+    } else if (event->type() == QEvent::ShortcutOverride) {
+        tell();
     }
     return false;
 }
 
 void FirstPaint::tell()
 {
-    parent()->removeEventFilter(this);
+    m_patience.stop();
+    m_area.removeEventFilter(this);
+    m_area.viewport()->removeEventFilter(this);
     Q_EMIT happened();
     deleteLater();
 }

@@ -3,20 +3,22 @@
 #include <QObject>
 #include <QTimer>
 
-class QWidget;
+class QAbstractScrollArea;
 
 namespace quillory {
 
-/// Tells once that a widget was painted and its pixels were handed to the display: the time for what
-/// the first sight of a window need not wait for. A widget that is shown and not painted for a
-/// second, since its window is minimised or covered, is not waited for either.
+/// Tells once that a widget was painted and its pixels were handed to the display: the time for
+/// what the first sight of a window need not wait for.
+///
+/// It is told sooner when a key is pressed, which may be for what is missing yet; and a second
+/// after the widget was shown where it is not painted, since its window is minimised or covered.
 class FirstPaint : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Becomes a child of \a widget, which is not shown yet.
-    explicit FirstPaint(QWidget& widget);
+    /// Becomes a child of \a area, which is not shown yet and is the one that keys go to.
+    explicit FirstPaint(QAbstractScrollArea& area);
 
 Q_SIGNALS:
     void happened();
@@ -27,6 +29,7 @@ protected:
 private:
     void tell();
 
+    QAbstractScrollArea& m_area;
     QTimer m_patience;
 };
 

@@ -9,7 +9,6 @@ namespace quillory {
 Preloading::Preloading()
     : m_fonts([] { FcInit(); }),
       m_patterns([] { ICUPattern::patternWithString(QStringLiteral("\\w")); })
-{
-}
+{}
 
 } // namespace quillory

@@ -5,8 +5,8 @@
 namespace quillory {
 
 /// What every window needs and takes long to set up, set up on threads of their own while the
-/// toolkit connects to the display: the catalogue of fonts, and ICU's sets of characters for regular
-/// expressions.
+/// toolkit connects to the display: the catalogue of fonts, and ICU's sets of characters for
+/// regular expressions.
 class Preloading
 {
 public:
