@@ -12,8 +12,6 @@ namespace {
 
 constexpr double pointsPerInch = 72;
 constexpr int spacing = PageStack::spacing;
-constexpr int tileSide = 1024;         // device pixels
-constexpr int cacheSize = 96 * 1024;   // KB
 constexpr int longest = 1'000'000'000; // pixels of all pages together; scroll bars count in int
 constexpr QColor markColour(255, 225, 80);
 constexpr QColor currentMarkColour(255, 150, 50);
@@ -21,32 +19,31 @@ constexpr QColor currentMarkColour(255, 150, 50);
 } // namespace
 
 PagesView::PagesView(PageRenderer::Purpose purpose, QWidget* parent)
-    : QAbstractScrollArea(parent), m_purpose(purpose), m_tiles(cacheSize)
+    : QAbstractScrollArea(parent), m_purpose(purpose), m_tiles(purpose)
 {
     setFrameShape(QFrame::NoFrame);
     // One that comes and goes would change the width that pages are fitted to.
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setFocusPolicy(Qt::StrongFocus);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+    connect(&m_tiles, &PageTiles::drawn, this, [this](const PageTile& tile) {
+        viewport()->update(sight().rectOf(tile).toAlignedRect());
+    });
 }
 
 void PagesView::setRenderer(PageRenderer* renderer)
 {
-    if (m_renderer)
-        disconnect(m_renderer, nullptr, this, nullptr);
-    m_renderer = renderer;
     m_mayDraw = false;
-    keepAsEarlier();
-    m_wanted.clear();
-    if (m_renderer)
-        connect(m_renderer, &PageRenderer::rendered, this, &PagesView::take);
+    m_tiles.setRenderer(renderer);
+    m_tiles.retire(sight());
+    m_tiles.cancel();
 }
 
 void PagesView::setPageSizes(std::vector<QSizeF> sizes)
 {
     const Place before = place();
     const bool wasEmpty = pageCount() == 0;
-    m_mayDraw = m_renderer != nullptr;
+    m_mayDraw = m_tiles.hasRenderer();
     m_stack.setSizes(std::move(sizes));
     if (wasEmpty || before.page >= pageCount()) {
         refit();
@@ -59,8 +56,8 @@ void PagesView::setPageSizes(std::vector<QSizeF> sizes)
 
 void PagesView::redraw()
 {
-    keepAsEarlier();
-    m_wanted.clear();
+    m_tiles.retire(sight());
+    m_tiles.cancel();
     viewport()->update();
 }
 
@@ -100,7 +97,7 @@ void PagesView::rescale(double scale, QPointF anchor)
     const int page = m_stack.pageAt(verticalScrollBar()->value() + int(anchor.y()));
     const QPointF point = page >= 0 ? inPage(page, anchor) : QPointF();
     if (scale != m_stack.scale())
-        keepAsEarlier();
+        m_tiles.retire(sight());
     m_stack.setScale(scale);
     updateBars();
     if (page >= 0) {
@@ -133,13 +130,10 @@ void PagesView::setCaptionHeight(int height)
 
 // Places
 
-QRect PagesView::rectOf(int page) const
+PageSight PagesView::sight() const
 {
-    const QSize size = m_stack.pixels(page);
-    const int width = std::max(viewport()->width(), m_stack.extent().width());
-    return {QPoint((width - size.width()) / 2 - horizontalScrollBar()->value(),
-                   m_stack.top(page) - verticalScrollBar()->value()),
-            size};
+    return {m_stack, QPoint(horizontalScrollBar()->value(), verticalScrollBar()->value()),
+            viewport()->size(), devicePixelRatioF()};
 }
 
 QPointF PagesView::inPage(int page, QPointF position) const
@@ -344,88 +338,6 @@ void PagesView::setMarks(std::vector<PageMarks> marks, int current)
     viewport()->update();
 }
 
-/// What is in sight of what is drawn, so that there is no white between two scales.
-void PagesView::keepAsEarlier()
-{
-    std::vector<Earlier> seen;
-    for (const PageTile& tile : m_tiles.keys()) {
-        if (tile.page >= pageCount() || !rectOf(tile).intersects(viewport()->rect()))
-            continue;
-        const double scale = tile.scale;
-        seen.push_back(
-            {tile.page,
-             QRectF(QPointF(tile.part.topLeft()) / scale, QSizeF(tile.part.size()) / scale),
-             *m_tiles.object(tile)});
-    }
-    if (!seen.empty())
-        m_earlier = std::move(seen);
-    m_tiles.clear();
-}
-
-void PagesView::take(const PageTile& tile, const QImage& image)
-{
-    const auto wanted = std::find(m_wanted.begin(), m_wanted.end(), tile);
-    if (wanted == m_wanted.end())
-        return;
-    m_wanted.erase(wanted);
-    m_tiles.insert(tile, new QImage(image), int(image.sizeInBytes() / 1024) + 1);
-    viewport()->update(rectOf(tile).toAlignedRect());
-    if (m_wanted.empty())
-        m_earlier.clear();
-}
-
-QRectF PagesView::rectOf(const PageTile& tile) const
-{
-    const double ratio = devicePixelRatioF();
-    return {QPointF(rectOf(tile.page).topLeft()) + QPointF(tile.part.topLeft()) / ratio,
-            QSizeF(tile.part.size()) / ratio};
-}
-
-/// Those that \a visible, a part of the viewport, shows of.
-std::vector<PageTile> PagesView::tilesOf(int page, const QRect& visible) const
-{
-    const double ratio = devicePixelRatioF();
-    const QRect rect = rectOf(page);
-    const QRect whole({}, (QSizeF(rect.size()) * ratio).toSize());
-    const QRect seen = visible.intersected(rect).translated(-rect.topLeft());
-    std::vector<PageTile> tiles;
-    if (seen.isEmpty())
-        return tiles;
-    const auto first = [&](int place) { return int(place * ratio) / tileSide; };
-    for (int y = first(seen.top()); y <= first(seen.bottom() + 1); ++y)
-        for (int x = first(seen.left()); x <= first(seen.right() + 1); ++x) {
-            const QRect part =
-                QRect(x * tileSide, y * tileSide, tileSide, tileSide).intersected(whole);
-            if (!part.isEmpty())
-                tiles.push_back({page, m_stack.scale() * ratio, part});
-        }
-    return tiles;
-}
-
-/// What is in sight, and then what will be soon.
-void PagesView::requestTiles()
-{
-    std::vector<PageTile> wanted;
-    const QRect seen = viewport()->rect();
-    const auto add = [&](const QRect& area) {
-        const int y = verticalScrollBar()->value();
-        for (int page = std::max(0, m_stack.pageAt(y + area.top())); page < pageCount(); ++page) {
-            if (rectOf(page).top() > area.bottom())
-                break;
-            for (const PageTile& tile : tilesOf(page, area))
-                if (!m_tiles.contains(tile) &&
-                    std::find(wanted.begin(), wanted.end(), tile) == wanted.end())
-                    wanted.push_back(tile);
-        }
-    };
-    add(seen);
-    add(seen.translated(0, seen.height() / 2));
-    if (wanted == m_wanted)
-        return;
-    m_wanted = std::move(wanted);
-    m_renderer->request(m_purpose, m_wanted);
-}
-
 void PagesView::paintEvent(QPaintEvent* event)
 {
     constexpr int darkness = 112; // per cent, as QColor::darker() has it
@@ -442,7 +354,7 @@ void PagesView::paintEvent(QPaintEvent* event)
         painter.fillRect(rect, Qt::white);
         painter.save();
         painter.setClipRect(rect);
-        paintPage(painter, page, event->rect());
+        m_tiles.paint(painter, page, event->rect(), sight());
         paintMarks(painter, page, rect);
         painter.restore();
         if (m_stack.captionHeight() > 0)
@@ -452,23 +364,7 @@ void PagesView::paintEvent(QPaintEvent* event)
     }
     painter.end();
     if (m_mayDraw && pageCount() > 0)
-        requestTiles();
-}
-
-void PagesView::paintPage(QPainter& painter, int page, const QRect& exposed)
-{
-    const QPointF corner = rectOf(page).topLeft();
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    for (const Earlier& earlier : m_earlier)
-        if (earlier.page == page)
-            painter.drawImage(QRectF(corner + earlier.place.topLeft() * m_stack.scale(),
-                                     earlier.place.size() * m_stack.scale()),
-                              earlier.image);
-    for (const PageTile& tile : tilesOf(page, exposed))
-        if (const QImage* image = m_tiles.object(tile)) {
-            painter.fillRect(rectOf(tile), Qt::white);
-            painter.drawImage(rectOf(tile), *image);
-        }
+        m_tiles.request(sight());
 }
 
 void PagesView::paintMarks(QPainter& painter, int page, const QRect& rect)

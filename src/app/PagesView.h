@@ -1,11 +1,9 @@
 #pragma once
 
 #include "app/PageMarks.h"
-#include "app/PageRenderer.h"
-#include "app/PageStack.h"
+#include "app/PageTiles.h"
 
 #include <QAbstractScrollArea>
-#include <QCache>
 
 namespace quillory {
 
@@ -72,7 +70,7 @@ public:
     void setMarks(std::vector<PageMarks> marks, int current);
 
     /// True when all that is in sight was drawn.
-    bool isDrawn() const { return m_wanted.empty(); }
+    bool isDrawn() const { return m_tiles.isComplete(); }
 
 Q_SIGNALS:
     void currentPageChanged(int page);
@@ -100,14 +98,6 @@ protected:
 private:
     static constexpr double zoomStep = 1.2;
 
-    /// A tile of an earlier scale, shown until those that replace it are drawn.
-    struct Earlier
-    {
-        int page;
-        QRectF place; ///< points
-        QImage image;
-    };
-
     double bounded(double scale) const;
     double fittedScale() const;
     void rescale(double scale, QPointF anchor);
@@ -115,26 +105,18 @@ private:
     void updateBars();
     void updateCurrent();
     void setCurrent(int page);
-    void keepAsEarlier();
-    void take(const PageTile& tile, const QImage& image);
-    void requestTiles();
 
-    QRect rectOf(int page) const; ///< of the viewport
+    PageSight sight() const;
+    QRect rectOf(int page) const { return sight().rectOf(page); } ///< of the viewport
     QPointF inPage(int page, QPointF position) const;
-    std::vector<PageTile> tilesOf(int page, const QRect& visible) const;
-    QRectF rectOf(const PageTile& tile) const; ///< of the viewport
-    void paintPage(QPainter& painter, int page, const QRect& exposed);
     void paintMarks(QPainter& painter, int page, const QRect& rect);
 
     PageRenderer::Purpose m_purpose;
-    PageRenderer* m_renderer = nullptr;
     bool m_mayDraw = false; ///< the sizes are those of its pages
     PageStack m_stack;
     Fit m_fit = Fit::Width;
     int m_current = 0;
-    QCache<PageTile, QImage> m_tiles; ///< of this scale
-    std::vector<Earlier> m_earlier;
-    std::vector<PageTile> m_wanted;
+    PageTiles m_tiles;
     std::vector<PageMarks> m_marks;
     int m_currentMark = -1;
     QPoint m_dragged; ///< where the mouse was last
