@@ -1,6 +1,7 @@
 #include "view/Grain.h"
 
 #include <QImage>
+#include <QPainter>
 #include <QPixmapCache>
 #include <cmath>
 #include <random>
@@ -11,8 +12,6 @@ namespace {
 
 constexpr int side = 64;          ///< logical pixels
 constexpr double fraction = 0.04; ///< of the noise in what it is laid over
-
-} // namespace
 
 QPixmap grainTile(double devicePixelRatio)
 {
@@ -35,6 +34,23 @@ QPixmap grainTile(double devicePixelRatio)
     tile.setDevicePixelRatio(devicePixelRatio);
     QPixmapCache::insert(key, tile);
     return tile;
+}
+
+} // namespace
+
+void paintGrain(QPainter& painter, const QRect& rect)
+{
+    const QPixmap tile = grainTile(painter.device()->devicePixelRatioF());
+    const double step = tile.deviceIndependentSize().width();
+    const auto before = [step](int place) { return std::floor(place / step) * step; };
+    painter.save();
+    // Tiles painted as one, and smooth ones, would be shared out to threads and waited for.
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+    painter.setClipRect(rect, Qt::IntersectClip);
+    for (double y = before(rect.top()); y <= rect.bottom(); y += step)
+        for (double x = before(rect.left()); x <= rect.right(); x += step)
+            painter.drawPixmap(QPointF(x, y), tile);
+    painter.restore();
 }
 
 } // namespace quillory

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QPixmap>
+class QPainter;
+class QRect;
 
 namespace quillory {
 
-/// A tile of faint grey noise to be laid over a surface, for a screen of \a devicePixelRatio. It is
-/// made once and remembered.
-QPixmap grainTile(double devicePixelRatio);
+/// Lays a fine noise of four parts in a hundred over the part \a rect, in logical pixels, of what
+/// is painted; it is the same for every part of the same widget.
+void paintGrain(QPainter& painter, const QRect& rect);
 
 } // namespace quillory

@@ -261,7 +261,7 @@ void LineNumberView::drawHashMarksAndLabelsInRect(QPainter& painter, const QRect
     m_font.draw(painter, plain);
     painter.setPen(m_look.alternateTextColor);
     m_font.draw(painter, marked);
-    painter.drawTiledPixmap(this->rect(), grainTile(devicePixelRatioF()));
+    paintGrain(painter, rect);
 }
 
 void LineNumberView::drawMarker(QPainter& painter, const LineNumberMarker& marker, const QRect& row)

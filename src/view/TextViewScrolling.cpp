@@ -1,8 +1,8 @@
 #include "view/TextViewScrolling.h"
 
+#include "view/ScrollBarStyle.h"
+
 #include <QAbstractScrollArea>
-#include <QApplication>
-#include <QProxyStyle>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QWheelEvent>
@@ -10,21 +10,6 @@
 namespace quillory {
 
 namespace {
-
-/// Has a click beside a bar's handle jump there.
-class JumpingBarStyle : public QProxyStyle
-{
-public:
-    JumpingBarStyle() : QProxyStyle(QApplication::style()->name()) {}
-
-    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                  QStyleHintReturn* data) const override
-    {
-        if (hint == SH_ScrollBar_LeftClickAbsolutePosition)
-            return 1;
-        return QProxyStyle::styleHint(hint, option, widget, data);
-    }
-};
 
 /// What a bar shows of an \a extent that grows while one types: in steps, since painting the bar
 /// takes longer than painting the line. In pixels, at least \a extent.
@@ -39,7 +24,7 @@ qint64 steadyExtent(qint64 extent, qint64 page)
 TextViewScrolling::TextViewScrolling(QAbstractScrollArea& area, TextViewport& viewport)
     : m_area(area), m_viewport(viewport)
 {
-    auto* style = new JumpingBarStyle;
+    auto* style = new ScrollBarStyle;
     style->setParent(this);
     for (QScrollBar* bar : {area.verticalScrollBar(), area.horizontalScrollBar()}) {
         bar->setFocusPolicy(Qt::NoFocus);
