@@ -51,6 +51,7 @@ DocumentWindow::DocumentWindow(std::unique_ptr<Document> document, const WindowS
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setAcceptDrops(true);
+    m_document->prepareDefinitions();
     build();
     connectDocument();
     m_document->windowControllerDidLoadNib(this);

@@ -325,6 +325,12 @@ void Document::textViewSettings()
     m_textView.didChangeText();
 }
 
+void Document::prepareDefinitions()
+{
+    if (!m_path.isEmpty() && !m_record.isQuilloryDocument)
+        m_colouring.prepareDefinitions(m_path);
+}
+
 void Document::takeDefinition()
 {
     m_record.takeDefinition(*m_colouring.definition());

@@ -149,6 +149,8 @@ public:
     void goToPreviousFunction() { m_navigation.goToPreviousFunction(); }
     void goToNextFunction() { m_navigation.goToNextFunction(); }
     ServerRequests& serverRequests() { return m_serverRequests; }
+    /// For who makes a window of it next: see SyntaxColouring.
+    void prepareDefinitions();
     void loadDefinitions() { m_colouring.loadDefinitions(m_path); }
     void setDefinitionWithTitle(const QString& title) { m_colouring.setDefinitionWithTitle(title); }
     void applyDefinition() { m_colouring.applyDefinition(); }

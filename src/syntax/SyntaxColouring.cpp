@@ -20,6 +20,24 @@ QString listedName(const QString& path)
     return (extension.isEmpty() ? file.fileName() : extension).toLower();
 }
 
+/// The definition for the file at \a path.
+qsizetype indexFor(const DefinitionList& definitions, const QString& path)
+{
+    const qsizetype index = definitions.indexForExtension(listedName(path));
+    return index < 0 ? definitions.indexOfPlainText() : index;
+}
+
+DefinitionList definitionsOf(const ApplicationFolders& folders)
+{
+    DefinitionList definitions;
+    definitions.load(folders.applicationSupport + QStringLiteral("/Definitions"),
+                     folders.resources + QStringLiteral("/Definitions"),
+                     folders.caches.isEmpty()
+                         ? QString()
+                         : folders.caches + QStringLiteral("/Definitions.plist"));
+    return definitions;
+}
+
 } // namespace
 
 SyntaxColouring::SyntaxColouring(const TextStorage& text, Overlay& overlay,
@@ -47,16 +65,42 @@ bool SyntaxColouring::isPlainText() const
 
 void SyntaxColouring::load()
 {
-    m_definitions.load(m_folders.applicationSupport + QStringLiteral("/Definitions"),
-                       m_folders.resources + QStringLiteral("/Definitions"),
-                       m_folders.caches.isEmpty()
-                           ? QString()
-                           : m_folders.caches + QStringLiteral("/Definitions.plist"));
+    m_definitions = definitionsOf(m_folders);
     m_contentFaults.clear();
+}
+
+void SyntaxColouring::prepareDefinitions(const QString& path)
+{
+    m_prepared = std::async(std::launch::async, [path, options = ColouringOptions::from(m_defaults),
+                                                 &folders = m_folders] {
+        Prepared prepared{path, options, definitionsOf(folders)};
+        prepared.index = indexFor(prepared.definitions, path);
+        prepared.faults = quillory::prepareColoring(
+            prepared.definitions.arrangedObjects()[size_t(prepared.index)], options,
+            prepared.state);
+        return prepared;
+    });
+}
+
+void SyntaxColouring::take(Prepared prepared)
+{
+    m_definitions = std::move(prepared.definitions);
+    m_contentFaults = std::move(prepared.faults);
+    m_state = std::move(prepared.state);
+    selectDefinition(prepared.index);
+    m_preparedWith = prepared.options;
+    colourAnew();
 }
 
 void SyntaxColouring::loadDefinitions(const QString& path)
 {
+    if (m_prepared.valid()) {
+        Prepared prepared = m_prepared.get();
+        if (prepared.path == path) {
+            take(std::move(prepared));
+            return;
+        }
+    }
     load();
     if (path.isEmpty()) {
         // What it takes to colour comes with the settings of the window.
@@ -64,8 +108,7 @@ void SyntaxColouring::loadDefinitions(const QString& path)
         selectDefinition(index < 0 ? m_definitions.indexOfPlainText() : index);
         return;
     }
-    const qsizetype index = m_definitions.indexForExtension(listedName(path));
-    chooseAndColour(index < 0 ? m_definitions.indexOfPlainText() : index);
+    chooseAndColour(indexFor(m_definitions, path));
 }
 
 void SyntaxColouring::setDefinitionWithTitle(const QString& title)
@@ -95,6 +138,11 @@ void SyntaxColouring::selectDefinition(qsizetype index)
 void SyntaxColouring::chooseAndColour(qsizetype index)
 {
     selectDefinition(index);
+    colourAnew();
+}
+
+void SyntaxColouring::colourAnew()
+{
     removeAllColours();
     prepareColoring();
     pageRecolour();
@@ -102,11 +150,10 @@ void SyntaxColouring::chooseAndColour(qsizetype index)
 
 void SyntaxColouring::applyDefinition()
 {
-    removeAllColours();
     if (isPlainText())
-        return;
-    prepareColoring();
-    pageRecolour();
+        removeAllColours();
+    else
+        colourAnew();
 }
 
 std::vector<DefinitionFault> SyntaxColouring::faults() const

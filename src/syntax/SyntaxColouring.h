@@ -7,6 +7,7 @@
 #include "syntax/Theme.h"
 
 #include <functional>
+#include <future>
 
 namespace quillory {
 
@@ -41,6 +42,10 @@ public:
     /// document that was never saved: the first that lists the file's extension (the name of a file
     /// without one), or the one for new documents; else that for plain text.
     void loadDefinitions(const QString& path);
+    /// Begins on another thread what the next loadDefinitions() does for the file at \a path, which
+    /// is not empty; for one who has other things to make up meanwhile. To be called before any
+    /// definition is chosen.
+    void prepareDefinitions(const QString& path);
     /// Reads the definitions anew and chooses the one with \a title; where there is none, that for
     /// plain text.
     void setDefinitionWithTitle(const QString& title);
@@ -96,8 +101,21 @@ Q_SIGNALS:
     void faultsChanged();
 
 private:
+    /// What another thread made for a file.
+    struct Prepared
+    {
+        QString path;
+        ColouringOptions options;
+        DefinitionList definitions;
+        qsizetype index = -1; ///< of the one for the file
+        ColouringState state{};
+        std::vector<DefinitionFault> faults{};
+    };
+
     void load();
+    void take(Prepared prepared);
     void chooseAndColour(qsizetype index);
+    void colourAnew();
     bool mayColour() const;
     void noteLimit(const QString& key);
     void tellOfFaults();
@@ -109,6 +127,7 @@ private:
     DefinitionList m_definitions;
     ThemeList m_themes;
     ColouringState m_state;
+    std::future<Prepared> m_prepared;
     std::optional<ColouringOptions> m_preparedWith; ///< by these the selected definition was read
     ColourRoles m_roles;
     std::optional<PlainColours> m_plainColours;

@@ -114,6 +114,39 @@ TEST_F(SyntaxColouringTest, ChoosesTheDefinitionForAFile)
     EXPECT_EQ(title(), u"New"_s);
 }
 
+TEST_F(SyntaxColouringTest, WhatIsPreparedIsWhatIsLoaded)
+{
+    setText(u"if \"if\" // if"_s);
+    user.write(u"Definitions/wrong.plist"_s, Dictionary{{u"title"_s, u"Wrong"_s},
+                                                        {u"extensions"_s, Array{u"wrong"_s}},
+                                                        {u"keywords"_s, u"if"_s}});
+    for (const QString& path : {u"a.lab"_s, u"a.txt"_s, u"a.none"_s, u"a.wrong"_s}) {
+        make();
+        colouring->loadDefinitions(path);
+        const QString expectedTitle = title();
+        const QStringList expected = shown();
+        const std::vector<DefinitionFault> faults = colouring->faults();
+
+        make();
+        overlay.removeForeground(text.snapshot().range());
+        const QSignalSpy selected(colouring.get(), &SyntaxColouring::definitionSelected);
+        colouring->prepareDefinitions(path);
+        colouring->loadDefinitions(path);
+        EXPECT_EQ(title(), expectedTitle);
+        EXPECT_EQ(shown(), expected);
+        EXPECT_EQ(colouring->faults(), faults);
+        EXPECT_EQ(selected.count(), 1);
+
+        // For another file, and once more, everything is read anew.
+        colouring->prepareDefinitions(path);
+        colouring->loadDefinitions(u"b.lab"_s);
+        EXPECT_EQ(title(), u"Lab"_s);
+        colouring->loadDefinitions(path);
+        EXPECT_EQ(title(), expectedTitle);
+    }
+    colouring->prepareDefinitions(u"a.lab"_s); // and is never asked for
+}
+
 TEST_F(SyntaxColouringTest, ColoursByTheDefinitionAndTheTheme)
 {
     setText(u"if \"if\" x // if"_s);
