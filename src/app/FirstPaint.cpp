@@ -7,17 +7,18 @@ namespace quillory {
 
 using namespace std::chrono_literals;
 
-FirstPaint::FirstPaint(QAbstractScrollArea& area) : QObject(&area), m_area(area)
+FirstPaint::FirstPaint(QAbstractScrollArea& area)
+    : QObject(&area), m_area(area), m_viewport(*area.viewport())
 {
-    area.installEventFilter(this);
-    area.viewport()->installEventFilter(this);
+    m_area.installEventFilter(this);
+    m_viewport.installEventFilter(this);
     m_patience.setSingleShot(true);
     connect(&m_patience, &QTimer::timeout, this, &FirstPaint::tell);
 }
 
 bool FirstPaint::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_area.viewport()) {
+    if (watched == &m_viewport) {
         // What is painted is flushed before the next event.
         if (event->type() == QEvent::Paint)
             m_patience.start(0);
@@ -33,7 +34,7 @@ void FirstPaint::tell()
 {
     m_patience.stop();
     m_area.removeEventFilter(this);
-    m_area.viewport()->removeEventFilter(this);
+    m_viewport.removeEventFilter(this);
     Q_EMIT happened();
     deleteLater();
 }

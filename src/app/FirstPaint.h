@@ -4,6 +4,7 @@
 #include <QTimer>
 
 class QAbstractScrollArea;
+class QWidget;
 
 namespace quillory {
 
@@ -29,7 +30,8 @@ protected:
 private:
     void tell();
 
-    QAbstractScrollArea& m_area;
+    QWidget& m_area;
+    QWidget& m_viewport;
     QTimer m_patience;
 };
 
