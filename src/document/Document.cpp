@@ -327,8 +327,10 @@ void Document::textViewSettings()
 
 void Document::prepareDefinitions()
 {
-    if (!m_path.isEmpty() && !m_record.isQuilloryDocument)
-        m_colouring.prepareDefinitions(m_path);
+    if (m_path.isEmpty() || m_record.isQuilloryDocument)
+        return;
+    populateApplicationSupport(m_environment.folders, m_environment.defaults);
+    m_colouring.prepareDefinitions(m_path);
 }
 
 void Document::takeDefinition()
