@@ -42,14 +42,14 @@ void paintGrain(QPainter& painter, const QRect& rect)
 {
     const QPixmap tile = grainTile(painter.device()->devicePixelRatioF());
     const double step = tile.deviceIndependentSize().width();
-    const auto before = [step](int place) { return std::floor(place / step) * step; };
+    const auto first = [step](int place) { return int(std::floor(place / step)); };
     painter.save();
     // Tiles painted as one, and smooth ones, would be shared out to threads and waited for.
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
     painter.setClipRect(rect, Qt::IntersectClip);
-    for (double y = before(rect.top()); y <= rect.bottom(); y += step)
-        for (double x = before(rect.left()); x <= rect.right(); x += step)
-            painter.drawPixmap(QPointF(x, y), tile);
+    for (int row = first(rect.top()); row <= first(rect.bottom()); ++row)
+        for (int column = first(rect.left()); column <= first(rect.right()); ++column)
+            painter.drawPixmap(QPointF(column * step, row * step), tile);
     painter.restore();
 }
 
