@@ -152,7 +152,11 @@ TEST_F(PreviewWindowTest, FileInputsAndDownloadsAskTheUser)
     click(u"input"_s);
     EXPECT_TRUE(QTest::qWaitFor([&] { return asked == 1; }, patience));
     EXPECT_EQ(script(u"document.querySelector('input').files.length"_s).toInt(), 0);
-    click(u"input"_s);
+    // The page takes no click before it has heard the end of the first question.
+    for (int tries = 0; asked < 2 && tries < 10; ++tries) {
+        click(u"input"_s);
+        (void)QTest::qWaitFor([&] { return asked == 2; }, 1000);
+    }
     EXPECT_TRUE(becomes(u"document.querySelector('input').files.length === 1"_s));
     EXPECT_EQ(script(u"document.querySelector('input').files[0].name"_s).toString(),
               u"chosen.txt"_s);
