@@ -33,14 +33,14 @@ void report(std::initializer_list<std::pair<const char*, double>> figures)
     std::fflush(stdout);
 }
 
-FirstPaint::FirstPaint(std::function<bool(QObject*)> isTarget,
+PaintProbe::PaintProbe(std::function<bool(QObject*)> isTarget,
                        std::function<void(qint64 at)> painted)
     : m_isTarget(std::move(isTarget)), m_painted(std::move(painted))
 {
     QCoreApplication::instance()->installEventFilter(this);
 }
 
-bool FirstPaint::eventFilter(QObject* object, QEvent* event)
+bool PaintProbe::eventFilter(QObject* object, QEvent* event)
 {
     if (m_done || event->type() != QEvent::Paint || !m_isTarget(object))
         return false;

@@ -19,10 +19,10 @@ void report(std::initializer_list<std::pair<const char*, double>> figures);
 
 /// Tells when the first painting of an object that \a isTarget accepts was done, once the events
 /// at hand are handled.
-class FirstPaint : public QObject
+class PaintProbe : public QObject
 {
 public:
-    FirstPaint(std::function<bool(QObject*)> isTarget, std::function<void(qint64 at)> painted);
+    PaintProbe(std::function<bool(QObject*)> isTarget, std::function<void(qint64 at)> painted);
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;

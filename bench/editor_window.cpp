@@ -229,7 +229,7 @@ int main(int argc, char** argv)
     QApplication qtApplication(argc, argv);
     preloading.waitForFonts();
     const QStringList arguments = QCoreApplication::arguments();
-    const FirstPaint paint(showsText, [&arguments](qint64 at) { runWhenRead(arguments, at); });
+    const PaintProbe paint(showsText, [&arguments](qint64 at) { runWhenRead(arguments, at); });
     Application application;
     const auto exists = [](const QString&) { return true; };
     return application.run(parseStartOptions({arguments.value(0), arguments.value(2)}, exists));

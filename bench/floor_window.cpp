@@ -85,7 +85,7 @@ int main(int argc, char** argv)
     QLabel label(QStringLiteral("Quillory"));
     window.setCentralWidget(&label);
     window.resize(800, 600);
-    const FirstPaint paint([&](QObject* object) { return object == &label; },
+    const PaintProbe paint([&](QObject* object) { return object == &label; },
                            [](qint64 at) {
                                report({{"at", double(at)}, {"memory", double(residentBytes())}});
                                std::_Exit(0);

@@ -65,6 +65,7 @@ bool SyntaxColouring::isPlainText() const
 
 void SyntaxColouring::load()
 {
+    m_prepared = {}; // by now it would be old
     m_definitions = definitionsOf(m_folders);
     m_contentFaults.clear();
 }

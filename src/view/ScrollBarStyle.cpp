@@ -40,13 +40,8 @@ void ScrollBarStyle::drawComplexControl(ComplexControl control, const QStyleOpti
         return;
     }
     QStyleOptionSlider part = *bar;
-    const Look look{bar->rect.size(),
-                    ratio,
-                    bar->state,
-                    bar->activeSubControls,
-                    bar->palette.cacheKey(),
-                    bar->sliderPosition == bar->minimum,
-                    bar->sliderPosition == bar->maximum};
+    const Look look{bar->rect.size(), ratio, bar->state, bar->activeSubControls,
+                    bar->palette.cacheKey()};
     Groove& groove = m_grooves[bar->orientation == Qt::Vertical ? 1 : 0];
     if (groove.image.isNull() || !(groove.look == look)) {
         groove.look = look;

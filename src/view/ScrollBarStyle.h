@@ -29,8 +29,6 @@ private:
         State state;
         SubControls active;
         qint64 palette;
-        bool isAtMinimum;
-        bool isAtMaximum;
         bool operator==(const Look&) const = default;
     };
     struct Groove

@@ -144,6 +144,13 @@ TEST_F(SyntaxColouringTest, WhatIsPreparedIsWhatIsLoaded)
         colouring->loadDefinitions(path);
         EXPECT_EQ(title(), expectedTitle);
     }
+    // Nor does it outlive another choice.
+    colouring->prepareDefinitions(u"a.lab"_s);
+    colouring->setDefinitionWithTitle(u"Text"_s);
+    user.write(u"Definitions/a.plist"_s,
+               Dictionary{{u"title"_s, u"A"_s}, {u"extensions"_s, Array{u"lab"_s}}});
+    colouring->loadDefinitions(u"a.lab"_s);
+    EXPECT_EQ(title(), u"A"_s);
     colouring->prepareDefinitions(u"a.lab"_s); // and is never asked for
 }
 
